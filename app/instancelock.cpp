@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "app/instancelock.h"
+
+#include <QByteArray>
+
+#include <cerrno>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace instancelock
+{
+
+namespace
+{
+
+constexpr mode_t lockFileMode = 0644;
+
+/// The descriptor is never closed: closing any descriptor of the file would give the lock back.
+void writePid(int fd)
+{
+    const QByteArray pid = QByteArray::number(static_cast<qlonglong>(getpid()));
+    // The lock is what counts, so a full disk is no reason not to start.
+    if (ftruncate(fd, 0) == 0 && write(fd, pid.constData(), static_cast<size_t>(pid.size())) < 0)
+        errno = 0;
+}
+
+} // namespace
+
+int lockWholeFile(int fd)
+{
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = 0;
+    lock.l_len = 0; // to the end, however far the file grows
+    return fcntl(fd, F_SETLK, &lock);
+}
+
+int acquireInstanceLock(const QString &path)
+{
+    const int fd = open(path.toUtf8().constData(), O_RDWR | O_CREAT | O_CLOEXEC, lockFileMode);
+    if (fd < 0)
+        std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): no thread runs yet
+    if (lockWholeFile(fd) != -1) {
+        writePid(fd);
+        return Acquired;
+    }
+    if (errno == EAGAIN || errno == EACCES) {
+        close(fd);
+        return HeldByAnother;
+    }
+    std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): no thread runs yet
+}
+
+} // namespace instancelock

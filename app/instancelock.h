@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// One instance a user: a write lock on a file in the user's home directory. Only
+// the lock counts, which the kernel gives back when the process ends; the pid in
+// the file is for people to read, and a stale file is harmless.
+
+#pragma once
+
+#include <QString>
+
+namespace instancelock
+{
+
+constexpr int Acquired = 0;
+constexpr int HeldByAnother = 1;
+
+/// Locks the whole file @p fd for writing without waiting; returns what fcntl() returns.
+int lockWholeFile(int fd);
+
+/// Takes the lock file @p path, made when missing, for the life of the process and writes the
+/// pid into it. Returns Acquired or HeldByAnother; ends the process with status 1 when the file
+/// cannot be opened or locked for any other reason.
+int acquireInstanceLock(const QString &path);
+
+} // namespace instancelock

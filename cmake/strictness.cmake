@@ -1,0 +1,27 @@
+# SPDX-FileCopyrightText: 2026 Brenvale
+# SPDX-License-Identifier: MIT
+
+# The one place that says how strictly every target is compiled: link
+# fileshredder_strictness privately, set nothing globally.
+add_library(fileshredder_strictness INTERFACE)
+target_compile_features(fileshredder_strictness INTERFACE cxx_std_17)
+target_compile_options(fileshredder_strictness INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wold-style-cast -Wcast-align -Wconversion -Wsign-conversion -Wformat=2
+  $<$<BOOL:${FILESHREDDER_WERROR}>:-Werror>)
+target_compile_definitions(fileshredder_strictness INTERFACE
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_URL_CAST_FROM_STRING
+  QT_NO_CAST_FROM_BYTEARRAY
+  QT_NO_FOREACH
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_STRICT_ITERATORS
+  QT_USE_QSTRINGBUILDER
+  QT_DEPRECATED_WARNINGS
+  QT_DISABLE_DEPRECATED_BEFORE=0x050b00)
+if(FILESHREDDER_SANITIZE)
+  target_compile_options(fileshredder_strictness INTERFACE
+    -fsanitize=${FILESHREDDER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(fileshredder_strictness INTERFACE -fsanitize=${FILESHREDDER_SANITIZE})
+endif()

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "controller/historyfile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace historyfile
+{
+
+namespace
+{
+
+constexpr QChar visibleLineBreak(0x2424);
+
+/// Everything that some program takes for the end of a line.
+bool isLineBreak(QChar character)
+{
+    switch (character.unicode()) {
+    case '\n':
+    case '\v':
+    case '\f':
+    case '\r':
+    case 0x0085:
+    case 0x2028:
+    case 0x2029:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QByteArray line(QString text)
+{
+    std::replace_if(text.begin(), text.end(), isLineBreak, visibleLineBreak);
+    return text.toUtf8() + '\n';
+}
+
+} // namespace
+
+QByteArray entryFor(const QString &path, const QDateTime &time)
+{
+    const QFileInfo info(path);
+    return line(time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))) + line(info.fileName())
+        + line(info.absolutePath());
+}
+
+bool isUsable(const QString &file)
+{
+    const QFileInfo info(file);
+    return info.exists() && info.isFile() && info.isReadable() && info.isWritable();
+}
+
+void append(const QString &file, const QByteArray &entry)
+{
+    if (!QFileInfo::exists(file))
+        QFile(file).open(QIODevice::WriteOnly);
+    if (!isUsable(file))
+        return;
+    QFile history(file);
+    // Without a buffer of Qt's the entry goes out in a single call, so a program killed at any
+    // moment leaves whole entries.
+    if (!history.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Text
+                      | QIODevice::Unbuffered))
+        return;
+    const qint64 sizeBefore = history.size();
+    if (history.write(entry) != entry.size())
+        history.resize(sizeBefore);
+}
+
+QString clipboardText(const QStringList &lines)
+{
+    static const QByteArray timeLabel = QByteArrayLiteral("日期：");
+    static const QByteArray nameLabel = QByteArrayLiteral("\t已粉碎的文件或目录名：");
+    static const QByteArray folderLabel = QByteArrayLiteral("\t路径：");
+
+    QByteArray text;
+    for (int first = 0; first + linesPerEntry <= lines.size(); first += linesPerEntry) {
+        text += timeLabel + lines.at(first).toUtf8();
+        text += nameLabel + lines.at(first + 1).toUtf8();
+        text += folderLabel + lines.at(first + 2).toUtf8();
+        text += '\n';
+    }
+    return QString::fromUtf8(text);
+}
+
+} // namespace historyfile

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The form of the history: three lines of UTF-8 an entry (time, name, folder).
+// Free functions without state; the controller decides when and under which
+// lock they run.
+
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+namespace historyfile
+{
+
+constexpr int linesPerEntry = 3;
+
+/// The three lines of the entry for the removed item @p path. Line breaks within a name are
+/// shown as U+2424, so an entry has three lines whatever it is called.
+QByteArray entryFor(const QString &path, const QDateTime &time);
+
+/// True when @p file is a regular file that may be read and written.
+bool isUsable(const QString &file);
+
+/// Appends @p entry to @p file, made first when missing, in one write. When the write fails or
+/// comes short the file is as it was before. Silent.
+void append(const QString &file, const QByteArray &entry);
+
+/// The text for the clipboard: one line for each whole entry of @p lines.
+QString clipboardText(const QStringList &lines);
+
+} // namespace historyfile

@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Walle is the controller: it owns the job list that the main table mirrors,
+// admits and refuses paths, drives the worker and keeps the history. The object
+// and its slots live in the GUI thread; run() is the controller thread, which
+// performs one posted command at a time. The window creates it and it lives
+// until the process ends.
+
+#pragma once
+
+#include "controller/deliveryfence.h"
+#include "controller/protocol.h"
+
+#include <QList>
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+#include <QUrl>
+
+#include <atomic>
+
+class FileCrusher;
+
+class Walle : public QThread
+{
+    Q_OBJECT
+
+public:
+    explicit Walle(QObject *parent = nullptr);
+    ~Walle() override;
+
+    // Requests of the window, from the GUI thread. None of them waits.
+
+    /// Queues a WalleCommand; any other code is taken and ignored.
+    void postCommand(int code);
+    /// Queues a click on a row; CommandToggleRow performs it.
+    void postCellToggle(const CellToggle &entry);
+    /// Queues one batch of names from the file dialog; CommandAddChosen admits it.
+    void addChosenFiles(const QStringList &names);
+    /// Queues one batch of dropped URLs; CommandAddDropped admits it.
+    void addDroppedUrls(const QList<QUrl> &urls);
+    /// Ends a history load that is going on.
+    void abortHistoryLoad();
+    /// Ends all signals, and the run with them, so that the threads, which are never joined,
+    /// touch nothing that goes away. GUI thread, once, when the window goes.
+    void fallSilent();
+
+    /// Appends @p path to the job list as a checked row, or returns the one reason not to.
+    /// Controller thread; returns when the row is in the table.
+    RejectReasons admitPath(const QString &path);
+    /// Emits the signals that a ControlSituation calls for. Controller or GUI thread.
+    void refreshControls(int situation);
+    /// The history file of the user who runs the program. Any thread.
+    static QString historyFilePath();
+
+signals:
+    void setSelectAllCheckBoxEnabled(bool);
+    void setSelectAllCheckBoxState(bool);
+    void setRemoveButtonEnabled(bool);
+    void setCrushButtonEnabled(bool);
+    /// A RunState.
+    void setCrushStarted(int);
+    void addRowToMainTable(QString fullName);
+    void removeRowFromMainTable(int rowIndex);
+    void setTableItemCheckBoxState(int, bool);
+    void addRowToHistoryTable(QString time, QString baseName, QString filePath);
+    /// Never emitted: the history is only ever cleared as a whole.
+    void removeRowFromHistoryTable(int);
+    /// Progress of a row in percent, despite its name.
+    void setTableRowHeight(int, int);
+    /// Never emitted: a finished row is told by its removal.
+    void finishOne(QString);
+    void finishAll(int);
+    void clipboardSetText(QString);
+    /// The second argument is a LoadPhase.
+    void setHistoryButtonEnabled(bool, int);
+    /// A set of RejectReasons.
+    void alertDialog(uint);
+    void showResultDialog(uint, uint, uint);
+
+public slots:
+    // The worker's reports. GUI thread, while the worker waits.
+    void finishOneWalle(QString path);
+    void finishPercentWalle(QString path, int percent);
+    void failedOneWalle(QString path);
+    void addToHistoryWalle(QString path);
+    void stoppedWalle();
+
+protected:
+    void run() override;
+
+private:
+    /// A row of the job list as it was at one moment; row is -1 when there is none.
+    struct Job {
+        int row = -1;
+        QString path;
+    };
+    struct Selection {
+        int rows = 0;
+        bool anyChecked = false;
+        bool anyUnchecked = false;
+    };
+
+    void connectWorker();
+    bool takeCommand(int &code);
+    void perform(int code);
+
+    // walle_admission.cpp
+    RejectReasons admitChosen();
+    RejectReasons admitDropped();
+    RejectReasons admitUrls(const QList<QUrl> &urls);
+    RejectReasons refusalOf(const QString &path) const;
+    void refreshAfterBatch();
+    void report(RejectReasons reasons);
+
+    // walle_joblist.cpp
+    void setAllChecked(bool state);
+    void toggleRow();
+    void removeChecked();
+    int rowOf(const CellToggle &toggle) const;
+    void appendJob(const QString &path);
+    void removeJob(int row);
+    bool isChecked(int row) const;
+    void setChecked(int row, bool state);
+    void uncheckAllSilently();
+    Job firstChecked() const;
+    Selection selection() const;
+    int rowCount() const;
+
+    // walle_run.cpp
+    void startCrush();
+    void stopCrush();
+    void crushNext();
+    void handOver(const QString &path);
+    void endRun();
+
+    // walle_history.cpp
+    void appendHistory(const QString &path);
+    void loadHistory();
+    void readHistory();
+    void showHistory();
+    void copyHistory();
+    void clearHistory();
+
+    std::atomic<bool> running{true}; ///< never cleared: the thread ends with the process
+    std::atomic<bool> historyLoadAborted{false};
+    std::atomic<quint32> failedCount{0};
+    std::atomic<quint32> resultKind{0};
+    std::atomic<quint32> succeededCount{0};
+    QStringList jobPaths;     ///< guarded by listMutex
+    QList<bool> jobChecked;   ///< guarded by listMutex; always as long as jobPaths
+    QStringList historyLines; ///< controller thread only
+    QStringList systemDirectories;
+    FileCrusher *crusher = nullptr; ///< child object
+    QList<int> commandQueue;                ///< guarded by queueMutex
+    QList<CellToggle> toggleQueue;          ///< guarded by queueMutex
+    QList<QList<QUrl>> droppedBatches;      ///< guarded by queueMutex
+    QList<QStringList> chosenBatches;       ///< guarded by queueMutex
+    std::atomic<qint32> finishedCount{0};
+    qint32 maxJobs = 200;
+    std::atomic<bool> stopPending{false};
+
+    QMutex jobMutex;     ///< makes an operation on the job list one step for all others
+    QMutex historyMutex; ///< guards the history file
+    QMutex spareMutex;   ///< never locked; kept on purpose
+    /// The lists must be whole also for operations that take historyMutex or no mutex. This and
+    /// queueMutex are held for single accesses; nothing is waited for or emitted under them.
+    mutable QMutex listMutex;
+    mutable QMutex queueMutex;
+    DeliveryFence fence;
+};

@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The job list, its check states and the controls that depend on them. The
+// commands hold jobMutex from their first look to their last signal; single
+// accesses to the lists take listMutex within it.
+
+#include "controller/walle.h"
+
+#include <QMutexLocker>
+
+#include <algorithm>
+
+void Walle::setAllChecked(bool state)
+{
+    const QMutexLocker locker(&jobMutex);
+    const DeliveryFence::Emission emission(fence);
+    const int rows = rowCount();
+    for (int row = 0; row < rows; ++row) {
+        if (isChecked(row) != state) {
+            setChecked(row, state);
+            emit setTableItemCheckBoxState(row, state);
+        }
+    }
+    refreshControls(state ? ControlSituation::AllChecked : ControlSituation::NoneChecked);
+}
+
+void Walle::toggleRow()
+{
+    CellToggle toggle;
+    {
+        const QMutexLocker locker(&queueMutex);
+        if (toggleQueue.isEmpty())
+            return;
+        toggle = toggleQueue.takeFirst();
+    }
+    const QMutexLocker locker(&jobMutex);
+    const int row = rowOf(toggle);
+    if (row < 0)
+        return;
+    const DeliveryFence::Emission emission(fence);
+    if (isChecked(row)) {
+        emit setTableItemCheckBoxState(row, false);
+        setChecked(row, false);
+        refreshControls(selection().anyChecked ? ControlSituation::RowUnchecked
+                                               : ControlSituation::NoneChecked);
+    } else {
+        emit setTableItemCheckBoxState(row, true);
+        setChecked(row, true);
+        refreshControls(selection().anyUnchecked ? ControlSituation::RowChecked
+                                                 : ControlSituation::AllChecked);
+    }
+}
+
+void Walle::removeChecked()
+{
+    const QMutexLocker locker(&jobMutex);
+    const DeliveryFence::Emission emission(fence);
+    int row = 0;
+    while (row < rowCount()) {
+        if (isChecked(row)) {
+            removeJob(row); // the next row moves into its place
+            emit removeRowFromMainTable(row);
+        } else {
+            ++row;
+        }
+    }
+    refreshControls(ControlSituation::RowsRemoved);
+}
+
+/// The row in which the clicked entry is now; -1 when it has gone.
+int Walle::rowOf(const CellToggle &toggle) const
+{
+    const QMutexLocker locker(&listMutex);
+    if (!toggle.path.isEmpty())
+        return jobPaths.indexOf(toggle.path);
+    return toggle.row >= 0 && toggle.row < jobPaths.size() ? toggle.row : -1;
+}
+
+void Walle::appendJob(const QString &path)
+{
+    const QMutexLocker locker(&listMutex);
+    jobPaths.append(path);
+    jobChecked.append(true);
+}
+
+void Walle::removeJob(int row)
+{
+    const QMutexLocker locker(&listMutex);
+    jobPaths.removeAt(row);
+    jobChecked.removeAt(row);
+}
+
+bool Walle::isChecked(int row) const
+{
+    const QMutexLocker locker(&listMutex);
+    return jobChecked.value(row);
+}
+
+void Walle::setChecked(int row, bool state)
+{
+    const QMutexLocker locker(&listMutex);
+    if (row < jobChecked.size())
+        jobChecked[row] = state;
+}
+
+void Walle::uncheckAllSilently()
+{
+    const QMutexLocker locker(&listMutex);
+    std::fill(jobChecked.begin(), jobChecked.end(), false);
+}
+
+Walle::Job Walle::firstChecked() const
+{
+    const QMutexLocker locker(&listMutex);
+    const int row = jobChecked.indexOf(true);
+    return Job{row, jobPaths.value(row)};
+}
+
+Walle::Selection Walle::selection() const
+{
+    const QMutexLocker locker(&listMutex);
+    return Selection{jobPaths.size(), jobChecked.contains(true), jobChecked.contains(false)};
+}
+
+int Walle::rowCount() const
+{
+    const QMutexLocker locker(&listMutex);
+    return jobPaths.size();
+}
+
+void Walle::finishPercentWalle(QString path, int percent)
+{
+    if (path.isEmpty() || static_cast<unsigned>(percent) > 100)
+        return;
+    int row = -1;
+    for (bool inStep = false; !inStep;) {
+        fence.deliverPending();
+        const QMutexLocker locker(&listMutex);
+        // No change is under way, so the row has this number in the table as well.
+        inStep = fence.isClear();
+        row = jobPaths.indexOf(path);
+    }
+    if (row >= 0)
+        emit setTableRowHeight(row, percent);
+}
+
+void Walle::refreshControls(int situation)
+{
+    const Selection now = selection();
+    switch (situation) {
+    case ControlSituation::BatchAdmitted:
+        // Only ever enables and ticks: what a batch adds cannot take anything away.
+        if (now.rows < 1)
+            return;
+        emit setSelectAllCheckBoxEnabled(true);
+        if (now.anyChecked) {
+            emit setCrushButtonEnabled(true);
+            emit setRemoveButtonEnabled(true);
+        }
+        if (!now.anyUnchecked)
+            emit setSelectAllCheckBoxState(true);
+        return;
+    case ControlSituation::RowsRemoved:
+        if (!now.anyChecked) {
+            emit setCrushButtonEnabled(false);
+            emit setRemoveButtonEnabled(false);
+        }
+        if (now.rows < 1) {
+            emit setSelectAllCheckBoxState(false);
+            emit setSelectAllCheckBoxEnabled(false);
+        }
+        return;
+    case ControlSituation::AllChecked:
+    case ControlSituation::NoneChecked: {
+        const bool state = situation == ControlSituation::AllChecked;
+        emit setSelectAllCheckBoxState(state);
+        emit setCrushButtonEnabled(state);
+        emit setRemoveButtonEnabled(state);
+        return;
+    }
+    case ControlSituation::RowChecked:
+        emit setCrushButtonEnabled(true);
+        emit setRemoveButtonEnabled(true);
+        return;
+    case ControlSituation::RowUnchecked:
+        emit setSelectAllCheckBoxState(false);
+        return;
+    case ControlSituation::StopAsked:
+        emit setCrushButtonEnabled(false);
+        return;
+    case ControlSituation::Stopped: {
+        const bool anyRows = now.rows >= 1;
+        emit setSelectAllCheckBoxEnabled(anyRows);
+        emit setCrushButtonEnabled(anyRows && now.anyChecked);
+        emit setRemoveButtonEnabled(anyRows && now.anyChecked);
+        if (anyRows)
+            emit setSelectAllCheckBoxState(!now.anyUnchecked);
+        return;
+    }
+    default:
+        return;
+    }
+}

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A run: the checked rows go to the worker one at a time, the next only after
+// the verdict on the last. A shredded row leaves the list and a failed one is
+// unchecked, so the lowest checked row always moves on and each is tried once.
+
+#include "controller/walle.h"
+
+#include "engine/filecrusher.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QMutexLocker>
+
+void Walle::startCrush()
+{
+    const DeliveryFence::Emission emission(fence);
+    succeededCount = 0;
+    failedCount = 0;
+    resultKind = 1;
+    stopPending = false;
+    emit setCrushStarted(RunState::Running);
+    crushNext();
+}
+
+void Walle::stopCrush()
+{
+    // Open before the worker hears of it: its answer must not overtake the two signals below,
+    // or the window would say "stopping" for ever.
+    const DeliveryFence::Emission emission(fence);
+    stopPending = true;
+    crusher->requestStop(true);
+    refreshControls(ControlSituation::StopAsked);
+    emit setCrushStarted(RunState::Stopping);
+}
+
+/// Hands over the lowest checked row, or ends the run when there is none or a stop is pending.
+void Walle::crushNext()
+{
+    if (crusher == nullptr)
+        return;
+    const Job job = firstChecked();
+    if (job.row >= 0 && !stopPending)
+        handOver(job.path);
+    else
+        endRun();
+}
+
+void Walle::handOver(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.isFile() || info.isDir() || info.isSymLink() || !info.exists())
+        crusher->addPath(path);
+    // A device or fifo that took the path's place after admission is not handed over. No
+    // verdict will come, and the run stays open until the user stops it.
+}
+
+void Walle::endRun()
+{
+    emit setCrushStarted(RunState::Idle);
+    emit finishAll(finishedCount);
+    refreshControls(ControlSituation::RowsRemoved);
+    finishedCount = 0;
+    // The result report unticks every row in the table. After a stop some are still checked
+    // here; what is shown as unticked must not be shredded by the next run.
+    uncheckAllSilently();
+    emit showResultDialog(resultKind, succeededCount, failedCount);
+}
+
+void Walle::finishOneWalle(QString path)
+{
+    const QMutexLocker locker(&jobMutex);
+    fence.deliverPending();
+    const Job job = firstChecked();
+    if (job.row < 0)
+        return;
+    if (job.path == path) {
+        removeJob(job.row);
+        emit removeRowFromMainTable(job.row);
+        ++finishedCount;
+        ++succeededCount;
+    }
+    crushNext();
+}
+
+void Walle::failedOneWalle(QString path)
+{
+    // A failed row stays where it is, so the order of the rows needs no guarding here; the
+    // verdict and the history are what must not mix.
+    const QMutexLocker locker(&historyMutex);
+    fence.deliverPending();
+    const Job job = firstChecked();
+    if (job.row < 0)
+        return;
+    // Whatever the path: the lowest checked row is the one that was handed over. The window is
+    // not told; the row stays as it is drawn until the result report.
+    setChecked(job.row, false);
+    ++failedCount;
+    finishPercentWalle(path, 0);
+    crushNext();
+}
+
+void Walle::stoppedWalle()
+{
+    fence.deliverPending();
+    emit setCrushStarted(RunState::Idle);
+    refreshControls(ControlSituation::Stopped);
+}
+
+void Walle::fallSilent()
+{
+    // The window first, so that what the worker still reports opens no dialog any more.
+    disconnect(this, nullptr, nullptr, nullptr);
+    {
+        const QMutexLocker locker(&queueMutex);
+        commandQueue.clear();
+    }
+    stopPending = true;
+    crusher->requestStop(true);
+    // An item that was just removed still gets its history entry.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    disconnect(crusher, nullptr, nullptr, nullptr);
+    disconnect(&fence, nullptr, nullptr, nullptr);
+}

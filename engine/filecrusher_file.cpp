@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Overwriting and removing one file. A file is written once, in place, as whole
+// blocks of 4096 bytes and one tail, then its name is removed. A write that
+// fails is not noticed: the file is removed all the same, since whoever chose
+// it wants it gone.
+
+#include "engine/filecrusher.h"
+#include "engine/shredprogress.h"
+
+#include <QDir>
+
+#include <array>
+#include <cstdio>
+#include <ctime>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+constexpr int blockShift = 12;
+constexpr quint64 tailMask = 0xFFF;
+
+/// Progress goes out in steps: each report holds the worker until the GUI has drawn it.
+constexpr int loneFileStep = 1;
+constexpr int treeStep = 5;
+/// The end of a file is told by its verdict, so its progress stops short of 100.
+constexpr int lastPercent = 99;
+
+using Block = std::array<char, BlockFiller::blockSize>;
+
+quint64 wholeBlocks(quint64 size)
+{
+    return size >> blockShift;
+}
+
+std::size_t tailBytes(quint64 size)
+{
+    return static_cast<std::size_t>(size & tailMask);
+}
+
+void writeBytes(std::FILE *stream, const Block &block, std::size_t count)
+{
+    // NOLINTNEXTLINE(bugprone-unused-return-value, cert-err33-c): see the head of this file
+    static_cast<void>(std::fwrite(block.data(), 1, count, stream));
+}
+
+void rewindStream(std::FILE *stream)
+{
+    // NOLINTNEXTLINE(cert-err33-c): a stream that cannot be positioned was opened at 0 anyway
+    static_cast<void>(fseeko(stream, 0, SEEK_SET));
+}
+
+void closeStream(std::FILE *stream)
+{
+    // NOLINTNEXTLINE(cert-err33-c): as with a failed write
+    static_cast<void>(std::fclose(stream));
+}
+
+bool removeName(const char *path)
+{
+    return std::remove(path) == 0;
+}
+
+} // namespace
+
+void FileCrusher::fillRandom(char *buffer, std::size_t count)
+{
+    filler.fill(buffer, count, std::time(nullptr));
+}
+
+qint64 FileCrusher::statSize(const char *path)
+{
+    if (path == nullptr)
+        return -1;
+    struct stat status = {};
+    return ::stat(path, &status) == 0 ? qint64{status.st_size} : -1;
+}
+
+qint64 FileCrusher::shredFile(const char *path)
+{
+    if (path == nullptr)
+        return CrushResult::NullPath;
+    const QString name = QString::fromUtf8(path);
+    const QFileInfo info(name);
+    if (info.isSymLink()) {
+        if (!QDir(info.path()).remove(info.absoluteFilePath()))
+            return CrushResult::LinkFailed;
+        emit addToHistory(name);
+        return info.size();
+    }
+    if (!info.exists())
+        return CrushResult::Success;
+    if (info.isDir())
+        return CrushResult::WrongKind;
+    if (info.size() == 0) {
+        if (!removeName(path))
+            return CrushResult::RemoveFailed;
+        emit addToHistory(name);
+        return CrushResult::Success;
+    }
+
+    std::FILE *stream = std::fopen(path, "r+e");
+    if (stream == nullptr)
+        return CrushResult::OpenFailed;
+    // A file whose size turns out unusable keeps its stream open, on purpose: nothing that was
+    // found in this state is touched again, not even by a close.
+    const qint64 size = statSize(path);
+    if (size == -1)
+        return CrushResult::SizeUnusable;
+    if (size == 0)
+        return CrushResult::SizeVanished;
+    if (size < 0)
+        return CrushResult::SizeNegative;
+
+    overwriteLoneFile(stream, static_cast<quint64>(size), name);
+    closeStream(stream);
+    if (!removeName(path))
+        return CrushResult::RemoveFailed;
+    emit addToHistory(name);
+    return size;
+}
+
+void FileCrusher::overwriteLoneFile(std::FILE *stream, quint64 size, const QString &path)
+{
+    Block buffer;
+    const quint64 blocks = wholeBlocks(size);
+    int last = 0;
+    rewindStream(stream);
+    for (quint64 index = 0; index < blocks; ++index) {
+        fillRandom(buffer.data(), buffer.size());
+        writeBytes(stream, buffer, buffer.size());
+        const int percent = shredprogress::loneFilePercent(blocks, index);
+        if (percent - last > loneFileStep) {
+            emit finishPercent(path, percent);
+            last = percent;
+        }
+    }
+    fillRandom(buffer.data(), tailBytes(size));
+    writeBytes(stream, buffer, tailBytes(size));
+    emit finishPercent(path, lastPercent);
+}
+
+qint64 FileCrusher::shredFileInDirectory(const char *path, quint64 totalBytes, quint64 doneBytes,
+                                         const QString &topDirectory)
+{
+    if (path == nullptr)
+        return CrushResult::NullPath;
+    if (topDirectory.isEmpty())
+        return CrushResult::WrongKind;
+    const QString name = QString::fromUtf8(path);
+    const QFileInfo info(name);
+    if (!info.exists())
+        return CrushResult::Success;
+    if (totalBytes == 0) {
+        if (!removeName(path))
+            return CrushResult::RemoveFailed;
+        emit addToHistory(info.absoluteFilePath());
+        return CrushResult::Success;
+    }
+
+    std::FILE *stream = std::fopen(path, "r+e");
+    if (stream == nullptr)
+        return CrushResult::OpenFailed;
+    const qint64 size = statSize(path);
+    if (size < 0)
+        return CrushResult::SizeUnusable; // the stream stays open, as in shredFile()
+
+    overwriteFileInTree(stream, static_cast<quint64>(size), totalBytes, doneBytes, topDirectory);
+    closeStream(stream);
+    if (!removeName(path))
+        return CrushResult::RemoveFailed;
+    const quint64 done = doneBytes + static_cast<quint64>(size);
+    emit finishPercent(topDirectory,
+                       static_cast<int>(shredprogress::treePercent(done, totalBytes)));
+    emit addToHistory(name);
+    return size;
+}
+
+void FileCrusher::overwriteFileInTree(std::FILE *stream, quint64 size, quint64 totalBytes,
+                                      quint64 doneBytes, const QString &topDirectory)
+{
+    Block buffer;
+    const quint64 blocks = wholeBlocks(size);
+    quint64 last = shredprogress::treePercent(doneBytes, totalBytes);
+    rewindStream(stream);
+    for (quint64 index = 0; index < blocks; ++index) {
+        fillRandom(buffer.data(), buffer.size());
+        writeBytes(stream, buffer, buffer.size());
+        // Counts down while the file is written, so it rises above the last report only at the
+        // start of a file that is large within its tree.
+        const quint64 percent =
+            shredprogress::treePercentInFile(doneBytes, totalBytes, blocks, index);
+        if (shredprogress::isStepAbove(percent, last, treeStep)) {
+            emit finishPercent(topDirectory, static_cast<int>(percent));
+            last = percent;
+        }
+    }
+    fillRandom(buffer.data(), tailBytes(size));
+    writeBytes(stream, buffer, tailBytes(size));
+}

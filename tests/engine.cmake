@@ -1,0 +1,2 @@
+# SPDX-FileCopyrightText: 2026 Brenvale
+# SPDX-License-Identifier: MIT

@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "desktopsession.h"
+
+#include "eventually.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+namespace testsupport
+{
+
+namespace
+{
+
+// The server keeps its screen in a file in the format of xwd: a header of 32-bit
+// words in network order, the colour table, then the lines. Reading that is
+// instant, so that conditions about pixels can be polled.
+constexpr int widthWord = 4;
+constexpr int heightWord = 5;
+constexpr int lineBytesWord = 12;
+constexpr int coloursWord = 19;
+constexpr int headerWords = 25;
+constexpr int colourBytes = 12;
+
+int headerWord(const QByteArray &screen, int index)
+{
+    return static_cast<int>(
+        qFromBigEndian<quint32>(screen.constData() + index * int(sizeof(quint32))));
+}
+
+QImage decodeScreen(const QByteArray &screen)
+{
+    if (screen.size() < headerWords * int(sizeof(quint32)))
+        return QImage();
+    const int offset = headerWord(screen, 0) + headerWord(screen, coloursWord) * colourBytes;
+    const int width = headerWord(screen, widthWord);
+    const int height = headerWord(screen, heightWord);
+    const int lineBytes = headerWord(screen, lineBytesWord);
+    if (screen.size() < offset + height * lineBytes)
+        return QImage();
+    const auto *lines = reinterpret_cast<const uchar *>(screen.constData()) + offset;
+    return QImage(lines, width, height, lineBytes, QImage::Format_RGB32).copy();
+}
+
+QString number(int value)
+{
+    return QString::number(value);
+}
+
+} // namespace
+
+DesktopSession::~DesktopSession()
+{
+    windowManager.end();
+    server.end();
+}
+
+bool DesktopSession::start()
+{
+    return startServer() && startWindowManager();
+}
+
+bool DesktopSession::startServer()
+{
+    // Access control is off because a second user's shredder shows itself here
+    // too; nothing but test windows is ever on this screen.
+    server.setStandardErrorFile(scratch.filePath(QStringLiteral("server-messages")));
+    server.start(QStringLiteral("Xvfb"),
+                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                  QStringLiteral("0"), QStringLiteral("1920x1080x24"), QStringLiteral("-dpi"),
+                  QStringLiteral("96"), QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+                  QStringLiteral("-ac"), QStringLiteral("-noreset"), QStringLiteral("-fbdir"),
+                  scratch.path()});
+    while (!server.canReadLine() && server.waitForReadyRead(patience))
+        continue;
+    const QByteArray line = server.readLine().trimmed();
+    if (line.isEmpty()) {
+        problemText = QStringLiteral("no virtual X server: ") + server.errorString();
+        return false;
+    }
+    displayName = QLatin1Char(':') + QString::fromLatin1(line);
+    return true;
+}
+
+bool DesktopSession::startWindowManager()
+{
+    windowManager.setProcessEnvironment(environment());
+    windowManager.setStandardOutputFile(QProcess::nullDevice());
+    windowManager.setStandardErrorFile(scratch.filePath(QStringLiteral("manager-messages")));
+    windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+    const auto announced = [this] {
+        return outputOf(QStringLiteral("xprop"),
+                        {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")},
+                        environment())
+            .contains("window id");
+    };
+    if (eventually(announced))
+        return true;
+    problemText = QStringLiteral("no window manager: ") + windowManager.errorString();
+    return false;
+}
+
+QProcessEnvironment DesktopSession::environment() const
+{
+    const QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment least;
+    for (const QString &name : {QStringLiteral("PATH"), QStringLiteral("TZ"),
+                                QStringLiteral("ASAN_OPTIONS"), QStringLiteral("UBSAN_OPTIONS")}) {
+        if (own.contains(name))
+            least.insert(name, own.value(name));
+    }
+    least.insert(QStringLiteral("DISPLAY"), displayName);
+    least.insert(QStringLiteral("HOME"), scratch.path());
+    least.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    least.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    least.insert(QStringLiteral("XDG_RUNTIME_DIR"), scratch.path());
+    return least;
+}
+
+QByteArray DesktopSession::xdotool(const QStringList &arguments) const
+{
+    return outputOf(QStringLiteral("xdotool"), arguments, environment());
+}
+
+void DesktopSession::movePointer(const QPoint &position) const
+{
+    xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y())});
+}
+
+void DesktopSession::click(const QPoint &position) const
+{
+    xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y()),
+             QStringLiteral("click"), QStringLiteral("1")});
+}
+
+void DesktopSession::pressButton() const
+{
+    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+}
+
+void DesktopSession::releaseButton() const
+{
+    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+void DesktopSession::type(const QString &text) const
+{
+    xdotool({QStringLiteral("type"), QStringLiteral("--"), text});
+}
+
+void DesktopSession::pressKey(const QString &key) const
+{
+    xdotool({QStringLiteral("key"), key});
+}
+
+QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) const
+{
+    const QList<QByteArray> lines =
+        xdotool({QStringLiteral("search"), QStringLiteral("--all"), QStringLiteral("--onlyvisible"),
+                 QStringLiteral("--pid"), QString::number(pid), QStringLiteral("--name"),
+                 title.isEmpty() ? QString() : QLatin1Char('^') + title + QLatin1Char('$')})
+            .split('\n');
+    QVector<WindowId> windows;
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            windows.append(line.toUInt());
+    }
+    return windows;
+}
+
+QRect DesktopSession::geometryOf(WindowId window) const
+{
+    // The answer is lines such as X=560, of which the first four count.
+    const QList<QByteArray> lines = xdotool({QStringLiteral("getwindowgeometry"),
+                                             QStringLiteral("--shell"), QString::number(window)})
+                                        .split('\n');
+    const auto value = [&lines](const char *name) {
+        for (const QByteArray &line : lines) {
+            if (line.startsWith(name))
+                return line.mid(static_cast<int>(qstrlen(name))).toInt();
+        }
+        return 0;
+    };
+    return QRect(value("X="), value("Y="), value("WIDTH="), value("HEIGHT="));
+}
+
+void DesktopSession::closeByWindowManager(WindowId window) const
+{
+    outputOf(QStringLiteral("wmctrl"),
+             {QStringLiteral("-i"), QStringLiteral("-c"), QString::number(window)}, environment());
+}
+
+QString DesktopSession::clipboardText() const
+{
+    return QString::fromUtf8(
+        outputOf(QStringLiteral("xclip"),
+                 {QStringLiteral("-o"), QStringLiteral("-selection"), QStringLiteral("clipboard")},
+                 environment()));
+}
+
+QImage DesktopSession::picture(const QRect &area) const
+{
+    QFile screen(scratch.filePath(QStringLiteral("Xvfb_screen0")));
+    if (!screen.open(QIODevice::ReadOnly))
+        return QImage();
+    const QImage whole = decodeScreen(screen.readAll());
+    return area.isNull() ? whole : whole.copy(area);
+}
+
+bool DesktopSession::savePicture(const QString &file) const
+{
+    return QDir().mkpath(QFileInfo(file).path()) && picture().save(file, "PNG");
+}
+
+bool samePixels(const QImage &one, const QImage &other)
+{
+    return !one.isNull() && one == other;
+}
+
+} // namespace testsupport

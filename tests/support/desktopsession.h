@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A whole desktop for one test program: a virtual X server of 1920 x 1080, a
+// window manager, and a person in front of it who moves the pointer, types and
+// looks at the screen. Everything ends with the object.
+
+#pragma once
+
+#include "tiedprocess.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <QTemporaryDir>
+#include <QVector>
+
+namespace testsupport
+{
+
+/// An X window by the number the server gave it.
+using WindowId = quint32;
+
+class DesktopSession
+{
+public:
+    DesktopSession() = default;
+    ~DesktopSession();
+    DesktopSession(const DesktopSession &) = delete;
+    DesktopSession &operator=(const DesktopSession &) = delete;
+
+    /// Starts server and window manager; false, with a problem(), when that fails.
+    bool start();
+    QString problem() const { return problemText; }
+    QString display() const { return displayName; }
+    /// The least a program needs to show itself here, nothing of the caller's desktop.
+    QProcessEnvironment environment() const;
+
+    void movePointer(const QPoint &position) const;
+    void click(const QPoint &position) const;
+    void pressButton() const;
+    void releaseButton() const;
+    void type(const QString &text) const;
+    void pressKey(const QString &key) const;
+
+    /// The visible windows of process @p pid, restricted to @p title if that is not empty.
+    QVector<WindowId> windowsOf(qint64 pid, const QString &title = QString()) const;
+    QRect geometryOf(WindowId window) const;
+    /// Asks as the window manager does when the user closes a window.
+    void closeByWindowManager(WindowId window) const;
+
+    QString clipboardText() const;
+    /// What the screen shows, pointer included; @p area in screen coordinates.
+    QImage picture(const QRect &area = QRect()) const;
+    /// Writes the whole screen as a PNG file, making its folder.
+    bool savePicture(const QString &file) const;
+
+private:
+    bool startServer();
+    bool startWindowManager();
+    QByteArray xdotool(const QStringList &arguments) const;
+
+    TiedProcess server;
+    TiedProcess windowManager;
+    QTemporaryDir scratch;
+    QString displayName;
+    QString problemText;
+};
+
+/// True when every pixel is the same in both.
+bool samePixels(const QImage &one, const QImage &other);
+
+} // namespace testsupport

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The other program of a drag: a small window at a given place of the screen
+// from which the pointer drags files, raw URLs or plain text, as often as asked.
+//
+//     dragsource --at X,Y PATH...
+//     dragsource --at X,Y --url URL...
+//     dragsource --at X,Y --text TEXT
+//
+// It prints "ready" once, and for each drag "begin", "over ACTION" whenever the
+// target under the pointer changes its mind, and "end ACTION" with what the drop
+// came to; ACTION is copy or ignore.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace
+{
+
+constexpr QSize windowSize{120, 80};
+
+const char *nameOf(Qt::DropAction action)
+{
+    return action == Qt::IgnoreAction ? "ignore" : "copy";
+}
+
+void print(const char *event, const char *detail = "")
+{
+    std::printf("%s%s\n", event, detail);
+    std::fflush(stdout);
+}
+
+// Lives on the GUI thread; main() owns it.
+class DragSource : public QWidget
+{
+public:
+    QList<QUrl> urls;
+    QString text;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override { pressed = event->pos(); }
+
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        const int distance = (event->pos() - pressed).manhattanLength();
+        if ((event->buttons() & Qt::LeftButton) && distance >= QApplication::startDragDistance())
+            drag();
+    }
+
+private:
+    void drag()
+    {
+        auto *data = new QMimeData;
+        if (!urls.isEmpty())
+            data->setUrls(urls);
+        else
+            data->setText(text);
+        auto *drag = new QDrag(this);
+        drag->setMimeData(data);
+        connect(drag, &QDrag::actionChanged, this,
+                [](Qt::DropAction action) { print("over ", nameOf(action)); });
+        print("begin");
+        print("end ", nameOf(drag->exec(Qt::CopyAction)));
+    }
+
+    QPoint pressed;
+};
+
+QPoint pointFrom(const QString &text)
+{
+    return QPoint(text.section(QLatin1Char(','), 0, 0).toInt(),
+                  text.section(QLatin1Char(','), 1, 1).toInt());
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    const QCommandLineOption at(QStringLiteral("at"), QStringLiteral("Place."),
+                                QStringLiteral("X,Y"), QStringLiteral("0,0"));
+    const QCommandLineOption asUrls(QStringLiteral("url"), QStringLiteral("Drag raw URLs."));
+    const QCommandLineOption asText(QStringLiteral("text"), QStringLiteral("Drag plain text."));
+    parser.addOptions({at, asUrls, asText});
+    parser.addPositionalArgument(QStringLiteral("content"), QStringLiteral("What is dragged."));
+    parser.process(application);
+
+    DragSource source;
+    const QStringList content = parser.positionalArguments();
+    if (parser.isSet(asText)) {
+        source.text = content.join(QLatin1Char(' '));
+    } else {
+        for (const QString &item : content)
+            source.urls.append(parser.isSet(asUrls) ? QUrl(item) : QUrl::fromLocalFile(item));
+    }
+    // Without the window manager's help the window stands exactly where asked.
+    source.setWindowFlags(Qt::X11BypassWindowManagerHint);
+    source.setGeometry(QRect(pointFrom(parser.value(at)), windowSize));
+    source.show();
+    QMetaObject::invokeMethod(
+        &source, [] { print("ready"); }, Qt::QueuedConnection);
+    return QApplication::exec();
+}

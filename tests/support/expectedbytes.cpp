@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "expectedbytes.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace testsupport
+{
+
+namespace
+{
+constexpr int blockSize = 4096;
+}
+
+// Each block starts the sequence of the current second anew and takes it from
+// its last byte to its first.
+QByteArray expectedBytes(int size, std::time_t second)
+{
+    QByteArray bytes(size, '\0');
+    for (int start = 0; start < size; start += blockSize) {
+        std::srand(static_cast<unsigned>(second));
+        for (int i = std::min(start + blockSize, size) - 1; i >= start; --i)
+            bytes[i] = static_cast<char>(std::rand() & 0xff);
+    }
+    return bytes;
+}
+
+bool wasOverwritten(const QByteArray &found, std::time_t first, std::time_t last)
+{
+    for (int done = 0; done < found.size(); done += blockSize) {
+        const QByteArray piece = found.mid(done, blockSize);
+        bool explained = false;
+        for (std::time_t second = first; second <= last && !explained; ++second)
+            explained = piece == expectedBytes(piece.size(), second);
+        if (!explained)
+            return false;
+    }
+    return true;
+}
+
+} // namespace testsupport

@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "runningshredder.h"
+
+#include "eventually.h"
+#include "windowmap.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+namespace testsupport
+{
+
+namespace
+{
+
+/// Far left of the main window, so that nothing lies over it.
+constexpr QPoint dragSourcePlace{100, 100};
+constexpr QPoint dragGrip{140, 140};
+/// Moves of a drag: enough for source and target to talk while it goes on.
+constexpr int dragSteps = 12;
+constexpr int longestTable = 12;
+
+QStringList linesOf(const QString &file)
+{
+    QFile in(file);
+    if (!in.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(in.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+RunningShredder::RunningShredder(const DesktopSession &onDesktop, const ShredderUser &asUser)
+    : desktop(onDesktop)
+    , user(asUser)
+{
+}
+
+void RunningShredder::start()
+{
+    const QString program = user.reachable(QStringLiteral(SHREDDER_PROGRAM));
+    const QProcessEnvironment environment = user.environment(desktop.environment());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);
+    if (!user.isSomebodyElse()) {
+        process.setProcessEnvironment(environment);
+        process.start(program, QStringList());
+    } else {
+        // The change of user is made outside the sandbox's passwd file; what the
+        // program is to see comes after it.
+        const QString id = QString::number(user.id());
+        QStringList command{QStringLiteral("--reuid=") + id, QStringLiteral("--regid=") + id,
+                            QStringLiteral("--clear-groups"), QStringLiteral("--pdeathsig=KILL"),
+                            QStringLiteral("env")};
+        process.setProcessEnvironment(desktop.environment());
+        process.setWorkingDirectory(user.home());
+        process.start(QStringLiteral("setpriv"),
+                      command + environment.toStringList() + QStringList{program});
+    }
+    process.waitForStarted();
+}
+
+bool RunningShredder::openWindow()
+{
+    desktop.movePointer(mainwindow::onScreen.topLeft() + mainwindow::restingPlace);
+    screenBefore = desktop.picture();
+    start();
+    const auto shown = [this] {
+        const QVector<WindowId> windows =
+            desktop.windowsOf(process.processId(), mainwindow::title());
+        if (!windows.isEmpty())
+            window = windows.first();
+        return window != 0 || process.state() == QProcess::NotRunning;
+    };
+    if (!eventually(shown) || window == 0)
+        return false;
+    freshWindow = drawnWindow(window);
+    windowOnScreen = desktop.geometryOf(window);
+    return !freshWindow.isNull();
+}
+
+bool RunningShredder::waitForEnd()
+{
+    return eventually([this] { return process.state() == QProcess::NotRunning; });
+}
+
+int RunningShredder::exitStatus() const
+{
+    const bool ended = process.state() == QProcess::NotRunning;
+    return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+QStringList RunningShredder::complaints() const
+{
+    return linesOf(user.messagesFile())
+        .filter(QRegularExpression(QStringLiteral("^Q|Sanitizer|runtime error")));
+}
+
+void RunningShredder::click(const QRect &placeInMainWindow)
+{
+    screenBefore = desktop.picture();
+    desktop.click(windowOnScreen.topLeft() + placeInMainWindow.center());
+}
+
+void RunningShredder::rest() const
+{
+    desktop.movePointer(windowOnScreen.topLeft() + mainwindow::restingPlace);
+}
+
+QImage RunningShredder::picture(const QRect &placeInMainWindow) const
+{
+    return desktop.picture(placeInMainWindow.translated(windowOnScreen.topLeft()));
+}
+
+bool RunningShredder::hasChanged(const QRect &placeInMainWindow) const
+{
+    return !samePixels(picture(placeInMainWindow), freshWindow.copy(placeInMainWindow));
+}
+
+int RunningShredder::rowsShown() const
+{
+    int rows = 0;
+    while (rows < longestTable && hasChanged(mainwindow::rowIcon(rows)))
+        ++rows;
+    return rows;
+}
+
+bool RunningShredder::drop(const QStringList &paths)
+{
+    return drag(paths) == QStringLiteral("copy");
+}
+
+QString RunningShredder::drag(const QStringList &dragArguments)
+{
+    TiedProcess source;
+    QByteArray printed;
+    const auto prints = [&](const char *word) {
+        return eventually([&] {
+            printed += source.readAllStandardOutput();
+            return printed.contains(word);
+        });
+    };
+    source.setProcessEnvironment(desktop.environment());
+    source.start(
+        QStringLiteral(DRAG_SOURCE_PROGRAM),
+        QStringList{QStringLiteral("--at"),
+                    QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y())}
+            + dragArguments);
+    if (!prints("ready"))
+        return QStringLiteral("no source");
+
+    desktop.movePointer(dragGrip);
+    desktop.pressButton();
+    desktop.movePointer(dragGrip + QPoint(30, 0));
+    if (!prints("begin"))
+        return QStringLiteral("no drag");
+    // Where the empty table's hint is not, so that pictures of it are not spoilt.
+    const QPoint target = windowOnScreen.topLeft() + QPoint(500, 400);
+    for (int step = 1; step <= dragSteps; ++step) {
+        desktop.movePointer(dragGrip + (target - dragGrip) * step / dragSteps);
+        QTest::qWait(20);
+    }
+    // A target that takes the drag has said so before the button is released; one
+    // that does not never says anything, so there is nothing to wait for.
+    eventually(
+        [&] {
+            printed += source.readAllStandardOutput();
+            return printed.contains("over copy");
+        },
+        1000);
+    screenBefore = desktop.picture();
+    desktop.releaseButton();
+    if (!prints("end "))
+        return QStringLiteral("no end");
+    rest();
+    return QString::fromLatin1(printed.mid(printed.indexOf("end ") + 4)).trimmed();
+}
+
+std::optional<WindowId> RunningShredder::waitForDialog() const
+{
+    QVector<WindowId> dialogs;
+    eventually([&] {
+        dialogs = desktop.windowsOf(process.processId(), dialog::title());
+        return !dialogs.isEmpty();
+    });
+    if (dialogs.isEmpty())
+        return std::nullopt;
+    return dialogs.first();
+}
+
+bool RunningShredder::dialogIsOpen() const
+{
+    return !desktop.windowsOf(process.processId(), dialog::title()).isEmpty();
+}
+
+void RunningShredder::clickInDialog(WindowId dialog, const QRect &place) const
+{
+    desktop.click(desktop.geometryOf(dialog).topLeft() + place.center());
+}
+
+QImage RunningShredder::pictureOfDialog(const QRect &place) const
+{
+    const std::optional<WindowId> dialog = waitForDialog();
+    return dialog ? drawnWindow(*dialog).copy(place) : QImage();
+}
+
+bool RunningShredder::answerDialog(const QRect &button) const
+{
+    const std::optional<WindowId> dialog = waitForDialog();
+    if (!dialog)
+        return false;
+    clickInDialog(*dialog, button);
+    rest();
+    return eventually([this] { return !dialogIsOpen(); });
+}
+
+std::optional<WindowId> RunningShredder::waitForOtherWindow() const
+{
+    WindowId other = 0;
+    eventually([&] {
+        for (const WindowId candidate : desktop.windowsOf(process.processId())) {
+            if (candidate != window)
+                other = candidate;
+        }
+        return other != 0;
+    });
+    if (other == 0)
+        return std::nullopt;
+    return other;
+}
+
+bool RunningShredder::onlyMainWindowIsOpen() const
+{
+    return desktop.windowsOf(process.processId()) == QVector<WindowId>{window};
+}
+
+QImage RunningShredder::drawnWindow(WindowId id) const
+{
+    // A window is there before it is drawn, and shows what it covers until then.
+    // Drawn means: another picture than before, and two looks in a row find the same.
+    QImage before;
+    const bool settled = eventually([&] {
+        const QRect area = desktop.geometryOf(id);
+        const QImage now = desktop.picture(area);
+        const bool same = samePixels(now, before) && !samePixels(now, screenBefore.copy(area));
+        before = now;
+        return same;
+    });
+    return settled ? before : QImage();
+}
+
+bool RunningShredder::startShredding()
+{
+    click(mainwindow::crushButton);
+    return answerDialog(dialog::questionOk);
+}
+
+} // namespace testsupport

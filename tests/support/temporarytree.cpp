@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "temporarytree.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace testsupport
+{
+
+namespace
+{
+
+void require(bool done, const char *what, const QString &path)
+{
+    if (!done)
+        qFatal("cannot make %s %s", what, qPrintable(path));
+}
+
+} // namespace
+
+TemporaryTree::TemporaryTree() : root(QFileInfo(directory.path()).canonicalFilePath())
+{
+    require(directory.isValid(), "folder", root);
+}
+
+QString TemporaryTree::path(const QString &name) const
+{
+    return root + QLatin1Char('/') + name;
+}
+
+QString TemporaryTree::makeFile(const QString &name, qint64 size, char fill) const
+{
+    return makeFile(name, QByteArray(static_cast<int>(size), fill));
+}
+
+QString TemporaryTree::makeFile(const QString &name, const QByteArray &contents) const
+{
+    const QString file = path(name);
+    require(QDir().mkpath(QFileInfo(file).path()), "folder of", file);
+    QFile out(file);
+    require(out.open(QIODevice::WriteOnly) && out.write(contents) == contents.size(), "file", file);
+    return file;
+}
+
+QString TemporaryTree::makeFolder(const QString &name) const
+{
+    require(QDir().mkpath(path(name)), "folder", path(name));
+    return path(name);
+}
+
+QString TemporaryTree::makeLink(const QString &name, const QString &target) const
+{
+    const QString link = path(name);
+    require(QDir().mkpath(QFileInfo(link).path()), "folder of", link);
+    require(::symlink(target.toUtf8().constData(), link.toUtf8().constData()) == 0, "link", link);
+    return link;
+}
+
+QString TemporaryTree::makeHardLink(const QString &name, const QString &existing) const
+{
+    const QString second = path(name);
+    require(::link(existing.toUtf8().constData(), second.toUtf8().constData()) == 0, "hard link",
+            second);
+    return second;
+}
+
+QString TemporaryTree::makeFifo(const QString &name) const
+{
+    const QString fifo = path(name);
+    require(::mkfifo(fifo.toUtf8().constData(), S_IRUSR | S_IWUSR) == 0, "fifo", fifo);
+    return fifo;
+}
+
+QByteArray TemporaryTree::contentsOf(const QString &path)
+{
+    QFile in(path);
+    require(in.open(QIODevice::ReadOnly), "readable", path);
+    return in.readAll();
+}
+
+bool entryExists(const QString &path)
+{
+    struct stat entry = {};
+    return ::lstat(path.toUtf8().constData(), &entry) == 0;
+}
+
+} // namespace testsupport

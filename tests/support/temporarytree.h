@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A folder that exists for the life of the object and in which a test makes
+// its files, folders and links with one call each.
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace testsupport
+{
+
+class TemporaryTree
+{
+public:
+    TemporaryTree();
+
+    /// The folder's absolute path, without links in it.
+    QString path() const { return root; }
+    /// The absolute path of @p name inside the folder; nothing is made.
+    QString path(const QString &name) const;
+
+    /// Makes a file of @p size bytes, each @p fill, with its parent folders; returns its path.
+    QString makeFile(const QString &name, qint64 size, char fill = 'x') const;
+    /// Makes a file holding @p contents, with its parent folders; returns its path.
+    QString makeFile(const QString &name, const QByteArray &contents) const;
+    /// Makes a folder with its parents; returns its path.
+    QString makeFolder(const QString &name) const;
+    /// Makes a symbolic link that says @p target; returns the link's path.
+    QString makeLink(const QString &name, const QString &target) const;
+    /// Makes a second name for the file @p existing; returns the second name's path.
+    QString makeHardLink(const QString &name, const QString &existing) const;
+    /// Makes a fifo that its owner may read and write; returns its path.
+    QString makeFifo(const QString &name) const;
+
+    /// The bytes of the file @p path (an absolute path).
+    static QByteArray contentsOf(const QString &path);
+
+private:
+    QTemporaryDir directory;
+    QString root;
+};
+
+/// True when a directory entry of that name exists, dangling links included.
+bool entryExists(const QString &path);
+
+} // namespace testsupport

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A child process that does not outlive this one, even when this one crashes:
+// an X server or a shredder left behind by a failed test would spoil the next.
+
+#pragma once
+
+#include <QProcess>
+
+namespace testsupport
+{
+
+class TiedProcess : public QProcess
+{
+    Q_OBJECT
+
+public:
+    ~TiedProcess() override;
+
+    /// Asks the process to end, waits, and kills it if it does not.
+    void end();
+
+protected:
+    void setupChildProcess() override;
+};
+
+/// Runs a short command to its end and returns what it printed.
+QByteArray outputOf(const QString &command, const QStringList &arguments,
+                    const QProcessEnvironment &environment);
+
+} // namespace testsupport

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// One row of the history table: time, name and folder side by side, cut at the
+// right where they are too long, with the whole text as tooltip. Lives in the
+// GUI thread; owned by the table cell it is put into.
+
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+class QLabel;
+
+class HistoryRowFrame : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit HistoryRowFrame(QWidget *parent);
+
+    /// Shows another entry; does nothing when it shows that one already.
+    void setTexts(const QString &time, const QString &fileName, const QString &path);
+
+private:
+    QLabel *timeLabel;
+    QLabel *nameLabel;
+    QLabel *pathLabel;
+};

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "ui/historyrows.h"
+
+#include "ui/historyrowframe.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableWidget>
+
+namespace
+{
+
+constexpr int rowHeight = 30;
+constexpr int screenRefreshMilliseconds = 16;
+/// Up to this many rows, about two screens, each row is shown as it arrives.
+constexpr int rowsShownAtOnce = 30;
+/// Rows beyond either end of the view that have a frame, for the wheel.
+constexpr int rowsNearView = 3;
+
+} // namespace
+
+HistoryRows::HistoryRows(QTableWidget *owner, QWidget *parentOfFrames)
+    : QObject(owner), table(owner), frameParent(parentOfFrames)
+{
+    // Deferred layout: a header that knows its height beforehand measures no rows.
+    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    showTimer.setSingleShot(true);
+    connect(&showTimer, &QTimer::timeout, this, &HistoryRows::show);
+    connect(table->verticalScrollBar(), &QScrollBar::valueChanged, this, &HistoryRows::fillView);
+    sinceShown.start();
+}
+
+void HistoryRows::prepend(const QString &time, const QString &fileName, const QString &path)
+{
+    entries.append(Entry{time, fileName, path});
+    // A table grows and moves its frames at a cost that grows with its rows, so a long history
+    // is shown in steps that nobody can see.
+    if (entries.size() <= rowsShownAtOnce || sinceShown.elapsed() >= screenRefreshMilliseconds)
+        show();
+    else if (!showTimer.isActive())
+        showTimer.start(screenRefreshMilliseconds);
+}
+
+void HistoryRows::remove(int row)
+{
+    if (row < 0 || row >= entries.size())
+        return;
+    entries.removeAt(entries.size() - 1 - row);
+    show();
+}
+
+void HistoryRows::clear()
+{
+    showTimer.stop();
+    entries.clear();
+    frames.clear();
+    table->setRowCount(0);
+}
+
+void HistoryRows::show()
+{
+    showTimer.stop();
+    // The rows are alike but for their frames, so it does not matter at which end they come
+    // and go; at the bottom it costs least.
+    table->setRowCount(entries.size());
+    fillView();
+    sinceShown.restart();
+}
+
+/// Gives the rows in and next to the view their frames and takes them from all others.
+void HistoryRows::fillView()
+{
+    const int firstInView = table->verticalScrollBar()->value();
+    const int rowsInView = table->viewport()->height() / rowHeight + 1;
+    const int first = qMax(0, firstInView - rowsNearView);
+    const int last = qMin(table->rowCount() - 1, firstInView + rowsInView + rowsNearView);
+    const QList<int> framedRows = frames.keys();
+    for (const int row : framedRows) {
+        if (row < first || row > last) {
+            frames.remove(row);
+            table->removeCellWidget(row, 0);
+        }
+    }
+    for (int row = first; row <= last; ++row)
+        fillRow(row);
+}
+
+void HistoryRows::fillRow(int row)
+{
+    HistoryRowFrame *frame = frames.value(row);
+    const Entry &entry = entries.at(entries.size() - 1 - row);
+    if (frame != nullptr) {
+        frame->setTexts(entry.time, entry.fileName, entry.path);
+        return;
+    }
+    frame = new HistoryRowFrame(frameParent);
+    frame->setTexts(entry.time, entry.fileName, entry.path);
+    frames.insert(row, frame);
+    table->setCellWidget(row, 0, frame);
+}

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The rows of the history table, newest on top. A history can have hundreds of
+// thousands of entries, so every entry keeps its texts, but only the rows in and
+// next to the view have a frame with labels; scrolling brings the others. Rows
+// that stream in are shown in steps of a screen refresh. Lives in the GUI
+// thread; owned by the table.
+
+#pragma once
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QVector>
+
+class HistoryRowFrame;
+class QTableWidget;
+class QWidget;
+
+class HistoryRows : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Fills column 0 of @p table, which owns this object; frames are made as children of
+    /// @p frameParent.
+    HistoryRows(QTableWidget *table, QWidget *frameParent);
+
+    /// Puts an entry on top. It is visible at the next screen refresh at the latest.
+    void prepend(const QString &time, const QString &fileName, const QString &path);
+    /// Takes away row @p row, counted from the top; a row that does not exist is ignored.
+    void remove(int row);
+    /// Takes away every row, at once.
+    void clear();
+
+private:
+    struct Entry {
+        QString time;
+        QString fileName;
+        QString path;
+    };
+
+    void show();
+    void fillView();
+    void fillRow(int row);
+
+    QTableWidget *table;
+    QWidget *frameParent;
+    QVector<Entry> entries; ///< in the order of arrival, so the last is row 0
+    QHash<int, HistoryRowFrame *> frames; ///< by row; owned by the table
+    QTimer showTimer;
+    QElapsedTimer sinceShown;
+};

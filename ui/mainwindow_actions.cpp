@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// What the user does in the main window, and how the controller's answers show in
+// its buttons and header. Data is handed over first, the command posted second.
+
+#include "ui/mainwindow.h"
+
+#include "controller/walle.h"
+#include "widgets/customdialog.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace
+{
+
+// The texts of the crush button stand for the states of a run.
+QString idleText()
+{
+    return QStringLiteral("粉碎文件");
+}
+
+QString runningText()
+{
+    return QStringLiteral("停止粉碎");
+}
+
+QString stoppingText()
+{
+    return QStringLiteral("正在停止");
+}
+
+} // namespace
+
+void MainWindow::windowQuit()
+{
+    emit quit();
+}
+
+void MainWindow::windowMaxi() {}
+
+void MainWindow::windowMini()
+{
+    showMinimized();
+}
+
+void MainWindow::addEva()
+{
+    if (!walle)
+        return;
+    // A cancelled dialog is an empty batch.
+    walle->addChosenFiles(QFileDialog::getOpenFileNames(this));
+    walle->postCommand(CommandAddChosen);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    if (!event || !walle)
+        return;
+    // The drop is not accepted: whoever dragged must not take it for a move and delete the
+    // files itself.
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty())
+        return;
+    walle->addDroppedUrls(urls);
+    walle->postCommand(CommandAddDropped);
+}
+
+void MainWindow::removeSomeFilesEva()
+{
+    if (walle)
+        walle->postCommand(CommandRemoveChecked);
+}
+
+void MainWindow::selectAllEva(bool state)
+{
+    if (walle && mainTable)
+        walle->postCommand(state ? CommandCheckAll : CommandUncheckAll);
+}
+
+void MainWindow::crushFilesEva()
+{
+    if (!walle || !crushButton)
+        return;
+    const QString text = crushButton->text();
+    if (text == runningText()) {
+        walle->postCommand(CommandStopCrush);
+        return;
+    }
+    if (text == stoppingText())
+        return;
+    CustomDialog question;
+    question.moveToCentreOf(geometry());
+    question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
+                        DialogKind::Question);
+    if (question.exec() == QDialog::Accepted)
+        walle->postCommand(CommandStartCrush);
+}
+
+void MainWindow::setCrushStartedEva(int state)
+{
+    switch (state) {
+    case RunState::Idle:
+        setCrushButtonText(idleText());
+        return setRemoveButtonEnabledEva(true);
+    case RunState::Running:
+        setCrushButtonText(runningText());
+        return setRemoveButtonEnabledEva(false);
+    case RunState::Stopping:
+        return setCrushButtonText(stoppingText());
+    default:
+        return;
+    }
+}
+
+void MainWindow::setCrushButtonText(const QString &text)
+{
+    if (crushButton)
+        crushButton->setText(text);
+}
+
+void MainWindow::setRemoveButtonEnabledEva(bool enabled)
+{
+    if (removeButton)
+        removeButton->setEnabled(enabled);
+}
+
+void MainWindow::setCrushButtonEnabledEva(bool enabled)
+{
+    if (crushButton)
+        crushButton->setEnabled(enabled);
+}
+
+void MainWindow::finishOneFileEva(QString path)
+{
+    Q_UNUSED(path)
+}
+
+void MainWindow::finishAllEva(int count)
+{
+    if (count < 0 || !successLabel || !emptyPanel || !successPanel || !subtitleLabel)
+        return;
+    // The header tells the result until the next run ends; the success panel stays hidden.
+    subtitleLabel->setText(QStringLiteral("已成功粉碎") + QString::number(count)
+                           + QStringLiteral("个文件（文件夹）"));
+    if (emptyPanel->isVisible())
+        emptyPanel->hide();
+}

@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The main table. It mirrors the controller's job list row by row and changes on
+// the controller's word only.
+
+#include "ui/mainwindow.h"
+
+#include "controller/walle.h"
+#include "widgets/zztablecell.h"
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QIcon>
+#include <QImage>
+#include <QMutexLocker>
+#include <QTableWidget>
+
+namespace
+{
+
+constexpr int rowHeight = 30;
+constexpr int entryColumn = 0;
+
+QIcon entryIcon(const QString &fullName)
+{
+    return QIcon(QFileInfo(fullName).isDir() ? QStringLiteral(":/images/ico_folder")
+                                             : QStringLiteral(":/images/ico_file"));
+}
+
+} // namespace
+
+void MainWindow::addRowToMainTableEva(QString fullName)
+{
+    if (!mainTable || !emptyPanel || !successPanel || !rowBackground)
+        return;
+    const QIcon icon = entryIcon(fullName);
+    const QMutexLocker locker(tableMutex.get());
+    const int row = mainTable->rowCount();
+    mainTable->setRowCount(row + 1);
+    mainTable->setRowHeight(row, rowHeight);
+    hidePanels();
+    if (rowBackground->isNull())
+        rowBackground->load(QStringLiteral(":/images/bk_item"));
+    auto *cell = new ZZTableCell(mainTable);
+    cell->build(fullName, icon, *rowBackground, rowBase + row, entryColumn);
+    mainTable->setCellWidget(row, entryColumn, cell);
+    connect(cell, &ZZTableCell::tableCellClicked, this, &MainWindow::tableCellClickedEva);
+}
+
+void MainWindow::removeRowFromMainTableEva(int rowIndex)
+{
+    if (!mainTable || !tableHost)
+        return;
+    const QMutexLocker locker(tableMutex.get());
+    if (rowIndex < 0 || rowIndex >= mainTable->rowCount())
+        return;
+    for (int row = rowIndex; row < mainTable->rowCount(); ++row) {
+        if (ZZTableCell *cell = cellAt(row))
+            cell->setIndex(row - 1, entryColumn);
+    }
+    mainTable->removeRow(rowIndex);
+}
+
+void MainWindow::setTableItemCheckBoxStateEva(int rowIndex, bool state)
+{
+    if (!mainTable || !emptyPanel || !successPanel)
+        return;
+    ZZTableCell *cell = cellAt(rowIndex);
+    if (!cell)
+        return;
+    cell->setChecked(state);
+    hidePanels();
+}
+
+void MainWindow::tableCellClickedEva(int r, int c)
+{
+    if (!walle || c != entryColumn)
+        return;
+    const QMutexLocker locker(tableMutex.get());
+    const int row = r - rowBase;
+    const ZZTableCell *cell = cellAt(row);
+    if (!cell)
+        return;
+    // The path goes along: the row may have moved when the controller gets to the click.
+    walle->postCellToggle(CellToggle{row, !cell->isChecked(), cell->fullPath()});
+    walle->postCommand(CommandToggleRow);
+}
+
+void MainWindow::setTableRowHeightEva(int rowIndex, int percent)
+{
+    if (!mainTable)
+        return;
+    if (ZZTableCell *cell = cellAt(rowIndex))
+        cell->setProgress(percent);
+}
+
+void MainWindow::setSelectAllCheckBoxEnabledEva(bool enabled)
+{
+    if (selectAllCheckBox)
+        selectAllCheckBox->setEnabled(enabled);
+}
+
+void MainWindow::setSelectAllCheckBoxStateEva(bool state)
+{
+    if (selectAllCheckBox)
+        selectAllCheckBox->setChecked(state);
+}
+
+void MainWindow::slotMoveTable(int x, int y)
+{
+    Q_UNUSED(x)
+    constexpr int wholePercent = 100;
+    if (mainTable)
+        mainTable->move(0, (tableHost->height() - mainTable->height()) * y / wholePercent);
+}
+
+/// The cell of @p row; null when there is no such row.
+ZZTableCell *MainWindow::cellAt(int row) const
+{
+    return qobject_cast<ZZTableCell *>(mainTable->cellWidget(row, entryColumn));
+}
+
+void MainWindow::hidePanels()
+{
+    if (emptyPanel->isVisible())
+        emptyPanel->hide();
+    if (successPanel->isVisible())
+        successPanel->hide();
+}

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "zztablecell.h"
+
+#include "elision.h"
+#include "stylesheets.h"
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QHelpEvent>
+#include <QIcon>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QTextDocument>
+#include <QToolTip>
+
+namespace
+{
+
+constexpr QRect checkBoxPlace(15, 0, 25, 30);
+constexpr QRect iconPlace(42, 7, 16, 16);
+constexpr QRect namePlace(60, 0, 240, 30);
+constexpr QRect placePlace(315, 0, 463, 30);
+constexpr int overlayLeft = 1;
+
+/// Takes clicks anywhere on its place; a plain check box without a caption lets
+/// those beside its small square through to the row.
+class RowCheckBox : public QCheckBox
+{
+public:
+    using QCheckBox::QCheckBox;
+
+protected:
+    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
+};
+
+/// A label that lets the row show through. The row's style sheet has no selector,
+/// so it would else draw the row's image once more in every label, displaced where
+/// the label does not begin at the row's top.
+class RowLabel : public QLabel
+{
+public:
+    explicit RowLabel(QWidget *parent)
+        : QLabel(parent)
+    {
+        setAttribute(Qt::WA_NoSystemBackground);
+        setTextFormat(Qt::PlainText);
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
+            return QLabel::event(event);
+        showPlainToolTip(static_cast<QHelpEvent *>(event)->globalPos());
+        return true;
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        if (text().contains(QLatin1Char('\n')))
+            paintOnOneLine();
+        else
+            QLabel::paintEvent(event);
+    }
+
+private:
+    // Shown for no widget, because a tip shown for this one would take over the
+    // row's style sheet. A name with HTML in it appears letter by letter.
+    void showPlainToolTip(const QPoint &position) const
+    {
+        QString tip = toolTip();
+        if (Qt::mightBeRichText(tip)) {
+            tip = QStringLiteral("<span style='white-space:pre-wrap'>") + tip.toHtmlEscaped()
+                  + QStringLiteral("</span>");
+        }
+        QToolTip::showText(position, tip);
+    }
+
+    // A file name may hold line feeds, and a row is one line high.
+    void paintOnOneLine()
+    {
+        QPainter painter(this);
+        style()->drawItemText(&painter, contentsRect(),
+                              static_cast<int>(alignment() | Qt::TextSingleLine), palette(),
+                              isEnabled(), text(), foregroundRole());
+    }
+};
+
+/// Fills itself, because its style sheet cannot do that: the row's image would lie
+/// over the colour, and Qt takes rgb() with four numbers for a mistake and warns of
+/// it. So the style is kept from looking at the sheet at all. The
+/// mouse goes through to what the overlay darkens.
+class ProgressOverlay : public QLabel
+{
+public:
+    explicit ProgressOverlay(QWidget *parent)
+        : QLabel(parent)
+    {
+        setAttribute(Qt::WA_NoSystemBackground);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        const bool ofStyle =
+            event->type() == QEvent::Polish || event->type() == QEvent::StyleChange;
+        return ofStyle || QLabel::event(event);
+    }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        const QColor darkening(0, 0, 0, 70);
+        QPainter(this).fillRect(rect(), darkening);
+    }
+};
+
+} // namespace
+
+ZZTableCell::ZZTableCell(QWidget *parent)
+    : QFrame(parent)
+{
+}
+
+void ZZTableCell::build(const QString &fullPath, const QIcon &icon, const QImage &, int newRow,
+                        int newColumn)
+{
+    if (built)
+        return;
+    entryPath = fullPath;
+    setIndex(newRow, newColumn);
+    setWindowFlags(Qt::FramelessWindowHint);
+    resize(cellWidth, cellHeight);
+    setStyleSheet(stylesheets::row());
+
+    const QFileInfo entry(fullPath);
+    addCheckBox(entry.fileName(), entry.absolutePath());
+    addTextLabel(QStringLiteral("nameLabel"), namePlace, entry.fileName());
+    addIconLabel(icon);
+    addTextLabel(QStringLiteral("placeLabel"), placePlace, entry.absolutePath());
+    addProgressOverlay();
+    built = true;
+}
+
+void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
+{
+    checkBox = new RowCheckBox(this);
+    checkBox->setObjectName(QStringLiteral("checkBox"));
+    checkBox->setAccessibleName(fileName);
+    checkBox->setAccessibleDescription(folder);
+    checkBox->setGeometry(checkBoxPlace);
+    checkBox->setChecked(true);
+    connect(checkBox, &QCheckBox::clicked, this, &ZZTableCell::checkBoxClicked);
+}
+
+void ZZTableCell::addIconLabel(const QIcon &icon)
+{
+    auto *label = new RowLabel(this);
+    label->setObjectName(QStringLiteral("iconLabel"));
+    label->setGeometry(iconPlace);
+    label->setPixmap(icon.pixmap(iconPlace.size(), QIcon::Normal, QIcon::Off));
+}
+
+void ZZTableCell::addTextLabel(const QString &objectName, const QRect &place, const QString &text)
+{
+    auto *label = new RowLabel(this);
+    label->setObjectName(objectName);
+    label->setGeometry(place);
+    label->setToolTip(text);
+    // Gives the label the style sheet's font now, so that the text is measured in
+    // the font it will be drawn in.
+    label->ensurePolished();
+    label->setText(elidedKeepingTail(text, place.width(), label));
+}
+
+void ZZTableCell::addProgressOverlay()
+{
+    progressOverlay = new ProgressOverlay(this);
+    progressOverlay->setObjectName(QStringLiteral("progressOverlay"));
+    progressOverlay->setStyleSheet(stylesheets::progressOverlay());
+    progressOverlay->setGeometry(overlayLeft, 0, cellWidth - 2 * overlayLeft, cellHeight);
+    progressOverlay->hide();
+}
+
+QString ZZTableCell::fullPath() const
+{
+    return entryPath;
+}
+
+void ZZTableCell::setIndex(int newRow, int newColumn)
+{
+    row = newRow;
+    column = newColumn;
+}
+
+void ZZTableCell::setProgress(int percent)
+{
+    if (!built)
+        return;
+    if (percent == 0) {
+        progressOverlay->hide();
+        return;
+    }
+    constexpr int whole = 100;
+    progressOverlay->show();
+    progressOverlay->resize((cellWidth - 2 * overlayLeft) * percent / whole, cellHeight);
+}
+
+void ZZTableCell::setChecked(bool checked)
+{
+    if (built)
+        checkBox->setChecked(checked);
+}
+
+bool ZZTableCell::isChecked() const
+{
+    return built && checkBox->isChecked();
+}
+
+void ZZTableCell::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        emit tableCellClicked(row, column);
+}
+
+void ZZTableCell::checkBoxClicked()
+{
+    emit tableCellClicked(row, column);
+}

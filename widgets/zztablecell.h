@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// One row of the main table: a tick box, an icon, an entry's name and folder, and
+// a darkening that grows while the entry is shredded. It only draws and reports
+// clicks; whether the entry is ticked is decided elsewhere. Lives in the GUI thread
+// and belongs to the table it is put into.
+
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+class QCheckBox;
+class QIcon;
+class QImage;
+class QLabel;
+
+class ZZTableCell : public QFrame
+{
+    Q_OBJECT
+
+public:
+    /// An empty cell; build() fills it.
+    explicit ZZTableCell(QWidget *parent);
+
+    /// Fills the cell for the entry @p fullPath, shown with @p icon at 16 by 16
+    /// pixels; clicks are reported for @p row and @p column. The style sheet draws
+    /// the row's background, so @p background is not used. A second call does nothing.
+    void build(const QString &fullPath, const QIcon &icon, const QImage &background, int row,
+               int column);
+
+    /// The path given to build(), unchanged.
+    QString fullPath() const;
+    /// The row and column that clicks report from now on.
+    void setIndex(int row, int column);
+    /// Darkens the first @p percent of the row; 0 takes the darkening away. Values
+    /// outside 0 to 100 are not clamped. Does nothing before build().
+    void setProgress(int percent);
+    /// Ticks or unticks the box without reporting a click. Does nothing before build().
+    void setChecked(bool checked);
+    /// Whether the box is ticked; false before build().
+    bool isChecked() const;
+
+signals:
+    /// The user clicked the tick box, which has changed already, or pressed the
+    /// left button elsewhere in row @p r and column @p c.
+    void tableCellClicked(int r, int c);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+
+private slots:
+    void checkBoxClicked();
+
+private:
+    void addCheckBox(const QString &fileName, const QString &folder);
+    void addIconLabel(const QIcon &icon);
+    void addTextLabel(const QString &objectName, const QRect &place, const QString &text);
+    void addProgressOverlay();
+
+    static constexpr int cellWidth = 778;
+    static constexpr int cellHeight = 30;
+    bool built = false;
+    int row = 0;
+    int column = 0;
+    QString entryPath;
+    QCheckBox *checkBox = nullptr;
+    QLabel *progressOverlay = nullptr;
+};
