@@ -36,6 +36,10 @@ target_compile_definitions(endtoendsupport PRIVATE
   SANITIZER_RUNTIME="${sanitizer_runtime}")
 add_dependencies(endtoendsupport fileshredder dragsource)
 
+# What scripts/tour runs: the same harness, as a demonstration.
+add_executable(guidedtour support/guidedtour.cpp)
+target_link_libraries(guidedtour PRIVATE fileshredder_strictness endtoendsupport)
+
 add_library(endtoendfixture STATIC support/endtoendtest.cpp support/endtoendtest.h)
 target_link_libraries(endtoendfixture
   PUBLIC endtoendsupport Qt5::Test

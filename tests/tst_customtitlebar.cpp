@@ -18,7 +18,10 @@ constexpr QPoint windowStart(200, 150);
 class CountingWindow : public QWidget
 {
 public:
-    CountingWindow() : QWidget(nullptr, Qt::FramelessWindowHint) {}
+    CountingWindow()
+        : QWidget(nullptr, Qt::FramelessWindowHint)
+    {
+    }
     int presses = 0;
 
 protected:

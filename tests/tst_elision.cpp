@@ -28,7 +28,10 @@ private slots:
     void equalsStepByStepShortening();
 
 private:
-    int widthOf(const QString &text) const { return QFontMetrics(label.font()).horizontalAdvance(text); }
+    int widthOf(const QString &text) const
+    {
+        return QFontMetrics(label.font()).horizontalAdvance(text);
+    }
     QString stepByStep(const QString &text, int pixelWidth) const;
 
     QLabel label;
@@ -82,8 +85,7 @@ void TestElision::sixCharactersOrFewerAreNeverShortened()
 void TestElision::sevenCharactersKeepOneBeforeTheStops()
 {
     // Longer than the name itself: nothing can be left out, but the stops come in.
-    QCOMPARE(elidedKeepingTail(QStringLiteral("WabcdeF"), 1, &label),
-             QStringLiteral("W...abcdeF"));
+    QCOMPARE(elidedKeepingTail(QStringLiteral("WabcdeF"), 1, &label), QStringLiteral("W...abcdeF"));
 }
 
 void TestElision::textThatNeverFitsKeepsOneLeadingCharacter()
@@ -133,7 +135,7 @@ void TestElision::charactersAreCodeUnits()
 void TestElision::equalsStepByStepShortening_data()
 {
     QTest::addColumn<QString>("text");
-    const auto repeated = [](const char *part, int times) {
+    const auto repeated = [](const char *part, int times) -> QString {
         return QString::fromUtf8(part).repeated(times) + QStringLiteral("end.txt");
     };
     QTest::newRow("narrow letters") << repeated("il.", 200);

@@ -49,6 +49,7 @@ private:
     std::unique_ptr<QWidget> window;
     ZZScrollButton *button = nullptr;
     std::unique_ptr<QSignalSpy> reports;
+    QPoint pointer;
 };
 
 void TestZZScrollButton::init()
@@ -70,18 +71,20 @@ void TestZZScrollButton::cleanup()
 
 void TestZZScrollButton::press(Qt::MouseButton mouseButton, QPoint inside)
 {
-    QTest::mousePress(window->windowHandle(), mouseButton, Qt::NoModifier, button->pos() + inside);
+    pointer = button->pos() + inside;
+    QTest::mousePress(window->windowHandle(), mouseButton, Qt::NoModifier, pointer);
 }
 
 void TestZZScrollButton::release(Qt::MouseButton mouseButton)
 {
-    QTest::mouseRelease(window->windowHandle(), mouseButton, Qt::NoModifier, button->pos() + held);
+    QTest::mouseRelease(window->windowHandle(), mouseButton, Qt::NoModifier, pointer);
 }
 
-/// One movement of the pointer, which was at the point where the button is held.
+/// One movement of the pointer, @p step away from the point where the button is held.
 void TestZZScrollButton::dragBy(QPoint step)
 {
-    QTest::mouseMove(window->windowHandle(), button->pos() + held + step);
+    pointer = button->pos() + held + step;
+    QTest::mouseMove(window->windowHandle(), pointer);
 }
 
 QPoint TestZZScrollButton::lastReport() const
@@ -249,8 +252,8 @@ void TestZZScrollButton::isNeverClicked()
 void TestZZScrollButton::fractionsOfPixelsAreRounded()
 {
     button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
-    QMouseEvent pressed(QEvent::MouseButtonPress, QPointF(4.5, 4.4), Qt::LeftButton,
-                        Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent pressed(QEvent::MouseButtonPress, QPointF(4.5, 4.4), Qt::LeftButton, Qt::LeftButton,
+                        Qt::NoModifier);
     QApplication::sendEvent(button, &pressed);
     QMouseEvent moved(QEvent::MouseMove, QPointF(9.5, 9.4), Qt::NoButton, Qt::LeftButton,
                       Qt::NoModifier);

@@ -4,6 +4,7 @@
 # The linker drops the image bundle from a static library; a test that looks at
 # pictures names it.
 add_unit_test(tst_customdialog widgets resources)
+add_unit_test(tst_customdialog_running widgets resources)
 add_unit_test(tst_customtitlebar widgets)
 add_unit_test(tst_elision widgets)
 add_unit_test(tst_stylesheets widgets resources)

@@ -6,6 +6,7 @@
 #include "elision.h"
 #include "stylesheets.h"
 
+#include <QAbstractScrollArea>
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QHelpEvent>

@@ -21,7 +21,8 @@ class ZZTableCell : public QFrame
     Q_OBJECT
 
 public:
-    /// An empty cell; build() fills it.
+    /// An empty cell; build() fills it. A table given as @p parent takes the cell
+    /// into its viewport at once.
     explicit ZZTableCell(QWidget *parent);
 
     /// Fills the cell for the entry @p fullPath, shown with @p icon at 16 by 16

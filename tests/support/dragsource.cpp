@@ -58,13 +58,13 @@ protected:
 private:
     void drag()
     {
-        auto *data = new QMimeData;
+        auto *content = new QMimeData;
         if (!urls.isEmpty())
-            data->setUrls(urls);
+            content->setUrls(urls);
         else
-            data->setText(text);
+            content->setText(text);
         auto *drag = new QDrag(this);
-        drag->setMimeData(data);
+        drag->setMimeData(content);
         connect(drag, &QDrag::actionChanged, this,
                 [](Qt::DropAction action) { print("over ", nameOf(action)); });
         print("begin");

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Two blocks of data that stand in sections of their own, so that installers and
+// inventory tools of the suite can read who the module is straight from the file,
+// without running it. The program itself reads neither. They must reach the
+// executable although nothing refers to them, the reserved block right before the
+// record, whatever the optimiser and the linker would like to drop or reorder.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace
+{
+
+struct VersionRecord {
+    std::uint32_t size;
+    // The suite's installers know these four words; they are the same for all of its modules.
+    std::uint32_t suiteWords[4];
+    std::uint8_t reserved[12];
+    char productIdentifier[32];
+    char productVersion[16];
+    char moduleName[32];
+    char moduleVersion[16];
+    char legalNotice[64];
+    char executableName[256];
+};
+
+constexpr std::size_t recordSize = 448;
+static_assert(sizeof(VersionRecord) == recordSize, "installers read fixed offsets");
+static_assert(offsetof(VersionRecord, productIdentifier) == 32);
+static_assert(offsetof(VersionRecord, productVersion) == 64);
+static_assert(offsetof(VersionRecord, moduleName) == 80);
+static_assert(offsetof(VersionRecord, moduleVersion) == 112);
+static_assert(offsetof(VersionRecord, legalNotice) == 128);
+static_assert(offsetof(VersionRecord, executableName) == 192);
+
+constexpr std::size_t reservedBlockSize = 1024;
+
+} // namespace
+
+#define KEPT_IN_SECTION(name)                                                                      \
+    [[gnu::section(name), gnu::used, gnu::retain, gnu::no_reorder, gnu::aligned(32)]]
+
+namespace
+{
+
+// Filled by the suite's release tooling after the build; the first bytes are how it finds it.
+KEPT_IN_SECTION(".qarvo")
+std::uint8_t reservedBlock[reservedBlockSize] = {0xDE, 0xAD, 0xC0, 0xDE};
+
+KEPT_IN_SECTION(".version")
+VersionRecord versionRecord = {
+    recordSize,
+    {3, 0x00410000, 1, 0x04000000},
+    {},
+    "brenvalesecure",
+    "3.0.0.65",
+    "fileshredder",
+    "1.0.0.1024",
+    "Copyright (c) 2026 Brenvale. Licensed under the MIT License.",
+    "fileshredder",
+};
+
+} // namespace

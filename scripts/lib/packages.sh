@@ -1,0 +1,54 @@
+# SPDX-FileCopyrightText: 2026 Brenvale
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+
+# Sourced by the scripts that build, run and test: which Debian packages each of
+# those needs, and one function that installs what is missing.
+
+# shellcheck disable=SC2034 # used by the scripts that source this file
+build_packages=(
+    cmake g++ ninja-build
+    qtbase5-dev qtbase5-dev-tools
+    qttranslations5-l10n    # Chinese texts of Qt's own file dialog
+)
+
+# What a virtual desktop is made of, and the person in front of it.
+# shellcheck disable=SC2034
+virtual_desktop_packages=(
+    fonts-noto-cjk          # the interface is in Chinese
+    libnss-wrapper          # a home folder that is not the caller's
+    openbox wmctrl          # a window manager, and asking it to close a window
+    x11-utils               # xprop
+    xclip xdotool xvfb
+)
+
+# shellcheck disable=SC2034
+check_packages=(
+    binutils                # looking into the finished executable
+    clang-format clang-tidy clang-tools
+    librsvg2-bin            # drawing the artwork again, to compare
+    python3                 # run-clang-tidy is written in it
+)
+
+# install_missing PACKAGE...: without a missing package this asks nobody
+# anything and needs no network.
+install_missing() {
+    local package
+    local -a missing=() as_root=()
+    for package in "$@"; do
+        if ! dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null \
+            | grep --quiet --line-regexp installed; then
+            missing+=("$package")
+        fi
+    done
+    if [[ ${#missing[@]} -eq 0 ]]; then
+        return
+    fi
+    if [[ $EUID -ne 0 ]]; then
+        as_root=(sudo)
+    fi
+    echo "installing: ${missing[*]}"
+    "${as_root[@]}" apt-get update --quiet
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install --quiet --yes --no-install-recommends "${missing[@]}"
+}

@@ -1,0 +1,7 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+int main()
+{
+    return 0;
+}

@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Everything an object says, in the order it says it: one list across all the
+// signals that the object's own class declares (not those it inherits), so that
+// a test compares whole conversations:
+//
+//     SignalLog log(&crusher);
+//     ...
+//     QCOMPARE(log.records(), (SignalRecords{{"finishPercent", {path, 99}},
+//                                            {"addToHistory", {path}}}));
+//
+// By default a signal is recorded in the thread that emits it, before the emit
+// returns. With Qt::BlockingQueuedConnection it is recorded in the thread that
+// made the log, whose event loop has to run for that.
+
+#pragma once
+
+#include <QDebug>
+#include <QList>
+#include <QMetaMethod>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QObject>
+#include <QStringList>
+#include <QTest>
+#include <QVariant>
+
+#include <functional>
+
+namespace testsupport
+{
+
+struct SignalRecord {
+    SignalRecord(const QByteArray &signal, const QVariantList &values = {})
+        : name(signal), arguments(values)
+    {
+    }
+    SignalRecord(const char *signal, const QVariantList &values = {})
+        : SignalRecord(QByteArray(signal), values)
+    {
+    }
+
+    QByteArray name;
+    QVariantList arguments;
+};
+
+using SignalRecords = QList<SignalRecord>;
+
+inline bool operator==(const SignalRecord &one, const SignalRecord &other)
+{
+    return one.name == other.name && one.arguments == other.arguments;
+}
+
+inline bool operator!=(const SignalRecord &one, const SignalRecord &other)
+{
+    return !(one == other);
+}
+
+/// What QCOMPARE prints for the first record that differs.
+inline char *toString(const SignalRecord &record)
+{
+    QString text;
+    QDebug(&text).nospace() << record.name.constData() << ' ' << record.arguments;
+    return qstrdup(text.toUtf8().constData());
+}
+
+/// Lives in the thread of the test; must go before the object it listens to unless that one has
+/// fallen silent. Reading is safe while other threads emit.
+class SignalLog final : public QObject
+{
+public:
+    explicit SignalLog(const QObject *sender, Qt::ConnectionType type = Qt::DirectConnection)
+    {
+        const QMetaObject *meta = sender->metaObject();
+        for (int index = meta->methodOffset(); index < meta->methodCount(); ++index) {
+            const QMetaMethod method = meta->method(index);
+            if (method.methodType() != QMetaMethod::Signal)
+                continue;
+            const int slot = QObject::staticMetaObject.methodCount() + heard.size();
+            heard.append(method);
+            if (!QMetaObject::connect(sender, index, this, slot, type, nullptr))
+                qFatal("cannot listen to %s", method.methodSignature().constData());
+        }
+    }
+
+    /// Called with each record once it is in the list, in the thread that recorded it: a test
+    /// that has to step in at a certain signal does it here. Set it before anything is emitted.
+    std::function<void(const SignalRecord &)> onRecord;
+
+    SignalRecords records() const
+    {
+        const QMutexLocker locker(&mutex);
+        return list;
+    }
+
+    int count() const { return records().size(); }
+
+    int count(const char *name) const { return argumentsOf(name).size(); }
+
+    /// The first argument of every record of the signal @p name, in order, as text.
+    QStringList firstArguments(const char *name) const
+    {
+        QStringList texts;
+        const QList<QVariantList> calls = argumentsOf(name);
+        for (const QVariantList &call : calls)
+            texts.append(call.value(0).toString());
+        return texts;
+    }
+
+    /// The arguments of every record of the signal @p name, in order.
+    QList<QVariantList> argumentsOf(const char *name) const
+    {
+        QList<QVariantList> calls;
+        const SignalRecords all = records();
+        for (const SignalRecord &record : all) {
+            if (record.name == name)
+                calls.append(record.arguments);
+        }
+        return calls;
+    }
+
+    void clear()
+    {
+        const QMutexLocker locker(&mutex);
+        list.clear();
+    }
+
+    /// Receives the signals; the class has no slots of its own, so each signal of the sender is
+    /// connected to a number behind the methods of QObject.
+    int qt_metacall(QMetaObject::Call call, int id, void **values) override
+    {
+        id = QObject::qt_metacall(call, id, values);
+        if (id < 0 || call != QMetaObject::InvokeMetaMethod)
+            return id;
+        if (id < heard.size())
+            append(heard.at(id), values);
+        return id - heard.size();
+    }
+
+private:
+    void append(const QMetaMethod &signal, void **values)
+    {
+        QVariantList arguments;
+        for (int index = 0; index < signal.parameterCount(); ++index)
+            arguments.append(QVariant(signal.parameterType(index), values[index + 1]));
+        const SignalRecord record(signal.name(), arguments);
+        {
+            const QMutexLocker locker(&mutex);
+            list.append(record);
+        }
+        if (onRecord)
+            onRecord(record);
+    }
+
+    QList<QMetaMethod> heard;
+    mutable QMutex mutex; ///< guards list
+    SignalRecords list;
+};
+
+} // namespace testsupport
