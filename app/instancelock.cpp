@@ -24,8 +24,9 @@ void writePid(int fd)
 {
     const QByteArray pid = QByteArray::number(static_cast<qlonglong>(getpid()));
     // The lock is what counts, so a full disk is no reason not to start.
-    if (ftruncate(fd, 0) == 0 && write(fd, pid.constData(), static_cast<size_t>(pid.size())) < 0)
-        errno = 0;
+    [[maybe_unused]] const bool emptied = ftruncate(fd, 0) == 0;
+    [[maybe_unused]] const auto written =
+        write(fd, pid.constData(), static_cast<size_t>(pid.size()));
 }
 
 } // namespace

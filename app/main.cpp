@@ -43,8 +43,8 @@ void installTranslation(QApplication &application, QTranslator &translator)
 /// A font that the user put into the home directory, which is the current one, is preferred.
 void applyUserFont()
 {
-    const int id = QFontDatabase::addApplicationFont(
-        QStringLiteral("./img/NotoSansCJKsc-DemiLight.otf"));
+    const int id =
+        QFontDatabase::addApplicationFont(QStringLiteral("./img/NotoSansCJKsc-DemiLight.otf"));
     if (id == -1)
         return;
     const QStringList families = QFontDatabase::applicationFontFamilies(id);

@@ -16,9 +16,8 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
-#include <QTimer>
+#include <QTextStream>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace
@@ -39,9 +38,11 @@ void writeHistory(int entries)
         qFatal("cannot write %s", qPrintable(file.fileName()));
     const QDateTime time(QDate(2026, 1, 2), QTime(3, 4, 5));
     for (int index = 0; index < entries; ++index) {
-        file.write(historyfile::entryFor(
-            QStringLiteral("/home/somebody/文档/年度报告/第%1章/附件 %2.pdf").arg(index % 97).arg(index),
-            time.addSecs(index)));
+        file.write(
+            historyfile::entryFor(QStringLiteral("/home/somebody/文档/年度报告/第%1章/附件 %2.pdf")
+                                      .arg(index % 97)
+                                      .arg(index),
+                                  time.addSecs(index)));
     }
 }
 
@@ -107,28 +108,28 @@ double microsecondsPerRecord(int existingEntries)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
+    QTextStream out(stdout);
     if (!Walle::historyFilePath().contains(QStringLiteral("sandbox"))) {
-        std::fprintf(stderr, "the home directory is no sandbox; start this with scripts/bench\n");
+        out << "the home directory is no sandbox; start this with scripts/bench\n";
         return EXIT_FAILURE;
     }
-    std::printf("| entries | first screenful ms | all rows ms | longest stall ms | jump to end ms |"
-                " resident MiB |\n|---|---|---|---|---|---|\n");
+    out << "| entries | first screenful ms | all rows ms | longest stall ms | jump to end ms |"
+           " resident MiB |\n|---|---|---|---|---|---|\n";
     MainWindow window;
     window.show();
     for (const int entries : {10, 1000, 10000, 100000}) {
         writeHistory(entries);
         const Opening opening = openHistory(window, entries);
         const qint64 jump = jumpToEnd(window);
-        std::printf("| %d | %lld | %lld | %lld | %lld | %ld |\n", entries,
-                    static_cast<long long>(opening.firstScreenful),
-                    static_cast<long long>(opening.allRows),
-                    static_cast<long long>(opening.longestStall), static_cast<long long>(jump),
-                    residentMebibytes());
+        out << "| " << entries << " | " << opening.firstScreenful << " | " << opening.allRows
+            << " | " << opening.longestStall << " | " << jump << " | " << residentMebibytes()
+            << " |\n";
         window.slotShowHistoryEva();
     }
     for (const int entries : {0, 10000, 100000})
-        std::printf("recording one removal, %d entries before: %.1f us\n", entries,
-                    microsecondsPerRecord(entries));
-    std::fflush(stdout);
+        out << "recording one removal, " << entries
+            << " entries before: " << microsecondsPerRecord(entries) << " us\n";
+    out.flush();
+    // The controllers' threads still run.
     std::_Exit(EXIT_SUCCESS);
 }

@@ -45,7 +45,7 @@ QByteArray entryFor(const QString &path, const QDateTime &time)
 {
     const QFileInfo info(path);
     return line(time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))) + line(info.fileName())
-        + line(info.absolutePath());
+           + line(info.absolutePath());
 }
 
 bool isUsable(const QString &file)

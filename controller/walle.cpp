@@ -16,15 +16,17 @@ constexpr unsigned long pollMilliseconds = 10;
 
 } // namespace
 
-Walle::Walle(QObject *parent) : QThread(parent), crusher(new FileCrusher(this))
+Walle::Walle(QObject *parent)
+    : QThread(parent)
+    , crusher(new FileCrusher(this))
 {
     setObjectName(QStringLiteral("Walle"));
     connectWorker();
     crusher->start(QThread::InheritPriority);
     systemDirectories = QStringList{
-        QStringLiteral("/"),    QStringLiteral("/proc"), QStringLiteral("/usr/sbin"),
+        QStringLiteral("/"),     QStringLiteral("/proc"), QStringLiteral("/usr/sbin"),
         QStringLiteral("/sbin"), QStringLiteral("/etc"),  QStringLiteral("/dev"),
-        QStringLiteral("/mnt"), QStringLiteral("/bin"),  QStringLiteral("/lib"),
+        QStringLiteral("/mnt"),  QStringLiteral("/bin"),  QStringLiteral("/lib"),
         QStringLiteral("/sys"),
     };
 }

@@ -153,11 +153,11 @@ private:
     QList<bool> jobChecked;   ///< guarded by listMutex; always as long as jobPaths
     QStringList historyLines; ///< controller thread only
     QStringList systemDirectories;
-    FileCrusher *crusher = nullptr; ///< child object
-    QList<int> commandQueue;                ///< guarded by queueMutex
-    QList<CellToggle> toggleQueue;          ///< guarded by queueMutex
-    QList<QList<QUrl>> droppedBatches;      ///< guarded by queueMutex
-    QList<QStringList> chosenBatches;       ///< guarded by queueMutex
+    FileCrusher *crusher = nullptr;    ///< child object
+    QList<int> commandQueue;           ///< guarded by queueMutex
+    QList<CellToggle> toggleQueue;     ///< guarded by queueMutex
+    QList<QList<QUrl>> droppedBatches; ///< guarded by queueMutex
+    QList<QStringList> chosenBatches;  ///< guarded by queueMutex
     std::atomic<qint32> finishedCount{0};
     qint32 maxJobs = 200;
     std::atomic<bool> stopPending{false};

@@ -14,7 +14,8 @@ constexpr unsigned long pollMilliseconds = 40;
 
 } // namespace
 
-FileCrusher::FileCrusher(QObject *parent) : QThread(parent)
+FileCrusher::FileCrusher(QObject *parent)
+    : QThread(parent)
 {
     setObjectName(QStringLiteral("FileCrusher"));
 }

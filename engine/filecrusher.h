@@ -36,15 +36,15 @@ namespace CrushResult
 constexpr qint64 Success = 0;
 constexpr qint64 Stopped = 255;
 constexpr qint64 NullPath = -1;
-constexpr qint64 OpenFailed = -2;        ///< a file that cannot be opened for reading and writing
-constexpr qint64 NoSuchDirectory = -2;   ///< a directory that went before it was walked
-constexpr qint64 SizeUnusable = -3;      ///< the size of a file could not be asked
-constexpr qint64 DirectoryFailed = -3;   ///< not a directory, or one could not be removed
-constexpr qint64 WrongKind = -4;         ///< a directory given as a file, or no top directory
-constexpr qint64 LinkFailed = -5;        ///< a link could not be removed
-constexpr qint64 SizeVanished = -5;      ///< a file that had bytes when looked at has none now
-constexpr qint64 SizeNegative = -6;      ///< a size below -1
-constexpr qint64 RemoveFailed = -7;      ///< overwritten, but the name could not be removed
+constexpr qint64 OpenFailed = -2;      ///< a file that cannot be opened for reading and writing
+constexpr qint64 NoSuchDirectory = -2; ///< a directory that went before it was walked
+constexpr qint64 SizeUnusable = -3;    ///< the size of a file could not be asked
+constexpr qint64 DirectoryFailed = -3; ///< not a directory, or one could not be removed
+constexpr qint64 WrongKind = -4;       ///< a directory given as a file, or no top directory
+constexpr qint64 LinkFailed = -5;      ///< a link could not be removed
+constexpr qint64 SizeVanished = -5;    ///< a file that had bytes when looked at has none now
+constexpr qint64 SizeNegative = -6;    ///< a size below -1
+constexpr qint64 RemoveFailed = -7;    ///< overwritten, but the name could not be removed
 } // namespace CrushResult
 
 class FileCrusher : public QThread
@@ -102,12 +102,12 @@ private:
     void report(const QString &path, qint64 result);
 
     void overwriteLoneFile(std::FILE *stream, quint64 size, const QString &path);
-    void overwriteFileInTree(std::FILE *stream, quint64 size, quint64 totalBytes,
-                             quint64 doneBytes, const QString &topDirectory);
+    void overwriteFileInTree(std::FILE *stream, quint64 size, quint64 totalBytes, quint64 doneBytes,
+                             const QString &topDirectory);
 
     bool walkTree(QStringList &directories, quint64 totalBytes);
-    bool shredEntries(const QList<QFileInfo> &entries, QStringList &directories,
-                      quint64 totalBytes, quint64 &doneBytes);
+    bool shredEntries(const QList<QFileInfo> &entries, QStringList &directories, quint64 totalBytes,
+                      quint64 &doneBytes);
     bool removeDirectories(const QStringList &directories);
 
     QStringList pathQueue; ///< guarded by queueMutex

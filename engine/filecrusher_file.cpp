@@ -89,6 +89,8 @@ qint64 FileCrusher::shredFile(const char *path)
         if (!QDir(info.path()).remove(info.absoluteFilePath()))
             return CrushResult::LinkFailed;
         emit addToHistory(name);
+        // Asked only now that the link is gone: 0, so that no size of a target, 255 bytes say,
+        // is taken for a verdict.
         return info.size();
     }
     if (!info.exists())

@@ -1,2 +1,30 @@
 # SPDX-FileCopyrightText: 2026 Brenvale
 # SPDX-License-Identifier: MIT
+
+# These link the engine and nothing else, which proves that it needs Qt Core alone.
+foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_faults tst_filecrusher_file
+             tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
+             tst_filecrusher_permissions tst_filecrusher_stop tst_filecrusher_treefile
+             tst_filecrusher_worker tst_shredprogress)
+  add_unit_test(${name} engine)
+endforeach()
+
+foreach(name tst_blockfiller tst_filecrusher_faults tst_filecrusher_file tst_filecrusher_treefile)
+  target_sources(${name} PRIVATE support/expectedbytes.cpp)
+endforeach()
+
+add_unit_test(tst_instancelock)
+target_sources(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR}/app/instancelock.cpp)
+target_include_directories(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR})
+
+# intercept(TARGET CALLS...): the C library calls of the code linked into TARGET
+# go to __wrap_CALL() in the test, which may pass them on to __real_CALL().
+function(intercept name)
+  foreach(call ${ARGN})
+    target_link_options(${name} PRIVATE LINKER:--wrap=${call})
+  endforeach()
+endfunction()
+
+intercept(tst_filecrusher_faults fopen fwrite opendir remove stat time)
+intercept(tst_filecrusher_hugefiles fwrite)
+intercept(tst_instancelock fcntl)

@@ -56,9 +56,8 @@ QByteArray contentsOf(const QString &section, const QString &file)
 {
     const testsupport::TemporaryTree tree;
     const QString dump = tree.path(QStringLiteral("dump"));
-    outputOf(QStringLiteral("objcopy"),
-             {QStringLiteral("-O"), QStringLiteral("binary"),
-              QStringLiteral("--only-section=") + section, file, dump});
+    outputOf(QStringLiteral("objcopy"), {QStringLiteral("-O"), QStringLiteral("binary"),
+                                         QStringLiteral("--only-section=") + section, file, dump});
     return testsupport::TemporaryTree::contentsOf(dump);
 }
 

@@ -85,6 +85,8 @@ private slots:
     void cleanup();
 
     void rowImageIsDrawnOnce();
+    void labelsAddNoBackgroundOfTheirOwn_data();
+    void labelsAddNoBackgroundOfTheirOwn();
     void progressCoversItsShareOfTheRow_data();
     void progressCoversItsShareOfTheRow();
     void zeroProgressTakesTheDarkeningAway();
@@ -140,6 +142,23 @@ void TestZZTableCellLooks::rowImageIsDrawnOnce()
         for (int x = 0; x < picture.width(); ++x)
             QCOMPARE(QColor(picture.pixel(x, y)), QColor(line.pixel(0, y)));
     }
+}
+
+void TestZZTableCellLooks::labelsAddNoBackgroundOfTheirOwn_data()
+{
+    QTest::addColumn<int>("opacity");
+    QTest::newRow("iconLabel") << 0;
+    QTest::newRow("nameLabel") << 0;
+    QTest::newRow("placeLabel") << 0;
+    QTest::newRow("progressOverlay") << 70;
+}
+
+void TestZZTableCellLooks::labelsAddNoBackgroundOfTheirOwn()
+{
+    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    cell->setProgress(100);
+    auto *label = cell->findChild<QLabel *>(QString::fromLatin1(QTest::currentDataTag()));
+    QTEST(label->grab().toImage().pixelColor(label->rect().bottomRight()).alpha(), "opacity");
 }
 
 void TestZZTableCellLooks::progressCoversItsShareOfTheRow_data()

@@ -22,7 +22,9 @@ constexpr int rowsNearView = 3;
 } // namespace
 
 HistoryRows::HistoryRows(QTableWidget *owner, QWidget *parentOfFrames)
-    : QObject(owner), table(owner), frameParent(parentOfFrames)
+    : QObject(owner)
+    , table(owner)
+    , frameParent(parentOfFrames)
 {
     // Deferred layout: a header that knows its height beforehand measures no rows.
     table->verticalHeader()->setDefaultSectionSize(rowHeight);

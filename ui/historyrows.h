@@ -49,7 +49,7 @@ private:
 
     QTableWidget *table;
     QWidget *frameParent;
-    QVector<Entry> entries; ///< in the order of arrival, so the last is row 0
+    QVector<Entry> entries;               ///< in the order of arrival, so the last is row 0
     QHash<int, HistoryRowFrame *> frames; ///< by row; owned by the table
     QTimer showTimer;
     QElapsedTimer sinceShown;

@@ -78,8 +78,8 @@ void MainWindow::connectController()
     connect(walle, &Walle::setCrushStarted, this, &MainWindow::setCrushStartedEva);
     connect(walle, &Walle::clipboardSetText, this, &MainWindow::slotClipboardSetTextEva,
             Qt::BlockingQueuedConnection);
-    connect(walle, &Walle::setHistoryButtonEnabled, this,
-            &MainWindow::setHistoryButtonEnabledEva, Qt::BlockingQueuedConnection);
+    connect(walle, &Walle::setHistoryButtonEnabled, this, &MainWindow::setHistoryButtonEnabledEva,
+            Qt::BlockingQueuedConnection);
     connect(walle, &Walle::alertDialog, this, &MainWindow::alertDialogEva,
             Qt::BlockingQueuedConnection);
     connect(walle, &Walle::showResultDialog, this, &MainWindow::showResultDialogEva);

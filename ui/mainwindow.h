@@ -115,8 +115,18 @@ private:
     void showReport(const QString &text, int kind);
 
     /// Places in windowSizes.
-    enum SizeIndex { ScreenWidth, ScreenHeight, MainWidth, MainHeight, HistoryWidth, HistoryHeight,
-                     DialogWidth, DialogHeight, SpareSize, SizeCount };
+    enum SizeIndex {
+        ScreenWidth,
+        ScreenHeight,
+        MainWidth,
+        MainHeight,
+        HistoryWidth,
+        HistoryHeight,
+        DialogWidth,
+        DialogHeight,
+        SpareSize,
+        SizeCount
+    };
 
     QTableWidget *mainTable = nullptr;
     QWidget *emptyPanel = nullptr;

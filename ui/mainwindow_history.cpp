@@ -128,8 +128,7 @@ void MainWindow::addHistoryHeading()
     addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(), QStringLiteral("日期"));
     addHeadingLabel(historyWindow, namePlace, stylesheets::laterHeading(),
                     QStringLiteral("已粉碎文件或目录名"));
-    addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(),
-                    QStringLiteral("路径"));
+    addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(), QStringLiteral("路径"));
     addHeadingLabel(historyWindow, firstSeparatorPlace, stylesheets::headingSeparator());
     addHeadingLabel(historyWindow, secondSeparatorPlace, stylesheets::headingSeparator());
 }

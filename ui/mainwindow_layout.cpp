@@ -203,17 +203,17 @@ void MainWindow::addBottomButtons()
     selectAllCheckBox->setChecked(false);
     selectAllCheckBox->setEnabled(false);
 
-    addButton = addFlatButton(this, addPlace, stylesheets::linkButton(),
-                              QStringLiteral("添加文件"));
+    addButton =
+        addFlatButton(this, addPlace, stylesheets::linkButton(), QStringLiteral("添加文件"));
     addButton->setObjectName(QStringLiteral("addButton"));
     addButton->setIcon(QIcon(QStringLiteral(":/images/icon_add")));
-    removeButton = addFlatButton(this, removePlace, stylesheets::linkButton(),
-                                 QStringLiteral("移除文件"));
+    removeButton =
+        addFlatButton(this, removePlace, stylesheets::linkButton(), QStringLiteral("移除文件"));
     removeButton->setObjectName(QStringLiteral("removeButton"));
     removeButton->setIcon(QIcon(QStringLiteral(":/images/icon_remove")));
     removeButton->setEnabled(false);
-    crushButton = addFlatButton(this, crushPlace, stylesheets::crushButton(),
-                                QStringLiteral("粉碎文件"));
+    crushButton =
+        addFlatButton(this, crushPlace, stylesheets::crushButton(), QStringLiteral("粉碎文件"));
     crushButton->setObjectName(QStringLiteral("crushButton"));
     crushButton->setEnabled(false);
 }

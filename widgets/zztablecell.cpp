@@ -93,8 +93,8 @@ private:
 
 /// Fills itself, because its style sheet cannot do that: the row's image would lie
 /// over the colour, and Qt takes rgb() with four numbers for a mistake and warns of
-/// it. So the style is kept from looking at the sheet at all. The
-/// mouse goes through to what the overlay darkens.
+/// it. So the style is kept from looking at the sheet at all. The mouse goes
+/// through to what the overlay darkens.
 class ProgressOverlay : public QLabel
 {
 public:
@@ -120,10 +120,19 @@ protected:
     }
 };
 
+/// Where a row of @p parent is put in the end: a table shows its rows in its
+/// viewport. Moved there later, the row would have its style sheets read anew, the
+/// overlay's among them.
+QWidget *ownerOfRow(QWidget *parent)
+{
+    const auto *table = qobject_cast<QAbstractScrollArea *>(parent);
+    return table != nullptr ? table->viewport() : parent;
+}
+
 } // namespace
 
 ZZTableCell::ZZTableCell(QWidget *parent)
-    : QFrame(parent)
+    : QFrame(ownerOfRow(parent))
 {
 }
 

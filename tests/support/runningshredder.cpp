@@ -196,25 +196,28 @@ bool RunningShredder::dialogIsOpen() const
     return !desktop.windowsOf(process.processId(), dialog::title()).isEmpty();
 }
 
-void RunningShredder::clickInDialog(WindowId dialog, const QRect &place) const
+void RunningShredder::clickInDialog(WindowId id, const QRect &place) const
 {
-    desktop.click(desktop.geometryOf(dialog).topLeft() + place.center());
+    desktop.click(desktop.geometryOf(id).topLeft() + place.center());
 }
 
 QImage RunningShredder::pictureOfDialog(const QRect &place) const
 {
-    const std::optional<WindowId> dialog = waitForDialog();
-    return dialog ? drawnWindow(*dialog).copy(place) : QImage();
+    const std::optional<WindowId> opened = waitForDialog();
+    return opened ? drawnWindow(*opened).copy(place) : QImage();
 }
 
 bool RunningShredder::answerDialog(const QRect &button) const
 {
-    const std::optional<WindowId> dialog = waitForDialog();
-    if (!dialog)
+    const std::optional<WindowId> question = waitForDialog();
+    if (!question)
         return false;
-    clickInDialog(*dialog, button);
+    clickInDialog(*question, button);
     rest();
-    return eventually([this] { return !dialogIsOpen(); });
+    // Another dialog may follow at once, the report of a short run for one.
+    return eventually([&] {
+        return !desktop.windowsOf(process.processId(), dialog::title()).contains(*question);
+    });
 }
 
 std::optional<WindowId> RunningShredder::waitForOtherWindow() const

@@ -50,7 +50,7 @@ public:
     /// The dialog now open, waiting for it to appear.
     std::optional<WindowId> waitForDialog() const;
     bool dialogIsOpen() const;
-    void clickInDialog(WindowId dialog, const QRect &place) const;
+    void clickInDialog(WindowId id, const QRect &place) const;
     /// What a place of the dialog that appears looks like once it is drawn.
     QImage pictureOfDialog(const QRect &place) const;
     /// Presses @p button of the dialog that appears, and waits for the dialog to go.
