@@ -19,6 +19,22 @@ target_compile_definitions(fileshredder_strictness INTERFACE
   QT_STRICT_ITERATORS
   QT_DEPRECATED_WARNINGS
   QT_DISABLE_DEPRECATED_BEFORE=0x050b00)
+
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection HAVE_CF_PROTECTION) # x86 only
+
+# What users run is hardened: position independent, read-only relocations, guarded
+# stacks, checked library calls and checked jumps; and nothing unused is kept.
+set(optimised "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+target_compile_options(fileshredder_strictness INTERFACE
+  "$<${optimised}:-fstack-protector-strong;-fstack-clash-protection>"
+  "$<$<AND:${optimised},$<BOOL:${HAVE_CF_PROTECTION}>>:-fcf-protection>"
+  "$<${optimised}:-ffunction-sections;-fdata-sections>")
+target_compile_definitions(fileshredder_strictness INTERFACE
+  "$<${optimised}:_FORTIFY_SOURCE=2;_GLIBCXX_ASSERTIONS>")
+target_link_options(fileshredder_strictness INTERFACE
+  -pie "$<${optimised}:-Wl,-z,relro,-z,now,-z,noexecstack,--gc-sections>")
+
 if(FILESHREDDER_SANITIZE)
   target_compile_options(fileshredder_strictness INTERFACE
     -fsanitize=${FILESHREDDER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -28,18 +28,30 @@ DeliveryFence::Emission::~Emission()
 
 void DeliveryFence::deliverPending()
 {
+    if (isClear())
+        return;
+    setDelivering(true);
     // Only calls are delivered, no input: nobody can click in between.
     while (!isClear()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         QThread::yieldCurrentThread();
     }
+    setDelivering(false);
 }
 
 void DeliveryFence::waitUntilDelivered()
 {
     const QMutexLocker locker(&mutex);
-    while (!isClear())
+    while (!isClear() || delivering)
         cleared.wait(&mutex);
+}
+
+void DeliveryFence::setDelivering(bool value)
+{
+    const QMutexLocker locker(&mutex);
+    delivering = value;
+    if (!delivering)
+        cleared.wakeAll();
 }
 
 void DeliveryFence::notePassed()

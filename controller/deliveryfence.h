@@ -42,7 +42,8 @@ public:
     bool isClear() const { return undelivered == 0; }
     /// GUI thread: delivers what is on its way to the GUI thread's objects until isClear().
     void deliverPending();
-    /// Any other thread: returns when the GUI thread has delivered everything.
+    /// Any other thread: returns when the GUI thread has delivered everything and is no longer
+    /// inside deliverPending(), which would also deliver what is emitted next.
     void waitUntilDelivered();
 
 signals:
@@ -50,9 +51,11 @@ signals:
     void passed();
 
 private:
+    void setDelivering(bool value);
     void notePassed();
 
     std::atomic<int> undelivered{0};
-    QMutex mutex; ///< guards the wait for undelivered to reach 0
+    bool delivering = false; ///< guarded by mutex
+    QMutex mutex;            ///< guards the wait for undelivered to reach 0 and delivering to end
     QWaitCondition cleared;
 };

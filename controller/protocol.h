@@ -67,5 +67,7 @@ constexpr int Stopped = 8;
 struct CellToggle {
     int row = 0;
     bool state = false; ///< the state the window would draw; the controller decides for itself
-    QString path;       ///< empty: the entry that is in the row when the click is posted
+    /// Empty: the entry that is in the row when the click is posted, or if the row does not exist
+    /// yet, when it is performed.
+    QString path;
 };

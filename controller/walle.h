@@ -20,6 +20,7 @@
 #include <QUrl>
 
 #include <atomic>
+#include <mutex>
 
 class FileCrusher;
 
@@ -124,7 +125,9 @@ private:
     void removeJob(int row);
     bool isChecked(int row) const;
     void setChecked(int row, bool state);
-    void uncheckAllSilently();
+    bool uncheckFirstInStep();
+    void uncheckAllInStep();
+    std::unique_lock<QMutex> lockListInStep();
     Job firstChecked() const;
     Selection selection() const;
     int rowCount() const;

@@ -103,6 +103,9 @@ RejectReasons Walle::admitUrls(const QList<QUrl> &urls)
 
 void Walle::refreshAfterBatch()
 {
+    // As one step for finishOneWalle(), or what this tells the controls, already out of date,
+    // could reach them after what the end of the run told them.
+    const QMutexLocker locker(&jobMutex);
     const DeliveryFence::Emission emission(fence);
     refreshControls(ControlSituation::BatchAdmitted);
 }

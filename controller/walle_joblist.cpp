@@ -104,10 +104,35 @@ void Walle::setChecked(int row, bool state)
         jobChecked[row] = state;
 }
 
-void Walle::uncheckAllSilently()
+/// False when no row is checked.
+bool Walle::uncheckFirstInStep()
 {
-    const QMutexLocker locker(&listMutex);
+    const std::unique_lock<QMutex> lock = lockListInStep();
+    const int row = jobChecked.indexOf(true);
+    if (row < 0)
+        return false;
+    jobChecked[row] = false;
+    return true;
+}
+
+void Walle::uncheckAllInStep()
+{
+    const std::unique_lock<QMutex> lock = lockListInStep();
     std::fill(jobChecked.begin(), jobChecked.end(), false);
+}
+
+/// Locks listMutex at a moment when every change of the controller thread has reached the
+/// window: a row has the same number and the same tick in the list and in the table.
+std::unique_lock<QMutex> Walle::lockListInStep()
+{
+    std::unique_lock<QMutex> lock(listMutex, std::defer_lock);
+    for (;;) {
+        fence.deliverPending();
+        lock.lock();
+        if (fence.isClear())
+            return lock;
+        lock.unlock();
+    }
 }
 
 Walle::Job Walle::firstChecked() const
@@ -134,11 +159,8 @@ void Walle::finishPercentWalle(QString path, int percent)
     if (path.isEmpty() || static_cast<unsigned>(percent) > 100)
         return;
     int row = -1;
-    for (bool inStep = false; !inStep;) {
-        fence.deliverPending();
-        const QMutexLocker locker(&listMutex);
-        // No change is under way, so the row has this number in the table as well.
-        inStep = fence.isClear();
+    {
+        const std::unique_lock<QMutex> lock = lockListInStep();
         row = jobPaths.indexOf(path);
     }
     if (row >= 0)

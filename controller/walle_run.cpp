@@ -63,8 +63,10 @@ void Walle::endRun()
     refreshControls(ControlSituation::RowsRemoved);
     finishedCount = 0;
     // The result report unticks every row in the table. After a stop some are still checked
-    // here; what is shown as unticked must not be shredded by the next run.
-    uncheckAllSilently();
+    // here; what is shown as unticked must not be shredded by the next run. The start command,
+    // in the controller thread, comes here only with nothing checked.
+    if (QThread::currentThread() == thread())
+        uncheckAllInStep();
     emit showResultDialog(resultKind, succeededCount, failedCount);
 }
 
@@ -89,13 +91,10 @@ void Walle::failedOneWalle(QString path)
     // A failed row stays where it is, so the order of the rows needs no guarding here; the
     // verdict and the history are what must not mix.
     const QMutexLocker locker(&historyMutex);
-    fence.deliverPending();
-    const Job job = firstChecked();
-    if (job.row < 0)
-        return;
     // Whatever the path: the lowest checked row is the one that was handed over. The window is
     // not told; the row stays as it is drawn until the result report.
-    setChecked(job.row, false);
+    if (!uncheckFirstInStep())
+        return;
     ++failedCount;
     finishPercentWalle(path, 0);
     crushNext();
@@ -118,8 +117,9 @@ void Walle::fallSilent()
     }
     stopPending = true;
     crusher->requestStop(true);
-    // An item that was just removed still gets its history entry.
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     disconnect(crusher, nullptr, nullptr, nullptr);
+    // What the worker had reported by then still arrives: an item that was just removed gets its
+    // history entry.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     disconnect(&fence, nullptr, nullptr, nullptr);
 }

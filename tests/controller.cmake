@@ -1,2 +1,28 @@
 # SPDX-FileCopyrightText: 2026 Brenvale
 # SPDX-License-Identifier: MIT
+
+# The controller keeps the history in the home that the user database names. Each
+# of its tests brings a passwd file of its own (support/sandboxhome.h), which
+# nss_wrapper puts in front of the system's, and refuses to run without.
+add_library(controllersupport STATIC
+  support/sandboxhome.cpp
+  support/sandboxhome.h
+  support/signallog.h
+  support/walleharness.cpp
+  support/walleharness.h)
+target_link_libraries(controllersupport
+  PUBLIC testsupport controller
+  PRIVATE fileshredder_strictness)
+
+add_unit_test(tst_deliveryfence controller)
+add_unit_test(tst_historyfile controller)
+
+# The controller's threads end with the process by design, and what they hold is
+# no leak. The address sanitizer would insist on being loaded first.
+foreach(name tst_walle_admission tst_walle_controls tst_walle_history tst_walle_historyload
+             tst_walle_joblist tst_walle_queue tst_walle_races tst_walle_run tst_walle_stop)
+  add_unit_test(${name} controllersupport)
+  set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+    "LD_PRELOAD=libnss_wrapper.so"
+    "ASAN_OPTIONS=verify_asan_link_order=0")
+endforeach()

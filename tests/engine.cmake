@@ -4,7 +4,7 @@
 # These link the engine and nothing else, which proves that it needs Qt Core alone.
 foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_faults tst_filecrusher_file
              tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
-             tst_filecrusher_permissions tst_filecrusher_stop tst_filecrusher_treefile
+             tst_filecrusher_refused tst_filecrusher_stop tst_filecrusher_treefile
              tst_filecrusher_worker tst_shredprogress)
   add_unit_test(${name} engine)
 endforeach()
@@ -25,6 +25,7 @@ function(intercept name)
   endforeach()
 endfunction()
 
-intercept(tst_filecrusher_faults fopen fwrite opendir remove stat time)
+intercept(tst_filecrusher_faults fopen fwrite opendir readdir remove stat
+          time)
 intercept(tst_filecrusher_hugefiles fwrite)
 intercept(tst_instancelock fcntl)

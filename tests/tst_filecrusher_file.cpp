@@ -9,7 +9,6 @@
 #include "signallog.h"
 #include "temporarytree.h"
 
-#include <QProcess>
 #include <QtTest>
 
 #include <ctime>
@@ -65,7 +64,6 @@ private slots:
     void bytesAreOverwrittenInPlace();
     void linkIsUnlinkedAndItsTargetSurvives_data();
     void linkIsUnlinkedAndItsTargetSurvives();
-    void runningProgramCannotBeOpenedAndStays();
     void pathIsReportedAsGiven();
     void stopRequestDoesNotHoldUpAFile();
     void statSizeFollowsLinks();
@@ -245,23 +243,6 @@ void TestFileCrusherFile::linkIsUnlinkedAndItsTargetSurvives()
     QCOMPARE(TemporaryTree::contentsOf(stopCode), QByteArray(255, 'x'));
     QCOMPARE(TemporaryTree::contentsOf(inside), QByteArray(10, 'x'));
     QVERIFY(entryExists(other));
-}
-
-void TestFileCrusherFile::runningProgramCannotBeOpenedAndStays()
-{
-    const QString program = tree->path(QStringLiteral("sleep"));
-    QVERIFY(QFile::copy(QStringLiteral("/bin/sleep"), program));
-    const QByteArray contents = TemporaryTree::contentsOf(program);
-    QProcess process;
-    process.start(program, {QStringLiteral("1000")});
-    QVERIFY(process.waitForStarted());
-
-    QCOMPARE(shred(program), qint64{-2});
-    QCOMPARE(log->records(), SignalRecords());
-    QCOMPARE(TemporaryTree::contentsOf(program), contents);
-
-    process.kill();
-    QVERIFY(process.waitForFinished());
 }
 
 void TestFileCrusherFile::pathIsReportedAsGiven()

@@ -9,7 +9,6 @@
 #include "signallog.h"
 #include "temporarytree.h"
 
-#include <QProcess>
 #include <QtTest>
 
 #include <ctime>
@@ -56,7 +55,6 @@ private slots:
     void emptyTopDirectoryIsRefused();
     void missingPathIsNothingToDo();
     void fileOfAnEmptyTreeIsUnlinkedUnwritten();
-    void fileOfAnEmptyTreeIsNotOpened();
     void emptyFileReportsTheShareDone();
     void progressCountsDownInsideTheFile_data();
     void progressCountsDownInsideTheFile();
@@ -64,7 +62,6 @@ private slots:
     void progressFollowsTheShare();
     void bytesAreOverwrittenInPlace_data();
     void bytesAreOverwrittenInPlace();
-    void runningProgramCannotBeOpenedAndStays();
     void pathIsReportedAsGiven();
 
 private:
@@ -142,22 +139,6 @@ void TestFileCrusherTreeFile::fileOfAnEmptyTreeIsUnlinkedUnwritten()
     QCOMPARE(TemporaryTree::contentsOf(secondName), QByteArray(5000, 'x'));
     // Unlike anywhere else the path is not reported as it was given but cleaned.
     QCOMPARE(log->records(), (SignalRecords{{"addToHistory", {QFileInfo(file).filePath()}}}));
-}
-
-void TestFileCrusherTreeFile::fileOfAnEmptyTreeIsNotOpened()
-{
-    const QString program = tree->path(QStringLiteral("sleep"));
-    QVERIFY(QFile::copy(QStringLiteral("/bin/sleep"), program));
-    QProcess process;
-    process.start(program, {QStringLiteral("1000")});
-    QVERIFY(process.waitForStarted());
-
-    // A running program cannot be opened for writing, but it can be unlinked.
-    QCOMPARE(shred(program, 0, 0), qint64{0});
-    QVERIFY(!entryExists(program));
-
-    process.kill();
-    QVERIFY(process.waitForFinished());
 }
 
 void TestFileCrusherTreeFile::emptyFileReportsTheShareDone()
@@ -246,22 +227,6 @@ void TestFileCrusherTreeFile::bytesAreOverwrittenInPlace()
     const QByteArray found = TemporaryTree::contentsOf(secondName);
     QCOMPARE(found.size(), size);
     QVERIFY(testsupport::wasOverwritten(found, before, after));
-}
-
-void TestFileCrusherTreeFile::runningProgramCannotBeOpenedAndStays()
-{
-    const QString program = tree->path(QStringLiteral("sleep"));
-    QVERIFY(QFile::copy(QStringLiteral("/bin/sleep"), program));
-    QProcess process;
-    process.start(program, {QStringLiteral("1000")});
-    QVERIFY(process.waitForStarted());
-
-    QCOMPARE(shred(program, 100000, 0), qint64{-2});
-    QVERIFY(entryExists(program));
-    QCOMPARE(log->records(), SignalRecords());
-
-    process.kill();
-    QVERIFY(process.waitForFinished());
 }
 
 void TestFileCrusherTreeFile::pathIsReportedAsGiven()

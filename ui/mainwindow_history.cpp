@@ -66,6 +66,7 @@ void MainWindow::addHistoryTitleBar()
     bar->setGeometry(barPlace);
     bar->setMinimizeSlot(0);
     auto *icon = new QLabel(bar);
+    icon->setObjectName(QStringLiteral("historyTitleIcon"));
     icon->setGeometry(iconPlace);
     icon->setStyleSheet(stylesheets::titleIcon());
     auto *title = new QLabel(QStringLiteral("Brenvale - 文件粉碎记录"), bar);
@@ -125,12 +126,17 @@ void MainWindow::addHistoryHeading()
     constexpr QRect firstSeparatorPlace(151, 41, 6, 26);
     constexpr QRect secondSeparatorPlace(351, 41, 6, 26);
 
-    addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(), QStringLiteral("日期"));
+    addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(), QStringLiteral("日期"))
+        ->setObjectName(QStringLiteral("historyTimeHeading"));
     addHeadingLabel(historyWindow, namePlace, stylesheets::laterHeading(),
-                    QStringLiteral("已粉碎文件或目录名"));
-    addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(), QStringLiteral("路径"));
-    addHeadingLabel(historyWindow, firstSeparatorPlace, stylesheets::headingSeparator());
-    addHeadingLabel(historyWindow, secondSeparatorPlace, stylesheets::headingSeparator());
+                    QStringLiteral("已粉碎文件或目录名"))
+        ->setObjectName(QStringLiteral("historyNameHeading"));
+    addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(), QStringLiteral("路径"))
+        ->setObjectName(QStringLiteral("historyPathHeading"));
+    addHeadingLabel(historyWindow, firstSeparatorPlace, stylesheets::headingSeparator())
+        ->setObjectName(QStringLiteral("historyNameSeparator"));
+    addHeadingLabel(historyWindow, secondSeparatorPlace, stylesheets::headingSeparator())
+        ->setObjectName(QStringLiteral("historyPathSeparator"));
 }
 
 void MainWindow::addHistoryButtons()
@@ -237,6 +243,9 @@ void MainWindow::setHistoryButtonEnabledEva(bool enabled, int n)
         return;
     if (n == LoadPhase::Begun && loadsOutstanding > 0)
         --loadsOutstanding;
+    // A load that goes on after its rows were cleared has nothing to offer any more.
+    if (enabled && historyCleared)
+        return;
     if (n == LoadPhase::Complete || n == LoadPhase::Begun)
         copyButton->setEnabled(enabled);
     if (n == LoadPhase::RowsComing || n == LoadPhase::Begun)

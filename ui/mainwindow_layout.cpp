@@ -97,7 +97,8 @@ void MainWindow::addTitleBar()
     auto *bar = new CustomTitleBar(this);
     bar->setObjectName(QStringLiteral("titleBar"));
     bar->setGeometry(barPlace);
-    addLabel(bar, iconPlace, stylesheets::titleIcon());
+    addLabel(bar, iconPlace, stylesheets::titleIcon())
+        ->setObjectName(QStringLiteral("titleIcon"));
     QLabel *title = addLabel(bar, titlePlace, stylesheets::mainTitleText(),
                              QStringLiteral("Brenvale - 文件粉碎机"));
     title->setObjectName(QStringLiteral("titleText"));
@@ -186,8 +187,10 @@ void MainWindow::addTableHeading()
         ->setObjectName(QStringLiteral("nameHeading"));
     addLabel(this, pathPlace, stylesheets::laterHeading(), QStringLiteral("文件路径"))
         ->setObjectName(QStringLiteral("pathHeading"));
-    addLabel(this, separatorPlace, stylesheets::headingSeparator());
-    addLabel(this, bottomRulePlace, stylesheets::bottomRule());
+    addLabel(this, separatorPlace, stylesheets::headingSeparator())
+        ->setObjectName(QStringLiteral("headingSeparator"));
+    addLabel(this, bottomRulePlace, stylesheets::bottomRule())
+        ->setObjectName(QStringLiteral("bottomRule"));
 }
 
 void MainWindow::addBottomButtons()
@@ -227,7 +230,7 @@ QWidget *addPanel(QWidget *parent, const QRect &iconPlace, const QString &iconSh
     constexpr QRect panelPlace(240, 280, 400, 50);
     auto *panel = new QWidget(parent);
     panel->setGeometry(panelPlace);
-    addLabel(panel, iconPlace, iconSheet);
+    addLabel(panel, iconPlace, iconSheet)->setObjectName(QStringLiteral("panelIcon"));
     return panel;
 }
 
@@ -249,7 +252,8 @@ void MainWindow::addEmptyPanel()
     emptyPanel = addPanel(this, iconPlace, stylesheets::emptyPanelIcon());
     emptyPanel->setObjectName(QStringLiteral("emptyPanel"));
     addPanelText(emptyPanel, textPlace,
-                 QStringLiteral("试试拖拽想要删除的文件或文件夹到本窗口吧！"));
+                 QStringLiteral("试试拖拽想要删除的文件或文件夹到本窗口吧！"))
+        ->setObjectName(QStringLiteral("emptyLabel"));
 }
 
 void MainWindow::addSuccessPanel()

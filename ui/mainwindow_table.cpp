@@ -10,6 +10,7 @@
 #include "widgets/zztablecell.h"
 
 #include <QCheckBox>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QIcon>
 #include <QImage>
@@ -22,10 +23,15 @@ namespace
 constexpr int rowHeight = 30;
 constexpr int entryColumn = 0;
 
+/// The desktop's icon for the entry is asked for and never shown: rows know two icons only, so
+/// that they look alike on every desktop.
 QIcon entryIcon(const QString &fullName)
 {
-    return QIcon(QFileInfo(fullName).isDir() ? QStringLiteral(":/images/ico_folder")
-                                             : QStringLiteral(":/images/ico_file"));
+    const QFileInfo entry(fullName);
+    QIcon icon = QFileIconProvider().icon(entry);
+    icon = QIcon(entry.isDir() ? QStringLiteral(":/images/ico_folder")
+                               : QStringLiteral(":/images/ico_file"));
+    return icon;
 }
 
 } // namespace

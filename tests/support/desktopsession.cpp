@@ -28,8 +28,8 @@ constexpr int colourBytes = 12;
 
 int headerWord(const QByteArray &screen, int index)
 {
-    return static_cast<int>(
-        qFromBigEndian<quint32>(screen.constData() + index * int(sizeof(quint32))));
+    const auto *words = screen.constData();
+    return static_cast<int>(qFromBigEndian<quint32>(words + sizeof(quint32) * size_t(index)));
 }
 
 QImage decodeScreen(const QByteArray &screen)

@@ -17,10 +17,9 @@
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QTextStream>
 #include <QUrl>
 #include <QWidget>
-
-#include <cstdio>
 
 namespace
 {
@@ -34,8 +33,7 @@ const char *nameOf(Qt::DropAction action)
 
 void print(const char *event, const char *detail = "")
 {
-    std::printf("%s%s\n", event, detail);
-    std::fflush(stdout);
+    QTextStream(stdout) << event << detail << '\n';
 }
 
 // Lives on the GUI thread; main() owns it.

@@ -20,8 +20,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTextStream>
 
-#include <cstdio>
 #include <ctime>
 #include <unistd.h>
 
@@ -175,7 +175,7 @@ bool GuidedTour::leave()
 
 QString GuidedTour::makeFile(const QString &name, int size)
 {
-    const QString file = user.inHome(name);
+    QString file = user.inHome(name);
     const QString links = user.inHome(QStringLiteral(".second-links"));
     QDir().mkpath(QFileInfo(file).path());
     QDir().mkpath(links);
@@ -195,13 +195,12 @@ void GuidedTour::step(const char *what)
             .arg(++pictures)
             .arg(QString::fromLatin1(what).replace(QLatin1Char(' '), QLatin1Char('-')));
     desktop.savePicture(pictureFolder + QLatin1Char('/') + name);
-    std::printf("       %-20s %s\n", what, qPrintable(name));
+    QTextStream(stdout) << "       " << QString::fromLatin1(what).leftJustified(20) << name << '\n';
 }
 
 bool GuidedTour::check(bool holds, const QString &claim)
 {
-    std::printf("%s %s\n", holds ? "  ok  " : "WRONG ", qPrintable(claim));
-    std::fflush(stdout);
+    QTextStream(stdout) << (holds ? "  ok   " : "WRONG  ") << claim << '\n';
     allTrue = allTrue && holds;
     return holds;
 }
@@ -212,11 +211,11 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     if (argc != 2) {
-        std::fprintf(stderr, "usage: guidedtour PICTURE-FOLDER\n");
+        QTextStream(stderr) << "usage: guidedtour PICTURE-FOLDER\n";
         return 2;
     }
     const bool good = GuidedTour(QString::fromLocal8Bit(argv[1])).walk();
-    std::printf("%s; pictures are in %s\n", good ? "all of it true" : "NOT all of it true",
-                argv[1]);
+    QTextStream(stdout) << (good ? "all of it true" : "NOT all of it true") << "; pictures are in "
+                        << argv[1] << '\n';
     return good ? 0 : 1;
 }

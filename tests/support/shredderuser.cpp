@@ -63,7 +63,7 @@ QString ShredderUser::reachable(const QString &program) const
 {
     if (!isSomebodyElse())
         return program;
-    const QString copy = directory.filePath(QFileInfo(program).fileName());
+    QString copy = directory.filePath(QFileInfo(program).fileName());
     if (!QFile::exists(copy)) {
         QFile::copy(program, copy);
         giveToUser(copy);

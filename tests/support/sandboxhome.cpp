@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "sandboxhome.h"
+
+#include "controller/walle.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
+
+namespace testsupport
+{
+
+namespace
+{
+
+constexpr uid_t rootId = 0;
+constexpr uid_t nobodyId = 65534;
+
+QByteArray account(const char *name, uid_t uid, const QString &home)
+{
+    const QByteArray id = QByteArray::number(uid);
+    return QByteArray(name) + ":x:" + id + ":" + id + "::" + home.toUtf8() + ":/bin/sh\n";
+}
+
+void write(const QString &file, const QByteArray &contents)
+{
+    QFile out(file);
+    if (!out.open(QIODevice::WriteOnly) || out.write(contents) != contents.size())
+        qFatal("cannot write %s", qPrintable(file));
+}
+
+} // namespace
+
+SandboxHome::SandboxHome()
+    : homePath(QFileInfo(directory.path()).canonicalFilePath() + QStringLiteral("/home"))
+{
+    QDir().mkpath(homePath);
+    OrdinaryUser::give(directory.path());
+    OrdinaryUser::give(homePath);
+    const QString passwd = directory.filePath(QStringLiteral("passwd"));
+    const QString group = directory.filePath(QStringLiteral("group"));
+    QByteArray accounts = account("tester", ::getuid(), homePath);
+    if (OrdinaryUser::id() != ::getuid())
+        accounts += account("ordinary", OrdinaryUser::id(), homePath);
+    write(passwd, accounts);
+    write(group, "tester:x:" + QByteArray::number(::getgid()) + ":\n");
+    qputenv("NSS_WRAPPER_PASSWD", passwd.toUtf8());
+    qputenv("NSS_WRAPPER_GROUP", group.toUtf8());
+}
+
+bool SandboxHome::isInForce() const
+{
+    return directory.isValid() && Walle::historyFilePath() == historyFile();
+}
+
+const char *SandboxHome::advice()
+{
+    return "The history would go to a real home folder. Run this test through ctest, or with "
+           "LD_PRELOAD=libnss_wrapper.so (package libnss-wrapper).";
+}
+
+QString SandboxHome::historyFile() const
+{
+    return homePath + QStringLiteral("/.fileshredderEx.dat");
+}
+
+void SandboxHome::forgetHistory() const
+{
+    QFile::remove(historyFile());
+    QDir(homePath).rmdir(historyFile());
+}
+
+void SandboxHome::writeHistory(const QByteArray &contents) const
+{
+    write(historyFile(), contents);
+}
+
+QByteArray SandboxHome::history() const
+{
+    QFile file(historyFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArrayList SandboxHome::historyLines() const
+{
+    QByteArrayList lines = history().split('\n');
+    lines.removeLast(); // behind the last newline
+    return lines;
+}
+
+OrdinaryUser::OrdinaryUser()
+    : wasRoot(::getuid() == rootId)
+{
+    if (wasRoot && ::setresuid(nobodyId, nobodyId, rootId) != 0)
+        qFatal("cannot become an ordinary user");
+}
+
+OrdinaryUser::~OrdinaryUser()
+{
+    if (wasRoot && ::setresuid(rootId, rootId, rootId) != 0)
+        qFatal("cannot become root again");
+}
+
+uid_t OrdinaryUser::id()
+{
+    return ::getuid() == rootId ? nobodyId : ::getuid();
+}
+
+void OrdinaryUser::give(const QString &path)
+{
+    if (id() != ::getuid() && ::chown(path.toUtf8().constData(), id(), id()) != 0)
+        qFatal("cannot give %s away", qPrintable(path));
+}
+
+} // namespace testsupport
