@@ -5,11 +5,12 @@
 foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_faults tst_filecrusher_file
              tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
              tst_filecrusher_refused tst_filecrusher_stop tst_filecrusher_treefile
-             tst_filecrusher_worker tst_shredprogress)
+             tst_filecrusher_worker tst_filecrusher_workerstop tst_filecrusher_writes
+             tst_shredprogress)
   add_unit_test(${name} engine)
 endforeach()
 
-foreach(name tst_blockfiller tst_filecrusher_faults tst_filecrusher_file tst_filecrusher_treefile)
+foreach(name tst_blockfiller tst_filecrusher_file tst_filecrusher_treefile tst_filecrusher_writes)
   target_sources(${name} PRIVATE support/expectedbytes.cpp)
 endforeach()
 
@@ -25,7 +26,7 @@ function(intercept name)
   endforeach()
 endfunction()
 
-intercept(tst_filecrusher_faults fopen fwrite opendir readdir remove stat
-          time)
+intercept(tst_filecrusher_faults fopen opendir readdir stat)
 intercept(tst_filecrusher_hugefiles fwrite)
+intercept(tst_filecrusher_writes fwrite remove stat time)
 intercept(tst_instancelock fcntl)

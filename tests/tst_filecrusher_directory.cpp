@@ -95,10 +95,7 @@ private slots:
     void relativeFolderIsReportedAsGiven();
 
 private:
-    qint64 shred(const QString &path)
-    {
-        return crusher->shredDirectory(path.toUtf8().constData());
-    }
+    qint64 shred(const QString &path) { return crusher->shredDirectory(path.toUtf8().constData()); }
 
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<FileCrusher> crusher;

@@ -179,9 +179,9 @@ void TestFileCrusherFile::progressGoesInStepsOfTwo()
 void TestFileCrusherFile::progressOfManyBlocksFollowsTheShare_data()
 {
     QTest::addColumn<qint64>("size");
-    for (const int size : {49 * 4096, 50 * 4096, 51 * 4096, 99 * 4096, 100 * 4096, 101 * 4096 + 1,
-                           150 * 4096, 199 * 4096, megabyte - 1, megabyte, megabyte + 1,
-                           5 * megabyte})
+    for (const int size :
+         {49 * 4096, 50 * 4096, 51 * 4096, 99 * 4096, 100 * 4096, 101 * 4096 + 1, 150 * 4096,
+          199 * 4096, megabyte - 1, megabyte, megabyte + 1, 5 * megabyte})
         QTest::addRow("%d bytes", size) << qint64{size};
 }
 

@@ -36,10 +36,7 @@ private slots:
     void linkBehindASlashIsRefusedUntouched();
 
 private:
-    qint64 shred(const QString &path)
-    {
-        return crusher->shredDirectory(path.toUtf8().constData());
-    }
+    qint64 shred(const QString &path) { return crusher->shredDirectory(path.toUtf8().constData()); }
 
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<FileCrusher> crusher;
@@ -65,7 +62,8 @@ void TestFileCrusherLinks::cleanup()
 void TestFileCrusherLinks::linkToAFolderIsUnlinkedAndTheFolderUntouched()
 {
     const QString kept = tree->makeFile(QStringLiteral("outside/deep/kept"), 5000);
-    const QString link = tree->makeLink(QStringLiteral("top/link"), tree->path(QStringLiteral("outside")));
+    const QString link =
+        tree->makeLink(QStringLiteral("top/link"), tree->path(QStringLiteral("outside")));
     QCOMPARE(shred(top), qint64{0});
     QVERIFY(!entryExists(top));
     QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(5000, 'x'));

@@ -14,6 +14,7 @@
 #include <memory>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using testsupport::entryExists;
@@ -78,10 +79,7 @@ private slots:
     void fiveHundredFoldersDeepAreShredded();
 
 private:
-    qint64 shredFile(const QString &path)
-    {
-        return crusher->shredFile(path.toUtf8().constData());
-    }
+    qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
     qint64 shredFolder(const QString &path)
     {
         return crusher->shredDirectory(path.toUtf8().constData());
@@ -134,8 +132,8 @@ void TestFileCrusherNames::folderOfAnyNameIsShredded()
     QFETCH(QString, name);
     const QString top = tree->makeFolder(name);
     const QString inner = tree->makeFolder(name + QLatin1Char('/') + name);
-    const QString file = tree->makeFile(name + QLatin1Char('/') + name + QLatin1Char('/') + name,
-                                        100);
+    const QString file =
+        tree->makeFile(name + QLatin1Char('/') + name + QLatin1Char('/') + name, 100);
     QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
     QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 100}},

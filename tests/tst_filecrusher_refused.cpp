@@ -107,10 +107,7 @@ private slots:
     void unreadableFolderIsNotWalked();
 
 private:
-    qint64 shredFile(const QString &path)
-    {
-        return crusher->shredFile(path.toUtf8().constData());
-    }
+    qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
     qint64 shredInTree(const QString &path, quint64 total)
     {
         return crusher->shredFileInDirectory(path.toUtf8().constData(), total, 0, tree->path());

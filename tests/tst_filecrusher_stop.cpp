@@ -196,6 +196,7 @@ void TestFileCrusherStop::requestIsLeftStanding()
 
 void TestFileCrusherStop::requestGoesBeforeWhatCannotBeRemoved()
 {
+    tree->makeFolder(QStringLiteral("top/folder"));
     tree->makeFifo(QStringLiteral("top/folder/fifo"));
     const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
     stopAt("addToHistory", 1);

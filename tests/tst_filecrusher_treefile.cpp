@@ -67,8 +67,7 @@ private slots:
 private:
     qint64 shred(const QString &path, qint64 total, qint64 done)
     {
-        return crusher->shredFileInDirectory(path.toUtf8().constData(),
-                                             static_cast<quint64>(total),
+        return crusher->shredFileInDirectory(path.toUtf8().constData(), static_cast<quint64>(total),
                                              static_cast<quint64>(done), top);
     }
     SignalRecords expectedRecords(const QList<int> &percents, const QString &file) const;
@@ -115,8 +114,7 @@ void TestFileCrusherTreeFile::emptyTopDirectoryIsRefused()
     const QString file = tree->makeFile(QStringLiteral("file"), 10);
     const QByteArray path = file.toUtf8();
     QCOMPARE(crusher->shredFileInDirectory(path.constData(), 10, 0, QString()), qint64{-4});
-    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 0, 0, QStringLiteral("")),
-             qint64{-4});
+    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 0, 0, QStringLiteral("")), qint64{-4});
     QCOMPARE(crusher->shredFileInDirectory("/missing", 10, 0, QString()), qint64{-4});
     QVERIFY(entryExists(file));
     QCOMPARE(log->records(), SignalRecords());

@@ -252,9 +252,10 @@ void TestWalleQueue::openRefusalReportHoldsUpFurtherCommands()
 void TestWalleQueue::signalsThatAreOnlyDeclaredAreNeverEmitted()
 {
     const testsupport::TemporaryTree tree;
+    const QString stubborn = tree.makeFolder(QStringLiteral("folder"));
+    const QString fifo = tree.makeFifo(QStringLiteral("folder/fifo"));
     WalleHarness harness;
-    harness.choose({tree.makeFile(QStringLiteral("file"), 10),
-                    tree.makeFifo(QStringLiteral("folder/fifo")), tree.path()});
+    harness.choose({tree.makeFile(QStringLiteral("file"), 10), stubborn, fifo});
     harness.dropFiles({tree.makeFile(QStringLiteral("dropped"), 10)});
     harness.post(CommandStartCrush);
     QVERIFY(harness.finished());

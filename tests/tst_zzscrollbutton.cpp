@@ -87,8 +87,11 @@ void TestZZScrollButton::dragBy(QPoint step)
     QTest::mouseMove(window->windowHandle(), pointer);
 }
 
+/// The percentages reported last; a place no report can name when there is none.
 QPoint TestZZScrollButton::lastReport() const
 {
+    if (reports->isEmpty())
+        return {-1, -1};
     const QList<QVariant> arguments = reports->last();
     return {arguments.at(0).toInt(), arguments.at(1).toInt()};
 }

@@ -97,8 +97,7 @@ void MainWindow::addTitleBar()
     auto *bar = new CustomTitleBar(this);
     bar->setObjectName(QStringLiteral("titleBar"));
     bar->setGeometry(barPlace);
-    addLabel(bar, iconPlace, stylesheets::titleIcon())
-        ->setObjectName(QStringLiteral("titleIcon"));
+    addLabel(bar, iconPlace, stylesheets::titleIcon())->setObjectName(QStringLiteral("titleIcon"));
     QLabel *title = addLabel(bar, titlePlace, stylesheets::mainTitleText(),
                              QStringLiteral("Brenvale - 文件粉碎机"));
     title->setObjectName(QStringLiteral("titleText"));
@@ -225,12 +224,13 @@ namespace
 {
 
 /// A picture with one line of text, in the middle of the table.
-QWidget *addPanel(QWidget *parent, const QRect &iconPlace, const QString &iconSheet)
+QWidget *addPanel(QWidget *parent, const QString &iconName, const QRect &iconPlace,
+                  const QString &iconSheet)
 {
     constexpr QRect panelPlace(240, 280, 400, 50);
     auto *panel = new QWidget(parent);
     panel->setGeometry(panelPlace);
-    addLabel(panel, iconPlace, iconSheet)->setObjectName(QStringLiteral("panelIcon"));
+    addLabel(panel, iconPlace, iconSheet)->setObjectName(iconName);
     return panel;
 }
 
@@ -249,7 +249,8 @@ void MainWindow::addEmptyPanel()
 {
     constexpr QRect iconPlace(0, 0, 42, 44);
     constexpr QRect textPlace(52, 10, 400, 25);
-    emptyPanel = addPanel(this, iconPlace, stylesheets::emptyPanelIcon());
+    emptyPanel =
+        addPanel(this, QStringLiteral("emptyIcon"), iconPlace, stylesheets::emptyPanelIcon());
     emptyPanel->setObjectName(QStringLiteral("emptyPanel"));
     addPanelText(emptyPanel, textPlace,
                  QStringLiteral("试试拖拽想要删除的文件或文件夹到本窗口吧！"))
@@ -260,7 +261,8 @@ void MainWindow::addSuccessPanel()
 {
     constexpr QRect iconPlace(0, 0, 45, 45);
     constexpr QRect textPlace(55, 10, 400, 25);
-    successPanel = addPanel(this, iconPlace, stylesheets::successPanelIcon());
+    successPanel =
+        addPanel(this, QStringLiteral("successIcon"), iconPlace, stylesheets::successPanelIcon());
     successPanel->setObjectName(QStringLiteral("successPanel"));
     successLabel = addPanelText(successPanel, textPlace, QStringLiteral("文件粉碎成功！"));
     successLabel->setObjectName(QStringLiteral("successLabel"));

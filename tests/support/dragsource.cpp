@@ -44,6 +44,14 @@ public:
     QString text;
 
 protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QWidget::paintEvent(event);
+        if (!announced)
+            print("ready");
+        announced = true;
+    }
+
     void mousePressEvent(QMouseEvent *event) override { pressed = event->pos(); }
 
     void mouseMoveEvent(QMouseEvent *event) override
@@ -70,6 +78,7 @@ private:
     }
 
     QPoint pressed;
+    bool announced = false;
 };
 
 QPoint pointFrom(const QString &text)
@@ -104,7 +113,5 @@ int main(int argc, char *argv[])
     source.setWindowFlags(Qt::X11BypassWindowManagerHint);
     source.setGeometry(QRect(pointFrom(parser.value(at)), windowSize));
     source.show();
-    QMetaObject::invokeMethod(
-        &source, [] { print("ready"); }, Qt::QueuedConnection);
     return QApplication::exec();
 }

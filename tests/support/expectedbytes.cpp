@@ -20,11 +20,12 @@ QByteArray expectedBytes(int size, std::time_t second)
 {
     QByteArray bytes(size, '\0');
     for (int start = 0; start < size; start += blockSize) {
-        // The weakest of generators, but it is the one whose sequence was promised.
+        // The weakest of generators, but the one whose sequence was promised.
         std::srand(static_cast<unsigned>(second)); // NOLINT(cert-msc32-c,cert-msc51-cpp)
-        for (int i = std::min(start + blockSize, size) - 1; i >= start; --i)
-            bytes[i] =
-                static_cast<char>(std::rand() & 0xff); // NOLINT(*-msc30-c,*-msc50-cpp,*-mt-unsafe)
+        for (int i = std::min(start + blockSize, size) - 1; i >= start; --i) {
+            const int next = std::rand(); // NOLINT(cert-msc30-c,cert-msc50-cpp,concurrency-*)
+            bytes[i] = static_cast<char>(next & 0xff);
+        }
     }
     return bytes;
 }

@@ -33,7 +33,8 @@ namespace testsupport
 
 struct SignalRecord {
     SignalRecord(const QByteArray &signal, const QVariantList &values = {})
-        : name(signal), arguments(values)
+        : name(signal)
+        , arguments(values)
     {
     }
     SignalRecord(const char *signal, const QVariantList &values = {})

@@ -5,6 +5,9 @@
 
 #include "eventually.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QTimer>
 #include <QUrl>
 
 #include <utility>
@@ -164,11 +167,25 @@ void WalleHarness::copyHistory()
     post(CommandCopyHistory);
 }
 
+bool WalleHarness::waitFor(const std::function<bool()> &condition)
+{
+    constexpr int wakeUpMilliseconds = 100;
+    QTimer alarm; // ends a wait for events that never come
+    alarm.start(wakeUpMilliseconds);
+    const QDeadlineTimer deadline(patience);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
 bool WalleHarness::performed()
 {
     ++barriers;
     post(CommandCopyHistory);
-    return eventually([this] { return barriers == 0; });
+    return waitFor([this] { return barriers == 0; });
 }
 
 bool WalleHarness::admitted(const QStringList &paths)
@@ -181,7 +198,7 @@ bool WalleHarness::admitted(const QStringList &paths)
 
 bool WalleHarness::finished()
 {
-    if (!eventually([this] { return results > 0; }))
+    if (!waitFor([this] { return results > 0; }))
         return false;
     --results;
     return true;

@@ -56,6 +56,8 @@ public:
     /// Puts a history text on the clipboard; see clipboard().
     void copyHistory();
 
+    /// Serves the event loop without a pause until @p condition holds; false after too long.
+    static bool waitFor(const std::function<bool()> &condition);
     /// Waits until everything posted so far is performed and its signals are here; false after
     /// too long a time.
     bool performed();

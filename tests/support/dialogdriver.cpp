@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "dialogdriver.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+#include <QtTest>
+
+#include <algorithm>
+
+namespace testsupport
+{
+
+namespace
+{
+
+QStringList visibleCaptions(const QDialog &dialog)
+{
+    QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+    std::sort(buttons.begin(), buttons.end(), [](const QPushButton *one, const QPushButton *other) {
+        return one->x() < other->x();
+    });
+    QStringList captions;
+    for (const QPushButton *button : qAsConst(buttons)) {
+        if (button->isVisible() && !button->text().isEmpty())
+            captions.append(button->text());
+    }
+    return captions;
+}
+
+SeenDialog lookAt(const QDialog &dialog)
+{
+    SeenDialog seen;
+    if (const auto *text = dialog.findChild<QLabel *>(QStringLiteral("messageText")))
+        seen.text = text->text();
+    if (const auto *icon = dialog.findChild<QLabel *>(QStringLiteral("messageIcon")))
+        seen.iconSheet = icon->styleSheet();
+    seen.buttons = visibleCaptions(dialog);
+    seen.place = dialog.geometry();
+    return seen;
+}
+
+void clickButton(const QDialog &dialog, const QString &name)
+{
+    const auto *button = dialog.findChild<QPushButton *>(name);
+    if (button == nullptr || !button->isVisible())
+        return;
+    // Through the window, so that the click lands on whatever is topmost there.
+    const QPoint middle = button->visibleRegion().boundingRect().center();
+    QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      button->mapTo(&dialog, middle));
+}
+
+} // namespace
+
+DialogDriver::DialogDriver()
+{
+    qApp->installEventFilter(this);
+}
+
+void DialogDriver::next(Answer answer)
+{
+    plans.append([answer](QDialog &dialog) { press(dialog, answer); });
+}
+
+void DialogDriver::next(const Action &action)
+{
+    plans.append(action);
+}
+
+bool DialogDriver::isDone() const
+{
+    return plans.isEmpty() && open == 0;
+}
+
+void DialogDriver::press(QDialog &dialog, Answer answer)
+{
+    switch (answer) {
+    case Answer::Ok:
+        return clickButton(dialog, QStringLiteral("okButton"));
+    case Answer::Cancel:
+        return clickButton(dialog, QStringLiteral("cancelButton"));
+    case Answer::Close:
+        return clickButton(dialog, QStringLiteral("closeButton"));
+    case Answer::Escape:
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        return;
+    }
+}
+
+bool DialogDriver::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *dialog = qobject_cast<QDialog *>(watched);
+    if (dialog != nullptr && event->type() == QEvent::Show && !event->spontaneous()) {
+        ++open;
+        QTimer::singleShot(0, dialog, [this, dialog] { meet(*dialog); });
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void DialogDriver::meet(QDialog &dialog)
+{
+    const QPointer<QDialog> running(&dialog);
+    const bool onScreen =
+        QTest::qWaitForWindowExposed(&dialog) && QTest::qWaitFor([&] {
+            return running.isNull() || QApplication::activeModalWidget() == running;
+        });
+    if (onScreen && !running.isNull()) {
+        met.append(lookAt(dialog));
+        if (!plans.isEmpty())
+            plans.takeFirst()(dialog);
+    }
+    if (!running.isNull() && running->isVisible())
+        running->reject();
+    --open;
+}
+
+} // namespace testsupport

@@ -1,0 +1,327 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Instances are processes, so every lock here is taken by a child process: a
+// lock belongs to a process, and its own would not stand in its way.
+
+#include "app/instancelock.h"
+
+#include "temporarytree.h"
+
+#include <QtTest>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using testsupport::TemporaryTree;
+
+namespace
+{
+
+int lockError = 0; ///< what locking fails with; 0 leaves it to the system
+
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier, cert-dcl50-cpp): the linker chooses these names
+extern "C" {
+int __real_fcntl(int fd, int command, ...);
+
+int __wrap_fcntl(int fd, int command, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, command);
+    void *lock = va_arg(arguments, void *);
+    va_end(arguments);
+    if (lockError == 0)
+        return __real_fcntl(fd, command, lock);
+    errno = lockError;
+    return -1;
+}
+}
+// NOLINTEND(bugprone-reserved-identifier, cert-dcl50-cpp)
+
+namespace
+{
+
+/// A process that tries to become the instance and then lives as long as the object.
+class Instance
+{
+public:
+    explicit Instance(const QString &lockPath)
+    {
+        int answer[2] = {};
+        int life[2] = {};
+        if (::pipe(answer) != 0 || ::pipe(life) != 0)
+            qFatal("no pipes");
+        std::fflush(nullptr); // or an exiting child would print again what waits here
+        process = ::fork();
+        if (process == -1)
+            qFatal("no child process");
+        if (process == 0) {
+            ::close(answer[0]);
+            ::close(life[1]);
+            live(lockPath, answer[1], life[0]);
+        }
+        ::close(answer[1]);
+        ::close(life[0]);
+        lifeline = life[1];
+        char byte = 0;
+        answered = ::read(answer[0], &byte, 1) == 1;
+        result = answered ? byte : -1;
+        ::close(answer[0]);
+    }
+    ~Instance() { end(); }
+    Instance(const Instance &) = delete;
+    Instance &operator=(const Instance &) = delete;
+
+    pid_t pid() const { return process; }
+    /// What acquireInstanceLock() returned; -1 when it ended the process.
+    int lockResult() const { return result; }
+    /// Ends the process, if it has not ended itself, and returns its exit status.
+    int end()
+    {
+        if (!ended) {
+            ::close(lifeline);
+            int state = 0;
+            ::waitpid(process, &state, 0);
+            status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
+            ended = true;
+        }
+        return status;
+    }
+
+private:
+    [[noreturn]] static void live(const QString &lockPath, int answer, int life)
+    {
+        char byte = static_cast<char>(instancelock::acquireInstanceLock(lockPath));
+        if (::write(answer, &byte, 1) == 1)
+            static_cast<void>(::read(life, &byte, 1) == 0);
+        ::_exit(0);
+    }
+
+    pid_t process = -1;
+    int lifeline = -1;
+    bool answered = false;
+    bool ended = false;
+    int result = -1;
+    int status = -1;
+};
+
+} // namespace
+
+class TestInstanceLock : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void firstInstanceWritesItsPidWithoutANewline();
+    void longerOldContentsAreCutOff();
+    void secondInstanceIsTurnedAwayAndChangesNothing();
+    void thirdInstanceIsTurnedAwayAfterTheSecondEnded();
+    void lockCanBeHadAgainWhenItsHolderEnded();
+    void filesOfTwoUsersDoNotExcludeEachOther();
+    void newFileHasItsMode_data();
+    void newFileHasItsMode();
+    void pathThatCannotBeOpenedEndsTheProcess();
+    void directoryInTheFilesPlaceEndsTheProcess();
+    void bothErrorsOfAHeldLockMeanAnotherInstance_data();
+    void bothErrorsOfAHeldLockMeanAnotherInstance();
+    void anyOtherErrorEndsTheProcess_data();
+    void anyOtherErrorEndsTheProcess();
+    void lockCoversTheWholeFileHoweverItGrows();
+    void lockWholeFileReturnsWhatTheSystemSays();
+
+private:
+    std::unique_ptr<TemporaryTree> tree;
+    QString path;
+};
+
+void TestInstanceLock::init()
+{
+    tree = std::make_unique<TemporaryTree>();
+    path = tree->path(QStringLiteral(".fileshredder.pid"));
+    lockError = 0;
+}
+
+void TestInstanceLock::cleanup()
+{
+    lockError = 0;
+    tree.reset();
+}
+
+void TestInstanceLock::firstInstanceWritesItsPidWithoutANewline()
+{
+    const Instance instance(path);
+    QCOMPARE(instance.lockResult(), instancelock::Acquired);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
+}
+
+void TestInstanceLock::longerOldContentsAreCutOff()
+{
+    tree->makeFile(QStringLiteral(".fileshredder.pid"), QByteArray("4194304000 and more\n"));
+    const Instance instance(path);
+    QCOMPARE(instance.lockResult(), instancelock::Acquired);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
+}
+
+void TestInstanceLock::secondInstanceIsTurnedAwayAndChangesNothing()
+{
+    const Instance first(path);
+    const Instance second(path);
+    QCOMPARE(first.lockResult(), instancelock::Acquired);
+    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
+}
+
+void TestInstanceLock::thirdInstanceIsTurnedAwayAfterTheSecondEnded()
+{
+    const Instance first(path);
+    Instance second(path);
+    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
+    QCOMPARE(second.end(), 0);
+    const Instance third(path);
+    QCOMPARE(third.lockResult(), instancelock::HeldByAnother);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
+}
+
+void TestInstanceLock::lockCanBeHadAgainWhenItsHolderEnded()
+{
+    Instance first(path);
+    QCOMPARE(first.end(), 0);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid())); // stale, harmless
+    const Instance second(path);
+    QCOMPARE(second.lockResult(), instancelock::Acquired);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(second.pid()));
+}
+
+void TestInstanceLock::filesOfTwoUsersDoNotExcludeEachOther()
+{
+    const QString otherPath = tree->path(QStringLiteral("other.pid"));
+    const Instance one(path);
+    const Instance other(otherPath);
+    QCOMPARE(one.lockResult(), instancelock::Acquired);
+    QCOMPARE(other.lockResult(), instancelock::Acquired);
+    QCOMPARE(TemporaryTree::contentsOf(otherPath), QByteArray::number(other.pid()));
+}
+
+void TestInstanceLock::newFileHasItsMode_data()
+{
+    QTest::addColumn<uint>("mask");
+    QTest::addColumn<uint>("mode");
+    QTest::newRow("nothing masked") << 0U << 0644U;
+    QTest::newRow("usual mask") << 0022U << 0644U;
+    QTest::newRow("strict mask") << 0077U << 0600U;
+}
+
+void TestInstanceLock::newFileHasItsMode()
+{
+    QFETCH(uint, mask);
+    QFETCH(uint, mode);
+    const mode_t before = ::umask(mask);
+    const Instance instance(path);
+    ::umask(before);
+    QCOMPARE(instance.lockResult(), instancelock::Acquired);
+    struct stat status = {};
+    QCOMPARE(::stat(path.toUtf8().constData(), &status), 0);
+    QCOMPARE(status.st_mode & 07777U, mode);
+}
+
+void TestInstanceLock::pathThatCannotBeOpenedEndsTheProcess()
+{
+    Instance instance(tree->path(QStringLiteral("no folder/pid")));
+    QCOMPARE(instance.lockResult(), -1);
+    QCOMPARE(instance.end(), 1);
+}
+
+void TestInstanceLock::directoryInTheFilesPlaceEndsTheProcess()
+{
+    tree->makeFolder(QStringLiteral(".fileshredder.pid"));
+    Instance instance(path);
+    QCOMPARE(instance.lockResult(), -1);
+    QCOMPARE(instance.end(), 1);
+}
+
+void TestInstanceLock::bothErrorsOfAHeldLockMeanAnotherInstance_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("EAGAIN") << EAGAIN;
+    QTest::newRow("EACCES") << EACCES;
+}
+
+void TestInstanceLock::bothErrorsOfAHeldLockMeanAnotherInstance()
+{
+    QFETCH(int, error);
+    lockError = error;
+    Instance instance(path);
+    QCOMPARE(instance.lockResult(), instancelock::HeldByAnother);
+    QCOMPARE(instance.end(), 0);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray());
+}
+
+void TestInstanceLock::anyOtherErrorEndsTheProcess_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("no locks left") << ENOLCK;
+    QTest::newRow("interrupted") << EINTR;
+    QTest::newRow("no such thing here") << EINVAL;
+}
+
+void TestInstanceLock::anyOtherErrorEndsTheProcess()
+{
+    QFETCH(int, error);
+    lockError = error;
+    Instance instance(path);
+    QCOMPARE(instance.lockResult(), -1);
+    QCOMPARE(instance.end(), 1);
+    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray());
+}
+
+void TestInstanceLock::lockCoversTheWholeFileHoweverItGrows()
+{
+    const Instance instance(path);
+    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    QVERIFY(fd >= 0);
+    for (const off_t start : {off_t{0}, off_t{1}, off_t{1} << 40}) {
+        struct flock question = {};
+        question.l_type = F_RDLCK;
+        question.l_whence = SEEK_SET;
+        question.l_start = start;
+        question.l_len = 1;
+        QCOMPARE(::fcntl(fd, F_GETLK, &question), 0);
+        QCOMPARE(question.l_type, static_cast<short>(F_WRLCK));
+        QCOMPARE(question.l_pid, instance.pid());
+        QCOMPARE(question.l_start, off_t{0});
+        QCOMPARE(question.l_len, off_t{0});
+    }
+    ::close(fd);
+}
+
+void TestInstanceLock::lockWholeFileReturnsWhatTheSystemSays()
+{
+    QCOMPARE(instancelock::lockWholeFile(-1), -1);
+    QCOMPARE(errno, EBADF);
+
+    const QByteArray free = tree->makeFile(QStringLiteral("free"), 10).toUtf8();
+    const int freeFile = ::open(free.constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(instancelock::lockWholeFile(freeFile), 0);
+    ::close(freeFile);
+
+    const Instance holder(path);
+    const int heldFile = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(instancelock::lockWholeFile(heldFile), -1);
+    QVERIFY(errno == EAGAIN || errno == EACCES);
+    ::close(heldFile);
+}
+
+QTEST_GUILESS_MAIN(TestInstanceLock)
+#include "tst_instancelock.moc"
