@@ -144,7 +144,9 @@ void TestBlockFiller::bytesAroundTheCountAreLeftAlone()
     QCOMPARE(bytes.mid(margin, count), expectedBytes(count, someSecond));
     QCOMPARE(bytes.right(margin), QByteArray(margin, '#'));
 
-    filler.fill(nullptr, 0, someSecond);
+    bytes.fill('#');
+    filler.fill(bytes.data(), 0, someSecond);
+    QCOMPARE(bytes, QByteArray(bytes.size(), '#'));
 }
 
 void TestBlockFiller::neighbourDrawingRandomNumbersDoesNotDisturb()

@@ -6,9 +6,9 @@
 // one too, enables the select-all box while there are rows.
 
 #include "dialogdriver.h"
-#include "sandboxhome.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
+#include "windowtestmain.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -42,6 +42,12 @@ QString stopping()
     return QStringLiteral("正在停止");
 }
 
+/// Of the offscreen platform, about a window that is not of a fixed size: the file dialog.
+void ignoreSizeHintWarning()
+{
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+}
+
 } // namespace
 
 class TestMainWindowActions : public QObject
@@ -49,7 +55,6 @@ class TestMainWindowActions : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
     void init();
     void cleanup();
 
@@ -71,7 +76,6 @@ private:
     QString dropFile();
     void disableSelectAllBox();
 
-    testsupport::SandboxHome home;
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<ShownWindow> window;
 };
@@ -106,6 +110,7 @@ void TestMainWindowActions::disableSelectAllBox()
 void TestMainWindowActions::cancelledFileDialogPostsAnEmptyBatch()
 {
     disableSelectAllBox();
+    ignoreSizeHintWarning();
     DialogDriver dialogs;
     bool isFileDialog = false;
     dialogs.next([&](QDialog &dialog) {
@@ -124,6 +129,7 @@ void TestMainWindowActions::chosenFilesBecomeRows()
 {
     const QStringList files = {tree->makeFile(QStringLiteral("一.txt"), 1),
                                tree->makeFile(QStringLiteral("two words"), 1)};
+    ignoreSizeHintWarning();
     DialogDriver dialogs;
     QFileDialog::FileMode mode = QFileDialog::AnyFile;
     dialogs.next([&](QDialog &dialog) {
@@ -255,5 +261,5 @@ void TestMainWindowActions::crushButtonStopsWithoutAQuestion()
     QVERIFY(window->textOf("crushButton") != running());
 }
 
-QTEST_MAIN(TestMainWindowActions)
+WINDOW_TEST_MAIN(TestMainWindowActions)
 #include "tst_mainwindow_actions.moc"

@@ -4,8 +4,8 @@
 // Where everything is in both windows before anything has happened, what it says
 // and what state it is in.
 
-#include "sandboxhome.h"
 #include "shownwindow.h"
+#include "windowtestmain.h"
 
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -22,8 +22,6 @@ class TestMainWindowLayout : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
-
     void windowIsFramelessAndOfOneSize();
     void windowOpensInTheMiddleOfTheScreen();
     void eachWidgetHasItsPlaceAndText_data();
@@ -36,9 +34,6 @@ private slots:
     void headingLiesOverTheTables();
     void labelsAreAligned_data();
     void labelsAreAligned();
-
-private:
-    testsupport::SandboxHome home;
 };
 
 void TestMainWindowLayout::windowIsFramelessAndOfOneSize()
@@ -230,5 +225,5 @@ void TestMainWindowLayout::labelsAreAligned()
     QTEST(label->margin(), "margin");
 }
 
-QTEST_MAIN(TestMainWindowLayout)
+WINDOW_TEST_MAIN(TestMainWindowLayout)
 #include "tst_mainwindow_layout.moc"

@@ -5,9 +5,9 @@
 // result leaves nothing ticked.
 
 #include "dialogdriver.h"
-#include "sandboxhome.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
+#include "windowtestmain.h"
 
 #include <QtTest>
 
@@ -42,8 +42,6 @@ class TestMainWindowReports : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
-
     void oneReasonHasNoNumber();
     void threeReasonsAreNumbered();
     void unknownReasonShowsTheHeaderAlone();
@@ -62,8 +60,6 @@ private:
     /// middle of the window.
     SeenDialog rejection(uint reasons);
     SeenDialog result(uint succeeded, uint failed);
-
-    testsupport::SandboxHome home;
 };
 
 namespace
@@ -218,5 +214,5 @@ void TestMainWindowReports::nothingIsTickedWhileTheResultIsShown()
     QVERIFY(!allTicked);
 }
 
-QTEST_MAIN(TestMainWindowReports)
+WINDOW_TEST_MAIN(TestMainWindowReports)
 #include "tst_mainwindow_reports.moc"

@@ -4,8 +4,8 @@
 // How buttons, tables and the history window are set up: flags, headers, palettes
 // and names for those who cannot see them.
 
-#include "sandboxhome.h"
 #include "shownwindow.h"
+#include "windowtestmain.h"
 
 #include <QAbstractItemView>
 #include <QHeaderView>
@@ -20,8 +20,6 @@ class TestMainWindowSetup : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
-
     void buttonsAreFlatAndTakeNoFocus_data();
     void buttonsAreFlatAndTakeNoFocus();
     void mainTableIsSetUpForRows();
@@ -29,9 +27,6 @@ private slots:
     void historyWindowIsAWindowOfItsOwn();
     void buttonsWithoutWordsHaveNames_data();
     void buttonsWithoutWordsHaveNames();
-
-private:
-    testsupport::SandboxHome home;
 };
 
 void TestMainWindowSetup::buttonsAreFlatAndTakeNoFocus_data()
@@ -134,5 +129,5 @@ void TestMainWindowSetup::buttonsWithoutWordsHaveNames()
     QTEST(window.find(QTest::currentDataTag())->accessibleName(), "name");
 }
 
-QTEST_MAIN(TestMainWindowSetup)
+WINDOW_TEST_MAIN(TestMainWindowSetup)
 #include "tst_mainwindow_setup.moc"

@@ -6,9 +6,9 @@
 
 #include "dialogdriver.h"
 #include "eventually.h"
-#include "sandboxhome.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
+#include "windowtestmain.h"
 
 #include <QMetaMethod>
 #include <QTableWidget>
@@ -52,16 +52,11 @@ class TestMainWindowSlots : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
-
     void slotsAreDeclaredInOrder();
     void quitIsTheOnlySignal();
     void windowIsAFrame();
     void allRowsAreThereBeforeTheRefusalReport();
     void controllerWaitsUntilTheRefusalReportIsClosed();
-
-private:
-    testsupport::SandboxHome home;
 };
 
 void TestMainWindowSlots::slotsAreDeclaredInOrder()
@@ -105,7 +100,7 @@ void TestMainWindowSlots::slotsAreDeclaredInOrder()
 
 void TestMainWindowSlots::quitIsTheOnlySignal()
 {
-    QCOMPARE(declarationsOf(QMetaMethod::Signal), QByteArrayList("quit()"));
+    QCOMPARE(declarationsOf(QMetaMethod::Signal), QByteArrayList{"quit()"});
 }
 
 void TestMainWindowSlots::windowIsAFrame()
@@ -155,5 +150,5 @@ void TestMainWindowSlots::controllerWaitsUntilTheRefusalReportIsClosed()
     QVERIFY(!removedDuringReport);
 }
 
-QTEST_MAIN(TestMainWindowSlots)
+WINDOW_TEST_MAIN(TestMainWindowSlots)
 #include "tst_mainwindow_slots.moc"

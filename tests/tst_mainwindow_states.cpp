@@ -4,8 +4,8 @@
 // How buttons and header show what the controller tells of a run, and what the
 // buttons of the title bar do.
 
-#include "sandboxhome.h"
 #include "shownwindow.h"
+#include "windowtestmain.h"
 
 #include <QPushButton>
 #include <QSignalSpy>
@@ -40,7 +40,6 @@ class TestMainWindowStates : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
     void init() { window = std::make_unique<ShownWindow>(); }
     void cleanup() { window.reset(); }
 
@@ -55,7 +54,6 @@ private slots:
     void minimizingAndMaximizing();
 
 private:
-    testsupport::SandboxHome home;
     std::unique_ptr<ShownWindow> window;
 };
 
@@ -156,5 +154,5 @@ void TestMainWindowStates::minimizingAndMaximizing()
     QVERIFY((*window)->isMinimized());
 }
 
-QTEST_MAIN(TestMainWindowStates)
+WINDOW_TEST_MAIN(TestMainWindowStates)
 #include "tst_mainwindow_states.moc"

@@ -3,8 +3,8 @@
 
 // Which style sheet each widget of both windows wears, word by word.
 
-#include "sandboxhome.h"
 #include "shownwindow.h"
+#include "windowtestmain.h"
 
 #include <QAbstractButton>
 #include <QIcon>
@@ -93,17 +93,12 @@ class TestMainWindowStyles : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
-
     void eachWidgetWearsItsSheet_data();
     void eachWidgetWearsItsSheet();
     void imagesNamedInSheetsExist_data();
     void imagesNamedInSheetsExist();
     void scrollBarsWearTheTablesSheets();
     void linkButtonsShowTheirIcons();
-
-private:
-    testsupport::SandboxHome home;
 };
 
 void TestMainWindowStyles::eachWidgetWearsItsSheet_data()
@@ -194,5 +189,5 @@ void TestMainWindowStyles::linkButtonsShowTheirIcons()
              QIcon(QStringLiteral(":/images/icon_remove")).pixmap(size).toImage());
 }
 
-QTEST_MAIN(TestMainWindowStyles)
+WINDOW_TEST_MAIN(TestMainWindowStyles)
 #include "tst_mainwindow_styles.moc"

@@ -5,10 +5,10 @@
 // progress shows. Rows come from drops on the window, or from the slots where the
 // controller has to stay out of it.
 
-#include "sandboxhome.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "widgets/zztablecell.h"
+#include "windowtestmain.h"
 
 #include <QIcon>
 #include <QLabel>
@@ -26,7 +26,6 @@ class TestMainWindowTable : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), testsupport::SandboxHome::advice()); }
     void init();
     void cleanup();
 
@@ -54,7 +53,6 @@ private:
     void dropFiles(int count);
     QStringList paths(const QList<int> &names) const;
 
-    testsupport::SandboxHome home;
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<ShownWindow> window;
 };
@@ -111,22 +109,25 @@ void TestMainWindowTable::tickingARowHidesBothPanels()
 
 void TestMainWindowTable::rowsShowTheProgramsOwnIcons_data()
 {
-    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("image");
     const QString file = QStringLiteral(":/images/ico_file");
     const QString folder = QStringLiteral(":/images/ico_folder");
-    QTest::newRow("file") << tree->makeFile(QStringLiteral("a.pdf"), 1) << file;
-    QTest::newRow("folder") << tree->makeFolder(QStringLiteral("a.txt")) << folder;
-    QTest::newRow("nothing there") << tree->path(QStringLiteral("b")) << file;
-    QTest::newRow("link to a folder")
-        << tree->makeLink(QStringLiteral("c"), tree->path()) << folder;
+    QTest::newRow("file") << QStringLiteral("file.pdf") << file;
+    QTest::newRow("folder") << QStringLiteral("folder.txt") << folder;
+    QTest::newRow("link to a folder") << QStringLiteral("link") << folder;
+    QTest::newRow("link to nothing") << QStringLiteral("dangling") << file;
+    QTest::newRow("nothing there") << QStringLiteral("missing") << file;
 }
 
 void TestMainWindowTable::rowsShowTheProgramsOwnIcons()
 {
-    QFETCH(QString, path);
+    QFETCH(QString, name);
     QFETCH(QString, image);
-    (*window)->addRowToMainTableEva(path);
+    tree->makeFile(QStringLiteral("file.pdf"), 1);
+    tree->makeLink(QStringLiteral("link"), tree->makeFolder(QStringLiteral("folder.txt")));
+    tree->makeLink(QStringLiteral("dangling"), QStringLiteral("nowhere"));
+    (*window)->addRowToMainTableEva(tree->path(name));
     const auto *icon = window->cell(0)->findChild<QLabel *>(QStringLiteral("iconLabel"));
     QCOMPARE(icon->pixmap(Qt::ReturnByValue).toImage(), QIcon(image).pixmap(16, 16).toImage());
 }
@@ -300,5 +301,5 @@ void TestMainWindowTable::tableStaysInItsPlace()
     QCOMPARE(window->table()->geometry(), QRect(0, 0, 798, 394));
 }
 
-QTEST_MAIN(TestMainWindowTable)
+WINDOW_TEST_MAIN(TestMainWindowTable)
 #include "tst_mainwindow_table.moc"

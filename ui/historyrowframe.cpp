@@ -3,10 +3,10 @@
 
 #include "ui/historyrowframe.h"
 
+#include "widgets/plainlabel.h"
 #include "widgets/stylesheets.h"
 
 #include <QFontMetrics>
-#include <QLabel>
 #include <QRect>
 
 namespace
@@ -19,16 +19,15 @@ constexpr QRect namePlace(154, 0, 200, rowFrameHeight);
 constexpr int pathLeft = 356;
 constexpr QRect pathPlace(pathLeft, 0, rowFrameWidth - pathLeft, rowFrameHeight);
 
-QLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &place)
+PlainLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &place)
 {
-    auto *label = new QLabel(frame);
+    auto *label = new PlainLabel(frame);
     label->setObjectName(objectName);
-    label->setTextFormat(Qt::PlainText);
     label->setGeometry(place);
     return label;
 }
 
-void showElided(QLabel *label, const QString &text)
+void showElided(PlainLabel *label, const QString &text)
 {
     label->ensurePolished(); // the font comes from the frame's style sheet
     label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()));

@@ -10,7 +10,7 @@
 #include <QFrame>
 #include <QString>
 
-class QLabel;
+class PlainLabel;
 
 class HistoryRowFrame : public QFrame
 {
@@ -23,7 +23,7 @@ public:
     void setTexts(const QString &time, const QString &fileName, const QString &path);
 
 private:
-    QLabel *timeLabel;
-    QLabel *nameLabel;
-    QLabel *pathLabel;
+    PlainLabel *timeLabel;
+    PlainLabel *nameLabel;
+    PlainLabel *pathLabel;
 };

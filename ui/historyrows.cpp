@@ -101,4 +101,7 @@ void HistoryRows::fillRow(int row)
     frame->setTexts(entry.time, entry.fileName, entry.path);
     frames.insert(row, frame);
     table->setCellWidget(row, 0, frame);
+    // The table puts several new widgets in place only after the next paint, or before it at the
+    // cost of a layout of all rows.
+    frame->setGeometry(0, table->rowViewportPosition(row), table->columnWidth(0), rowHeight);
 }

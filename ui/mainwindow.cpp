@@ -6,6 +6,7 @@
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
+#include "ui/historyrows.h"
 
 #include <QCheckBox>
 #include <QIcon>
@@ -43,6 +44,8 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     walle->fallSilent();
+    // A table that is going may still scroll, and would ask this half destroyed window for rows.
+    delete historyRows;
 }
 
 void MainWindow::connectButtons()

@@ -10,6 +10,7 @@
 #include "ui/historyrows.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
+#include "widgets/windowpalette.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -32,6 +33,15 @@ QLabel *addHeadingLabel(QWidget *window, const QRect &place, const QString &styl
     return label;
 }
 
+/// Lets the text of @p heading begin @p pixels from its left edge, as the column's texts do; the
+/// sheet's padding alone would leave it further right.
+void startTextAt(QLabel *heading, int pixels)
+{
+    heading->ensurePolished(); // the padding comes from the sheet
+    heading->setIndent(0);
+    heading->setMargin(pixels - heading->contentsRect().left());
+}
+
 } // namespace
 
 void MainWindow::addHistoryWindow()
@@ -43,6 +53,7 @@ void MainWindow::addHistoryWindow()
     historyWindow->setGeometry((windowSizes[ScreenWidth] - width) / 2,
                                (windowSizes[ScreenHeight] - height) / 2, width, height);
     historyWindow->setFixedSize(width, height);
+    historyWindow->setPalette(windowPalette());
     historyWindow->setStyleSheet(stylesheets::historyWindowBackground());
     addHistoryTitleBar();
     addHistoryTable();

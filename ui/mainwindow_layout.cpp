@@ -8,15 +8,19 @@
 
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
+#include "widgets/windowpalette.h"
 
 #include <QCheckBox>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
+#include <QPainter>
+#include <QPixmap>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 
 namespace
@@ -49,6 +53,20 @@ QPushButton *addFlatButton(QWidget *parent, const QRect &place, const QString &s
     return button;
 }
 
+/// Continues the rows into the spare column, which has no cells, so that their lines end at the
+/// edge of the window.
+class SpareColumnPainter : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &) const override
+    {
+        painter->drawTiledPixmap(option.rect, QPixmap(QStringLiteral(":/images/bk_item")));
+    }
+};
+
 } // namespace
 
 void MainWindow::fillWindowSizes()
@@ -74,6 +92,7 @@ void MainWindow::placeWindow()
                 width, height);
     setFixedSize(width, height);
     setAcceptDrops(true);
+    setPalette(windowPalette());
 }
 
 void MainWindow::addBackground()
@@ -158,6 +177,8 @@ void MainWindow::addMainTable()
     palette.setBrush(QPalette::Base, QColor(255, 255, 255, 0));
     mainTable->setPalette(palette);
     mainTable->setSelectionMode(QAbstractItemView::NoSelection);
+    // The style would not let the spare column be as narrow as it is.
+    mainTable->horizontalHeader()->setMinimumSectionSize(spareColumnWidth);
     mainTable->setColumnWidth(0, entryColumnWidth);
     mainTable->setColumnWidth(1, spareColumnWidth);
     mainTable->setHorizontalHeaderLabels(
@@ -171,6 +192,7 @@ void MainWindow::addMainTable()
     mainTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     mainTable->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mainTable->verticalScrollBar()->setStyleSheet(stylesheets::mainScrollBar());
+    mainTable->setItemDelegateForColumn(1, new SpareColumnPainter(mainTable));
     mainTable->setAutoScroll(false);
 }
 

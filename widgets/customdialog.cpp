@@ -4,7 +4,9 @@
 #include "customdialog.h"
 
 #include "customtitlebar.h"
+#include "messagelabel.h"
 #include "stylesheets.h"
+#include "windowpalette.h"
 
 #include <QIcon>
 #include <QLabel>
@@ -37,6 +39,7 @@ CustomDialog::CustomDialog(QWidget *parent)
 {
     setWindowFlags(Qt::FramelessWindowHint);
     setFixedSize(dialogWidth, dialogHeight);
+    setPalette(windowPalette());
     setStyleSheet(stylesheets::dialogBackground());
 
     addTitleBar();
@@ -162,12 +165,10 @@ QLabel *CustomDialog::addMessageIcon(const QString &sheet)
 QLabel *CustomDialog::addMessageText(const QString &text, const QString &sheet,
                                      Qt::Alignment alignment)
 {
-    auto *label = new QLabel(this);
+    auto *label = new MessageLabel(this);
     label->setObjectName(QStringLiteral("messageText"));
     label->setGeometry(messageTextPlace);
     label->setStyleSheet(sheet);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     label->setAlignment(alignment);
     label->setText(text);
     return label;

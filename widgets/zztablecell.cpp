@@ -4,19 +4,16 @@
 #include "zztablecell.h"
 
 #include "elision.h"
+#include "plainlabel.h"
 #include "stylesheets.h"
 
 #include <QAbstractScrollArea>
 #include <QCheckBox>
 #include <QFileInfo>
-#include <QHelpEvent>
 #include <QIcon>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
-#include <QTextDocument>
-#include <QToolTip>
 
 namespace
 {
@@ -36,59 +33,6 @@ public:
 
 protected:
     bool hitButton(const QPoint &position) const override { return rect().contains(position); }
-};
-
-/// A label that lets the row show through. The row's style sheet has no selector,
-/// so it would else draw the row's image once more in every label, displaced where
-/// the label does not begin at the row's top.
-class RowLabel : public QLabel
-{
-public:
-    explicit RowLabel(QWidget *parent)
-        : QLabel(parent)
-    {
-        setAttribute(Qt::WA_NoSystemBackground);
-        setTextFormat(Qt::PlainText);
-    }
-
-protected:
-    bool event(QEvent *event) override
-    {
-        if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
-            return QLabel::event(event);
-        showPlainToolTip(static_cast<QHelpEvent *>(event)->globalPos());
-        return true;
-    }
-
-    void paintEvent(QPaintEvent *event) override
-    {
-        if (text().contains(QLatin1Char('\n')))
-            paintOnOneLine();
-        else
-            QLabel::paintEvent(event);
-    }
-
-private:
-    // Shown for no widget, because a tip shown for this one would take over the
-    // row's style sheet. A name with HTML in it appears letter by letter.
-    void showPlainToolTip(const QPoint &position) const
-    {
-        QString tip = toolTip();
-        if (Qt::mightBeRichText(tip)) {
-            tip = QStringLiteral("<span style='white-space:pre-wrap'>") + tip.toHtmlEscaped()
-                  + QStringLiteral("</span>");
-        }
-        QToolTip::showText(position, tip);
-    }
-
-    // A file name may hold line feeds, and a row is one line high.
-    void paintOnOneLine()
-    {
-        QPainter painter(this);
-        style()->drawItemText(&painter, contentsRect(),
-                              static_cast<int>(alignment() | Qt::TextSingleLine), palette(),
-                              isEnabled(), text(), foregroundRole());
-    }
 };
 
 /// Fills itself, because its style sheet cannot do that: the row's image would lie
@@ -169,7 +113,7 @@ void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
 
 void ZZTableCell::addIconLabel(const QIcon &icon)
 {
-    auto *label = new RowLabel(this);
+    auto *label = new PlainLabel(this);
     label->setObjectName(QStringLiteral("iconLabel"));
     label->setGeometry(iconPlace);
     label->setPixmap(icon.pixmap(iconPlace.size(), QIcon::Normal, QIcon::Off));
@@ -177,7 +121,7 @@ void ZZTableCell::addIconLabel(const QIcon &icon)
 
 void ZZTableCell::addTextLabel(const QString &objectName, const QRect &place, const QString &text)
 {
-    auto *label = new RowLabel(this);
+    auto *label = new PlainLabel(this);
     label->setObjectName(objectName);
     label->setGeometry(place);
     label->setToolTip(text);

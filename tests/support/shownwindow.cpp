@@ -9,10 +9,12 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QDeadlineTimer>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTableWidget>
+#include <QTimer>
 #include <QWindow>
 #include <QtTest>
 
@@ -116,7 +118,14 @@ bool ShownWindow::settle()
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->setText(uncopied);
     window.copyToClipboardEva();
-    return eventually([&] { return clipboard->text() != uncopied; });
+    // Without QTest's waiting, which rests after every turn: thousands of rows may have to come
+    // through first, each sent when the last has arrived.
+    QTimer alarm;
+    alarm.start(patience);
+    const QDeadlineTimer deadline(patience);
+    while (clipboard->text() == uncopied && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return clipboard->text() != uncopied;
 }
 
 } // namespace testsupport

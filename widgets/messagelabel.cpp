@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "messagelabel.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QStringList>
+#include <QTextLayout>
+
+namespace
+{
+
+/// The line height of the label's style sheet, which Qt does not know for labels.
+constexpr qreal usualPitch = 20;
+/// Kept free above and below, so that a long text does not touch the title strip.
+constexpr int air = 4;
+
+/// @p paragraph in lines of at most @p width pixels.
+QStringList wrapped(const QString &paragraph, const QFont &font, qreal width)
+{
+    QStringList lines;
+    QTextLayout layout(paragraph, font);
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        lines.append(paragraph.mid(line.textStart(), line.textLength()));
+    }
+    layout.endLayout();
+    return lines;
+}
+
+/// As wrapped(), in as many lines but of about the same length: no single word is left over for
+/// the last one.
+QStringList wrappedEvenly(const QString &paragraph, const QFont &font, int width)
+{
+    const int lines = wrapped(paragraph, font, width).size();
+    int narrowest = lines > 1 ? width / lines : width;
+    while (narrowest < width && wrapped(paragraph, font, narrowest).size() > lines)
+        ++narrowest;
+    return wrapped(paragraph, font, narrowest);
+}
+
+} // namespace
+
+MessageLabel::MessageLabel(QWidget *dialog)
+    : QLabel(dialog)
+{
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+}
+
+void MessageLabel::paintEvent(QPaintEvent *)
+{
+    QStringList lines;
+    const QStringList paragraphs = text().split(QLatin1Char('\n'));
+    for (const QString &paragraph : paragraphs)
+        lines += wrappedEvenly(paragraph, font(), width());
+
+    const qreal pitch = qMin(usualPitch, qreal(height() - 2 * air) / lines.size());
+    const bool onTop = (alignment() & Qt::AlignTop) != 0;
+    const qreal top = onTop ? 0 : (height() - pitch * lines.size()) / 2;
+    const QFontMetricsF metrics(font());
+    const qreal firstBaseline = top + (pitch + metrics.ascent() - metrics.descent()) / 2;
+
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    for (int index = 0; index < lines.size(); ++index)
+        painter.drawText(0, qRound(firstBaseline + index * pitch), lines.at(index));
+}

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A label in a table row for text that comes from the user's disk: label and tip
+// show it letter by letter on one line, whatever it contains. It lets the row show
+// through. Lives in the GUI thread and belongs to its row.
+
+#pragma once
+
+#include <QLabel>
+
+class PlainLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit PlainLabel(QWidget *row);
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void showPlainToolTip(const QPoint &position) const;
+    void paintOnOneLine();
+};
