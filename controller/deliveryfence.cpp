@@ -7,14 +7,12 @@
 #include <QMutexLocker>
 #include <QThread>
 
-DeliveryFence::DeliveryFence(QObject *parent)
-    : QObject(parent)
+DeliveryFence::DeliveryFence(QObject *parent) : QObject(parent)
 {
     connect(this, &DeliveryFence::passed, this, &DeliveryFence::notePassed, Qt::QueuedConnection);
 }
 
-DeliveryFence::Emission::Emission(DeliveryFence &owner)
-    : fence(owner)
+DeliveryFence::Emission::Emission(DeliveryFence &owner) : fence(owner)
 {
     ++fence.undelivered;
 }
@@ -28,30 +26,19 @@ DeliveryFence::Emission::~Emission()
 
 void DeliveryFence::deliverPending()
 {
-    if (isClear())
-        return;
-    setDelivering(true);
-    // Only calls are delivered, no input: nobody can click in between.
+    // Only calls are delivered, no input: nobody can click in between. Qt ends a delivery at the
+    // calls that were there when it began, so what is emitted after the last bracket stays out.
     while (!isClear()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         QThread::yieldCurrentThread();
     }
-    setDelivering(false);
 }
 
 void DeliveryFence::waitUntilDelivered()
 {
     const QMutexLocker locker(&mutex);
-    while (!isClear() || delivering)
+    while (!isClear())
         cleared.wait(&mutex);
-}
-
-void DeliveryFence::setDelivering(bool value)
-{
-    const QMutexLocker locker(&mutex);
-    delivering = value;
-    if (!delivering)
-        cleared.wakeAll();
 }
 
 void DeliveryFence::notePassed()

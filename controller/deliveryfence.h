@@ -42,8 +42,7 @@ public:
     bool isClear() const { return undelivered == 0; }
     /// GUI thread: delivers what is on its way to the GUI thread's objects until isClear().
     void deliverPending();
-    /// Any other thread: returns when the GUI thread has delivered everything and is no longer
-    /// inside deliverPending(), which would also deliver what is emitted next.
+    /// Any other thread: returns when the GUI thread has delivered everything.
     void waitUntilDelivered();
 
 signals:
@@ -51,11 +50,9 @@ signals:
     void passed();
 
 private:
-    void setDelivering(bool value);
     void notePassed();
 
     std::atomic<int> undelivered{0};
-    bool delivering = false; ///< guarded by mutex
-    QMutex mutex;            ///< guards the wait for undelivered to reach 0 and delivering to end
+    QMutex mutex; ///< guards the wait for undelivered to reach 0
     QWaitCondition cleared;
 };

@@ -14,6 +14,9 @@
 
 RejectReasons Walle::admitPath(const QString &path)
 {
+    // Asked once before the lock: a disk that has to spin up, or a server that does not answer,
+    // keeps this thread waiting but not the GUI thread, which needs the lock while a run goes on.
+    QFileInfo::exists(path);
     std::optional<DeliveryFence::Emission> emission;
     {
         const QMutexLocker locker(&jobMutex);

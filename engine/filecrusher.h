@@ -20,6 +20,7 @@
 
 #include "engine/blockfiller.h"
 
+#include <QByteArray>
 #include <QFileInfo>
 #include <QList>
 #include <QMutex>
@@ -29,6 +30,8 @@
 
 #include <atomic>
 #include <cstdio>
+
+class HeldTree;
 
 /// Results of the shredding routines: these, 0 for nothing to do, or the bytes overwritten.
 namespace CrushResult
@@ -105,10 +108,18 @@ private:
     void overwriteFileInTree(std::FILE *stream, quint64 size, quint64 totalBytes, quint64 doneBytes,
                              const QString &topDirectory);
 
-    bool walkTree(QStringList &directories, quint64 totalBytes);
-    bool shredEntries(const QList<QFileInfo> &entries, QStringList &directories, quint64 totalBytes,
-                      quint64 &doneBytes);
-    bool removeDirectories(const QStringList &directories);
+    /// Where a file is: the open folder that holds it, its name there, its path in reports.
+    struct FilePlace {
+        int directory;
+        QByteArray name;
+        QString path;
+    };
+
+    qint64 shredTreeFile(const FilePlace &place, quint64 totalBytes, quint64 doneBytes,
+                         const QString &topDirectory);
+    bool walkTree(HeldTree &tree, quint64 totalBytes);
+    bool shredEntries(HeldTree &tree, int index, quint64 totalBytes, quint64 &doneBytes);
+    bool removeDirectories(HeldTree &tree);
 
     QStringList pathQueue; ///< guarded by queueMutex
     /// Nothing clears it: the thread lives until the process ends.

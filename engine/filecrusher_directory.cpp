@@ -7,74 +7,38 @@
 // fails does not end the walk; it shows when its directory cannot be removed.
 
 #include "engine/filecrusher.h"
+#include "engine/heldtree.h"
 
-#include <QDir>
-
-#include <cstring>
-#include <memory>
-
-#include <dirent.h>
-
-namespace
-{
-
-struct DirectoryCloser {
-    void operator()(DIR *directory) const { ::closedir(directory); }
-};
-
-/// "." and ".." are left out whatever type the file system reports for them: walking into
-/// ".." would leave the tree.
-bool isSelfOrParent(const char *name)
-{
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
-/// True for "name/" where name is a link to a directory: the slash makes the system look
-/// through the link, and the walk would empty a directory that nobody chose.
-bool isLinkBehindSlash(QString path)
-{
-    while (path.size() > 1 && path.endsWith(QLatin1Char('/')))
-        path.chop(1);
-    return QFileInfo(path).isSymLink();
-}
-
-} // namespace
+#include <fcntl.h>
 
 QList<QFileInfo> FileCrusher::listDirectory(const char *path)
 {
     QList<QFileInfo> entries;
     if (path == nullptr)
         return entries;
-    const QString directory = QString::fromUtf8(path);
-    if (!QFileInfo(directory).isDir())
-        return entries;
-    const std::unique_ptr<DIR, DirectoryCloser> stream(::opendir(path));
-    if (!stream)
-        return entries;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the stream is this call's own
-    while (const dirent *entry = ::readdir(stream.get())) {
-        if (!isSelfOrParent(entry->d_name)) {
-            const QString name = QString::fromUtf8(entry->d_name);
-            entries.append(QFileInfo(directory + QLatin1Char('/') + name));
-        }
-    }
+    const Descriptor directory(::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const QString prefix = QString::fromUtf8(path) + QLatin1Char('/');
+    const QList<QByteArray> names = namesIn(directory.get());
+    for (const QByteArray &name : names)
+        entries.append(QFileInfo(prefix + QString::fromUtf8(name)));
     return entries;
 }
 
 quint64 FileCrusher::directorySize(const char *path)
 {
-    const QString top = QString::fromUtf8(path);
-    if (!QFileInfo(top).isDir() || !QDir(top).exists())
-        return 0;
+    HeldTree tree(QString::fromUtf8(path));
     quint64 bytes = 0;
-    QStringList directories{top};
-    for (int index = 0; index < directories.size(); ++index) {
-        const QList<QFileInfo> entries = listDirectory(directories.at(index).toUtf8().constData());
-        for (const QFileInfo &entry : entries) {
-            if (entry.isSymLink() || entry.isFile())
-                bytes += static_cast<quint64>(entry.size());
-            else if (entry.isDir())
-                directories.append(entry.absoluteFilePath());
+    for (int index = 0; tree.isOpen() && index < tree.size(); ++index) {
+        const int directory = tree.descriptorOf(index);
+        const QList<QByteArray> names = namesIn(directory);
+        for (const QByteArray &name : names) {
+            if (!isUtf8(name))
+                continue;
+            const EntryState state = lookAt(directory, name);
+            if (state.kind == EntryKind::Link || state.kind == EntryKind::File)
+                bytes += sizeThrough(directory, name);
+            else if (state.kind == EntryKind::Directory)
+                tree.append(index, name, state.identity);
         }
     }
     return bytes;
@@ -85,57 +49,60 @@ qint64 FileCrusher::shredDirectory(const char *path)
     if (path == nullptr)
         return CrushResult::NullPath;
     const QString topDirectory = QString::fromUtf8(path);
-    if (!QFileInfo(topDirectory).isDir() || isLinkBehindSlash(topDirectory))
+    if (!QFileInfo(topDirectory).isDir())
         return CrushResult::DirectoryFailed;
     const quint64 totalBytes = directorySize(path);
-    if (!QDir(topDirectory).exists())
+    if (!QFileInfo::exists(topDirectory))
         return CrushResult::NoSuchDirectory;
+    // A link to a directory is none, also where a slash behind its name hides that.
+    HeldTree tree(topDirectory);
+    if (!tree.isOpen())
+        return CrushResult::DirectoryFailed;
 
-    QStringList directories{topDirectory};
-    if (!walkTree(directories, totalBytes)) {
+    if (!walkTree(tree, totalBytes)) {
         emit finishPercent(topDirectory, 0);
         return CrushResult::Stopped;
     }
-    if (!removeDirectories(directories))
+    if (!removeDirectories(tree))
         return CrushResult::DirectoryFailed;
     emit finishPercent(topDirectory, 100);
     emit addToHistory(topDirectory);
     return CrushResult::Success;
 }
 
-/// Empties the tree whose top is the only element of @p directories, to which every directory
-/// found is appended. False as soon as a stop is requested; the request is left standing.
-bool FileCrusher::walkTree(QStringList &directories, quint64 totalBytes)
+/// Empties @p tree, which so far knows its top only; every directory found is added to it. False
+/// as soon as a stop is requested; the request is left standing.
+bool FileCrusher::walkTree(HeldTree &tree, quint64 totalBytes)
 {
     quint64 doneBytes = 0;
-    for (int index = 0; index < directories.size(); ++index) {
-        if (stopRequested)
-            return false;
-        const QList<QFileInfo> entries = listDirectory(directories.at(index).toUtf8().constData());
-        if (!shredEntries(entries, directories, totalBytes, doneBytes))
+    for (int index = 0; index < tree.size(); ++index) {
+        if (stopRequested || !shredEntries(tree, index, totalBytes, doneBytes))
             return false;
     }
     return !stopRequested;
 }
 
-/// Shreds the files and removes the links among @p entries and appends the directories among
-/// them to @p directories. False as soon as a stop is requested.
-bool FileCrusher::shredEntries(const QList<QFileInfo> &entries, QStringList &directories,
-                               quint64 totalBytes, quint64 &doneBytes)
+/// Shreds the files and removes the links of directory @p index and adds the directories in it
+/// to @p tree. False as soon as a stop is requested.
+bool FileCrusher::shredEntries(HeldTree &tree, int index, quint64 totalBytes, quint64 &doneBytes)
 {
-    const QString topDirectory = directories.first();
-    for (const QFileInfo &entry : entries) {
+    const int directory = tree.descriptorOf(index);
+    const QList<QByteArray> names = namesIn(directory);
+    for (const QByteArray &name : names) {
         if (stopRequested)
             return false;
-        const QString path = entry.absoluteFilePath();
-        if (entry.isSymLink()) {
-            if (QDir().remove(path))
+        if (!isUtf8(name))
+            continue;
+        const EntryState state = lookAt(directory, name);
+        const QString path = tree.pathOf(index, QString::fromUtf8(name));
+        if (state.kind == EntryKind::Link) {
+            if (removeNameIn(directory, name))
                 emit addToHistory(path);
-        } else if (entry.isDir()) {
-            directories.append(path);
-        } else if (entry.isFile()) {
-            const qint64 result = shredFileInDirectory(path.toUtf8().constData(), totalBytes,
-                                                       doneBytes, topDirectory);
+        } else if (state.kind == EntryKind::Directory) {
+            tree.append(index, name, state.identity);
+        } else if (state.kind == EntryKind::File) {
+            const qint64 result = shredTreeFile(FilePlace{directory, name, path}, totalBytes,
+                                                doneBytes, tree.pathOf(0));
             // The share done is kept in the low 32 bits of each result; a failure counts as 0.
             const auto bytes = static_cast<qint32>(static_cast<quint32>(result));
             doneBytes += static_cast<quint64>(qMax(0, bytes));
@@ -145,13 +112,15 @@ bool FileCrusher::shredEntries(const QList<QFileInfo> &entries, QStringList &dir
     return true;
 }
 
-bool FileCrusher::removeDirectories(const QStringList &directories)
+/// Removes the directories, emptied by then, from the one found last back to the top. The first
+/// that does not go ends it.
+bool FileCrusher::removeDirectories(HeldTree &tree)
 {
-    for (int index = directories.size() - 1; index >= 0; --index) {
-        if (!QDir().rmdir(directories.at(index)))
+    for (int index = tree.size() - 1; index >= 0; --index) {
+        if (!tree.remove(index))
             return false;
         if (index > 0)
-            emit addToHistory(directories.at(index));
+            emit addToHistory(tree.pathOf(index));
     }
     return true;
 }

@@ -7,9 +7,8 @@
 // it wants it gone.
 
 #include "engine/filecrusher.h"
+#include "engine/helddirectory.h"
 #include "engine/shredprogress.h"
-
-#include <QDir>
 
 #include <array>
 #include <cstdio>
@@ -59,11 +58,6 @@ void closeStream(std::FILE *stream)
     static_cast<void>(std::fclose(stream));
 }
 
-bool removeName(const char *path)
-{
-    return std::remove(path) == 0;
-}
-
 } // namespace
 
 void FileCrusher::fillRandom(char *buffer, std::size_t count)
@@ -85,8 +79,10 @@ qint64 FileCrusher::shredFile(const char *path)
         return CrushResult::NullPath;
     const QString name = QString::fromUtf8(path);
     const QFileInfo info(name);
+    const HeldPlace place{QByteArray(path)};
     if (info.isSymLink()) {
-        if (!QDir(info.path()).remove(info.absoluteFilePath()))
+        if (lookAt(place.directory(), place.name()).kind != EntryKind::Link
+            || !removeNameIn(place.directory(), place.name()))
             return CrushResult::LinkFailed;
         emit addToHistory(name);
         // Asked only now that the link is gone: 0, so that no size of a target, 255 bytes say,
@@ -98,13 +94,13 @@ qint64 FileCrusher::shredFile(const char *path)
     if (info.isDir())
         return CrushResult::WrongKind;
     if (info.size() == 0) {
-        if (!removeName(path))
+        if (!removeNameIn(place.directory(), place.name()))
             return CrushResult::RemoveFailed;
         emit addToHistory(name);
         return CrushResult::Success;
     }
 
-    std::FILE *stream = std::fopen(path, "r+e");
+    std::FILE *stream = openForOverwriting(place.directory(), place.name());
     if (stream == nullptr)
         return CrushResult::OpenFailed;
     // A file whose size turns out unusable keeps its stream open, on purpose: nothing that was
@@ -116,10 +112,15 @@ qint64 FileCrusher::shredFile(const char *path)
         return CrushResult::SizeVanished;
     if (size < 0)
         return CrushResult::SizeNegative;
+    if (size != sizeOf(stream)) {
+        // The path leads to another file by now; that one's size says nothing about this one.
+        closeStream(stream);
+        return CrushResult::SizeUnusable;
+    }
 
     overwriteLoneFile(stream, static_cast<quint64>(size), name);
     closeStream(stream);
-    if (!removeName(path))
+    if (!removeNameIn(place.directory(), place.name()))
         return CrushResult::RemoveFailed;
     emit addToHistory(name);
     return size;
@@ -152,32 +153,42 @@ qint64 FileCrusher::shredFileInDirectory(const char *path, quint64 totalBytes, q
         return CrushResult::NullPath;
     if (topDirectory.isEmpty())
         return CrushResult::WrongKind;
-    const QString name = QString::fromUtf8(path);
-    const QFileInfo info(name);
-    if (!info.exists())
+    const HeldPlace place{QByteArray(path)};
+    return shredTreeFile(FilePlace{place.directory(), place.name(), QString::fromUtf8(path)},
+                         totalBytes, doneBytes, topDirectory);
+}
+
+qint64 FileCrusher::shredTreeFile(const FilePlace &place, quint64 totalBytes, quint64 doneBytes,
+                                  const QString &topDirectory)
+{
+    if (lookAt(place.directory, place.name).kind == EntryKind::Missing)
         return CrushResult::Success;
     if (totalBytes == 0) {
-        if (!removeName(path))
+        if (!removeNameIn(place.directory, place.name))
             return CrushResult::RemoveFailed;
-        emit addToHistory(info.absoluteFilePath());
+        emit addToHistory(QFileInfo(place.path).absoluteFilePath());
         return CrushResult::Success;
     }
 
-    std::FILE *stream = std::fopen(path, "r+e");
+    std::FILE *stream = openForOverwriting(place.directory, place.name);
     if (stream == nullptr)
         return CrushResult::OpenFailed;
-    const qint64 size = statSize(path);
+    const qint64 size = statSize(place.path.toUtf8().constData());
     if (size < 0)
         return CrushResult::SizeUnusable; // the stream stays open, as in shredFile()
+    if (size != sizeOf(stream)) {
+        closeStream(stream);
+        return CrushResult::SizeUnusable;
+    }
 
     overwriteFileInTree(stream, static_cast<quint64>(size), totalBytes, doneBytes, topDirectory);
     closeStream(stream);
-    if (!removeName(path))
+    if (!removeNameIn(place.directory, place.name))
         return CrushResult::RemoveFailed;
     const quint64 done = doneBytes + static_cast<quint64>(size);
     emit finishPercent(topDirectory,
                        static_cast<int>(shredprogress::treePercent(done, totalBytes)));
-    emit addToHistory(name);
+    emit addToHistory(place.path);
     return size;
 }
 

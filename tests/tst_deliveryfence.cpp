@@ -159,7 +159,7 @@ void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
 {
     constexpr int fewMilliseconds = 200;
     DeliveryFence fence;
-    QSemaphore opened;
+    QSemaphore underWay;
     QSemaphore reportPosted;
     bool within = false;
     bool reportedWithin = false;
@@ -167,9 +167,9 @@ void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
     std::thread other([&] {
         {
             const DeliveryFence::Emission emission(fence);
-            opened.release();
         }
         callLater([&] { reportPosted.tryAcquire(1, fewMilliseconds); });
+        underWay.release();
         fence.waitUntilDelivered();
         callLater([&] {
             reportedWithin = within;
@@ -177,7 +177,7 @@ void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
         });
         reportPosted.release();
     });
-    opened.acquire();
+    underWay.acquire();
     within = true;
     fence.deliverPending();
     within = false;

@@ -133,7 +133,7 @@ void TestEndToEndProcess::closingDuringARunEndsTheProgram()
 void TestEndToEndProcess::openReportKeepsTheMainWindowOpen()
 {
     QVERIFY(openWith());
-    shredder->drop({tree->path(QStringLiteral("nothing"))});
+    QVERIFY(shredder->drop({tree->path(QStringLiteral("nothing"))}));
     QVERIFY(shredder->waitForDialog().has_value());
     // The report is modal: the window behind it takes no press and no request to
     // close, and the user is not left without an answer.

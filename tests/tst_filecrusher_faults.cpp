@@ -20,6 +20,7 @@
 #include <optional>
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using testsupport::entryExists;
@@ -33,11 +34,11 @@ namespace
 
 /// What happens to the calls; as it stands they are only counted.
 struct Interception {
-    int opened = 0;
+    int openedForWriting = 0;
     bool statFails = false;
     std::optional<off_t> size;
     bool typesUnknown = false;
-    std::function<bool(const QString &)> opendirWorks; ///< called before the folder is opened
+    std::function<bool(const QString &)> readingWorks; ///< called before a folder is read
 };
 
 Interception interception;
@@ -46,24 +47,34 @@ Interception interception;
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses these names
 extern "C" {
-std::FILE *__real_fopen(const char *path, const char *mode);
-DIR *__real_opendir(const char *path);
+DIR *__real_fdopendir(int folder);
+int __real_fstat(int file, struct stat *status);
+int __real_openat(int folder, const char *name, int flags, ...);
 dirent *__real_readdir(DIR *stream);
 int __real_stat(const char *path, struct stat *status);
 
-std::FILE *__wrap_fopen(const char *path, const char *mode)
+int __wrap_openat(int folder, const char *name, int flags, ...)
 {
-    ++interception.opened;
-    return __real_fopen(path, mode);
+    if ((flags & O_ACCMODE) != O_RDONLY)
+        ++interception.openedForWriting;
+    return __real_openat(folder, name, flags);
 }
 
-DIR *__wrap_opendir(const char *path)
+DIR *__wrap_fdopendir(int folder)
 {
-    if (interception.opendirWorks && !interception.opendirWorks(QString::fromUtf8(path))) {
+    if (interception.readingWorks && !interception.readingWorks(testsupport::pathOf(folder))) {
         errno = EMFILE;
         return nullptr;
     }
-    return __real_opendir(path);
+    return __real_fdopendir(folder);
+}
+
+int __wrap_fstat(int file, struct stat *status)
+{
+    const int result = __real_fstat(file, status);
+    if (interception.size)
+        status->st_size = *interception.size;
+    return result;
 }
 
 dirent *__wrap_readdir(DIR *stream)
@@ -182,7 +193,7 @@ void TestFileCrusherFaults::emptyFileIsNotOpened()
     const QString file = tree->makeFile(QStringLiteral("file"), 0);
     QCOMPARE(shredFile(file), qint64{0});
     QVERIFY(!entryExists(file));
-    QCOMPARE(interception.opened, 0);
+    QCOMPARE(interception.openedForWriting, 0);
 }
 
 void TestFileCrusherFaults::treeOfEmptyFilesIsNotOpened()
@@ -192,13 +203,13 @@ void TestFileCrusherFaults::treeOfEmptyFilesIsNotOpened()
     tree->makeFile(QStringLiteral("top/folder/two"), 0);
     QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
-    QCOMPARE(interception.opened, 0);
+    QCOMPARE(interception.openedForWriting, 0);
 }
 
 void TestFileCrusherFaults::folderThatVanishesBeforeTheWalkIsMissing()
 {
     const QString top = tree->makeFolder(QStringLiteral("top"));
-    interception.opendirWorks = [](const QString &path) { return QDir().rmdir(path); };
+    interception.readingWorks = [](const QString &path) { return QDir().rmdir(path); };
     QCOMPARE(shredFolder(top), qint64{-2});
     QCOMPARE(log->records(), SignalRecords());
 }
@@ -207,7 +218,7 @@ void TestFileCrusherFaults::folderThatCannotBeReadKeepsItsContents()
 {
     const QString top = tree->makeFolder(QStringLiteral("top"));
     const QString kept = tree->makeFile(QStringLiteral("top/folder/kept"), 10);
-    interception.opendirWorks = [&top](const QString &path) { return path == top; };
+    interception.readingWorks = [&top](const QString &path) { return path == top; };
     QCOMPARE(shredFolder(top), qint64{-3});
     QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
     QCOMPARE(log->records(), SignalRecords());

@@ -33,6 +33,7 @@ private slots:
     void requestDuringTheWalkLeavesTheRest_data();
     void requestDuringTheWalkLeavesTheRest();
     void requestAfterALinkLeavesTheRest();
+    void requestAfterTheLastEntryLeavesTheFolders();
     void requestInsideAFileHoldsAfterThatFile();
     void requestDuringTheRemovalOfFoldersComesTooLate();
     void requestTakenBackHoldsUpNothing();
@@ -146,6 +147,17 @@ void TestFileCrusherStop::requestAfterALinkLeavesTheRest()
     QCOMPARE(log->records(),
              (SignalRecords{{"addToHistory", {link}}, {"finishPercent", {top, 0}}}));
     QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
+}
+
+void TestFileCrusherStop::requestAfterTheLastEntryLeavesTheFolders()
+{
+    const QString file = tree->makeFile(QStringLiteral("top/folder/file"), 10);
+    stopAt("addToHistory", 1);
+    QCOMPARE(shred(), qint64{255});
+    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 100}},
+                                            {"addToHistory", {file}},
+                                            {"finishPercent", {top, 0}}}));
+    QVERIFY(entryExists(QFileInfo(file).path()));
 }
 
 void TestFileCrusherStop::requestInsideAFileHoldsAfterThatFile()

@@ -20,6 +20,7 @@
 #include <optional>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using testsupport::entryExists;
 using testsupport::expectedBytes;
@@ -49,9 +50,10 @@ Interception interception;
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses these names
 extern "C" {
 std::size_t __real_fwrite(const void *bytes, std::size_t size, std::size_t count, std::FILE *file);
-int __real_remove(const char *path);
+int __real_fstat(int file, struct stat *status);
 int __real_stat(const char *path, struct stat *status);
 std::time_t __real_time(std::time_t *result);
+int __real_unlinkat(int folder, const char *name, int flags);
 
 std::size_t __wrap_fwrite(const void *bytes, std::size_t size, std::size_t count, std::FILE *file)
 {
@@ -62,14 +64,23 @@ std::size_t __wrap_fwrite(const void *bytes, std::size_t size, std::size_t count
     return 0;
 }
 
-int __wrap_remove(const char *path)
+int __wrap_unlinkat(int folder, const char *name, int flags)
 {
     if (interception.beforeRemove)
-        interception.beforeRemove(QString::fromUtf8(path));
+        interception.beforeRemove(testsupport::pathOf(folder) + QLatin1Char('/')
+                                  + QString::fromUtf8(name));
     if (!interception.removeFails)
-        return __real_remove(path);
+        return __real_unlinkat(folder, name, flags);
     errno = EPERM;
     return -1;
+}
+
+int __wrap_fstat(int file, struct stat *status)
+{
+    const int result = __real_fstat(file, status);
+    if (interception.size)
+        status->st_size = *interception.size;
+    return result;
 }
 
 int __wrap_stat(const char *path, struct stat *status)

@@ -50,7 +50,8 @@ int __wrap_fcntl(int fd, int command, ...)
 namespace
 {
 
-/// A process that tries to become the instance and then lives as long as the object.
+/// A process that tries to become the instance and then lives as long as the object. The one
+/// started last has to end first: it inherits what keeps the others alive.
 class Instance
 {
 public:
@@ -72,9 +73,11 @@ public:
         ::close(answer[1]);
         ::close(life[0]);
         lifeline = life[1];
-        char byte = 0;
-        answered = ::read(answer[0], &byte, 1) == 1;
-        result = answered ? byte : -1;
+        char bytes[2] = {};
+        if (::read(answer[0], bytes, sizeof bytes) == sizeof bytes) {
+            result = bytes[0];
+            openFile = bytes[1] != 0;
+        }
         ::close(answer[0]);
     }
     ~Instance() { end(); }
@@ -84,6 +87,8 @@ public:
     pid_t pid() const { return process; }
     /// What acquireInstanceLock() returned; -1 when it ended the process.
     int lockResult() const { return result; }
+    /// Whether the process still has the file open.
+    bool keepsFileOpen() const { return openFile; }
     /// Ends the process, if it has not ended itself, and returns its exit status.
     int end()
     {
@@ -98,17 +103,27 @@ public:
     }
 
 private:
+    static int firstFreeDescriptor(int anyOpen)
+    {
+        const int fd = ::dup(anyOpen);
+        ::close(fd);
+        return fd;
+    }
+
     [[noreturn]] static void live(const QString &lockPath, int answer, int life)
     {
-        char byte = static_cast<char>(instancelock::acquireInstanceLock(lockPath));
-        if (::write(answer, &byte, 1) == 1)
-            static_cast<void>(::read(life, &byte, 1) == 0);
+        const int before = firstFreeDescriptor(life);
+        const int lockResult = instancelock::acquireInstanceLock(lockPath);
+        const bool open = firstFreeDescriptor(life) != before;
+        char bytes[2] = {static_cast<char>(lockResult), static_cast<char>(open)};
+        if (::write(answer, bytes, sizeof bytes) == sizeof bytes)
+            static_cast<void>(::read(life, bytes, 1) == 0);
         ::_exit(0);
     }
 
     pid_t process = -1;
     int lifeline = -1;
-    bool answered = false;
+    bool openFile = false;
     bool ended = false;
     int result = -1;
     int status = -1;
@@ -181,6 +196,8 @@ void TestInstanceLock::secondInstanceIsTurnedAwayAndChangesNothing()
     QCOMPARE(first.lockResult(), instancelock::Acquired);
     QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
+    QVERIFY(first.keepsFileOpen());
+    QVERIFY(!second.keepsFileOpen());
 }
 
 void TestInstanceLock::thirdInstanceIsTurnedAwayAfterTheSecondEnded()

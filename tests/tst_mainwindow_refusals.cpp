@@ -8,13 +8,12 @@
 #include "temporarytree.h"
 #include "windowtestmain.h"
 
+#include <QFile>
 #include <QMimeData>
 #include <QTableWidget>
 #include <QtTest>
 
 #include <memory>
-
-#include <sys/stat.h>
 
 using testsupport::Answer;
 using testsupport::DialogDriver;
@@ -119,8 +118,11 @@ void TestMainWindowRefusals::rowTooManyIsReported()
 void TestMainWindowRefusals::forbiddenFileIsReported()
 {
     const QString readOnly = tree->makeFile(QStringLiteral("file"), 1);
-    QVERIFY(::chmod(readOnly.toUtf8().constData(), S_IRUSR | S_IRGRP | S_IROTH) == 0);
-    QVERIFY(::chmod(tree->path().toUtf8().constData(), S_IRWXU | S_IRWXO) == 0);
+    constexpr auto everybodyReads = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    constexpr auto everybodyEnters =
+        everybodyReads | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+    QVERIFY(QFile::setPermissions(readOnly, everybodyReads));
+    QVERIFY(QFile::setPermissions(tree->path(), everybodyEnters | QFile::WriteOwner));
     const OrdinaryUser user;
     QCOMPARE(reportOf({readOnly}), QStringList(QStringLiteral("文件或目录没有读写权限")));
     QCOMPARE(window->table()->rowCount(), 0);

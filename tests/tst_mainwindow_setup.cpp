@@ -8,6 +8,7 @@
 #include "windowtestmain.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTableWidget>
@@ -20,13 +21,19 @@ class TestMainWindowSetup : public QObject
     Q_OBJECT
 
 private slots:
+    void cleanup() { QApplication::setFont(usualFont); }
+
     void buttonsAreFlatAndTakeNoFocus_data();
     void buttonsAreFlatAndTakeNoFocus();
     void mainTableIsSetUpForRows();
     void historyTableIsSetUpForRows();
+    void rowsKeepTheirHeightWithALargeFont();
     void historyWindowIsAWindowOfItsOwn();
     void buttonsWithoutWordsHaveNames_data();
     void buttonsWithoutWordsHaveNames();
+
+private:
+    const QFont usualFont = QApplication::font();
 };
 
 void TestMainWindowSetup::buttonsAreFlatAndTakeNoFocus_data()
@@ -100,6 +107,19 @@ void TestMainWindowSetup::historyTableIsSetUpForRows()
     QCOMPARE(table->model()->headerData(0, Qt::Horizontal).toString(), QString());
     QCOMPARE(table->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     QCOMPARE(table->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+}
+
+void TestMainWindowSetup::rowsKeepTheirHeightWithALargeFont()
+{
+    QFont large = usualFont;
+    large.setPixelSize(48);
+    QApplication::setFont(large);
+    ShownWindow window;
+    window->addRowToMainTableEva(QStringLiteral("/a"));
+    window->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"), QStringLiteral("p"));
+    QCOMPARE(window.table()->rowHeight(0), 30);
+    QCOMPARE(window.table()->columnWidth(1), 20);
+    QCOMPARE(window.find<QTableWidget>("historyTable")->rowHeight(0), 30);
 }
 
 void TestMainWindowSetup::historyWindowIsAWindowOfItsOwn()

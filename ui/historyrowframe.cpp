@@ -17,6 +17,8 @@ constexpr int rowFrameHeight = 30;
 constexpr QRect timePlace(2, 0, 150, rowFrameHeight);
 constexpr QRect namePlace(154, 0, 200, rowFrameHeight);
 constexpr int pathLeft = 356;
+/// Sets the first column off the border of the window.
+constexpr int timeIndent = 13;
 constexpr QRect pathPlace(pathLeft, 0, rowFrameWidth - pathLeft, rowFrameHeight);
 
 PlainLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &place)
@@ -42,6 +44,7 @@ HistoryRowFrame::HistoryRowFrame(QWidget *parent)
     , nameLabel(addLabel(this, QStringLiteral("nameLabel"), namePlace))
     , pathLabel(addLabel(this, QStringLiteral("pathLabel"), pathPlace))
 {
+    timeLabel->setIndent(timeIndent);
     resize(rowFrameWidth, rowFrameHeight);
     setStyleSheet(stylesheets::row());
 }

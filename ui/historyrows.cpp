@@ -26,6 +26,7 @@ HistoryRows::HistoryRows(QTableWidget *owner, QWidget *parentOfFrames)
     , table(owner)
     , frameParent(parentOfFrames)
 {
+    table->verticalHeader()->setMinimumSectionSize(0); // a large font would make rows higher
     // Deferred layout: a header that knows its height beforehand measures no rows.
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
     showTimer.setSingleShot(true);

@@ -7,10 +7,10 @@
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
+#include "ui/headings.h"
 #include "ui/historyrows.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
-#include "widgets/windowpalette.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -33,15 +33,6 @@ QLabel *addHeadingLabel(QWidget *window, const QRect &place, const QString &styl
     return label;
 }
 
-/// Lets the text of @p heading begin @p pixels from its left edge, as the column's texts do; the
-/// sheet's padding alone would leave it further right.
-void startTextAt(QLabel *heading, int pixels)
-{
-    heading->ensurePolished(); // the padding comes from the sheet
-    heading->setIndent(0);
-    heading->setMargin(pixels - heading->contentsRect().left());
-}
-
 } // namespace
 
 void MainWindow::addHistoryWindow()
@@ -53,7 +44,6 @@ void MainWindow::addHistoryWindow()
     historyWindow->setGeometry((windowSizes[ScreenWidth] - width) / 2,
                                (windowSizes[ScreenHeight] - height) / 2, width, height);
     historyWindow->setFixedSize(width, height);
-    historyWindow->setPalette(windowPalette());
     historyWindow->setStyleSheet(stylesheets::historyWindowBackground());
     addHistoryTitleBar();
     addHistoryTable();
@@ -136,14 +126,22 @@ void MainWindow::addHistoryHeading()
     constexpr QRect pathPlace(351, 41, 348, 26);
     constexpr QRect firstSeparatorPlace(151, 41, 6, 26);
     constexpr QRect secondSeparatorPlace(351, 41, 6, 26);
+    constexpr int timeTextLeft = 15;
+    constexpr int nameTextLeft = 4;
+    constexpr int pathTextLeft = 6;
 
-    addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(), QStringLiteral("日期"))
-        ->setObjectName(QStringLiteral("historyTimeHeading"));
-    addHeadingLabel(historyWindow, namePlace, stylesheets::laterHeading(),
-                    QStringLiteral("已粉碎文件或目录名"))
-        ->setObjectName(QStringLiteral("historyNameHeading"));
-    addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(), QStringLiteral("路径"))
-        ->setObjectName(QStringLiteral("historyPathHeading"));
+    QLabel *time = addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(),
+                                   QStringLiteral("日期"));
+    time->setObjectName(QStringLiteral("historyTimeHeading"));
+    startTextAt(time, timeTextLeft);
+    QLabel *name = addHeadingLabel(historyWindow, namePlace, stylesheets::laterHeading(),
+                                   QStringLiteral("已粉碎文件或目录名"));
+    name->setObjectName(QStringLiteral("historyNameHeading"));
+    startTextAt(name, nameTextLeft);
+    QLabel *path = addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(),
+                                   QStringLiteral("路径"));
+    path->setObjectName(QStringLiteral("historyPathHeading"));
+    startTextAt(path, pathTextLeft);
     addHeadingLabel(historyWindow, firstSeparatorPlace, stylesheets::headingSeparator())
         ->setObjectName(QStringLiteral("historyNameSeparator"));
     addHeadingLabel(historyWindow, secondSeparatorPlace, stylesheets::headingSeparator())

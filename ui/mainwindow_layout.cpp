@@ -6,6 +6,7 @@
 
 #include "ui/mainwindow.h"
 
+#include "ui/headings.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
 #include "widgets/windowpalette.h"
@@ -20,6 +21,8 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QStyledItemDelegate>
 #include <QTableWidget>
 
@@ -52,6 +55,25 @@ QPushButton *addFlatButton(QWidget *parent, const QRect &place, const QString &s
     button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
+
+/// Draws its handle only. For a scroll bar whose sheet says "background:none", Qt fills the trough
+/// with the desktop's window colour, which makes the handle hard to see, or a dark bar beside it.
+class TroughlessScrollBar : public QScrollBar
+{
+public:
+    using QScrollBar::QScrollBar;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        QStyleOptionSlider option;
+        initStyleOption(&option);
+        option.rect = style()->subControlRect(QStyle::CC_ScrollBar, &option,
+                                              QStyle::SC_ScrollBarSlider, this);
+        style()->drawControl(QStyle::CE_ScrollBarSlider, &option, &painter, this);
+    }
+};
 
 /// Continues the rows into the spare column, which has no cells, so that their lines end at the
 /// edge of the window.
@@ -92,7 +114,6 @@ void MainWindow::placeWindow()
                 width, height);
     setFixedSize(width, height);
     setAcceptDrops(true);
-    setPalette(windowPalette());
 }
 
 void MainWindow::addBackground()
@@ -163,6 +184,7 @@ void MainWindow::addMainTable()
     constexpr int entryColumnWidth = 778;
     constexpr int spareColumnWidth = 20;
     constexpr int headingHeight = 25;
+    constexpr int spareColumn = 1;
 
     tableHost = new QWidget(this);
     tableHost->setObjectName(QStringLiteral("tableHost"));
@@ -177,8 +199,9 @@ void MainWindow::addMainTable()
     palette.setBrush(QPalette::Base, QColor(255, 255, 255, 0));
     mainTable->setPalette(palette);
     mainTable->setSelectionMode(QAbstractItemView::NoSelection);
-    // The style would not let the spare column be as narrow as it is.
+    // Styles and large fonts would make the spare column wider and the rows higher than they are.
     mainTable->horizontalHeader()->setMinimumSectionSize(spareColumnWidth);
+    mainTable->verticalHeader()->setMinimumSectionSize(0);
     mainTable->setColumnWidth(0, entryColumnWidth);
     mainTable->setColumnWidth(1, spareColumnWidth);
     mainTable->setHorizontalHeaderLabels(
@@ -191,8 +214,9 @@ void MainWindow::addMainTable()
     mainTable->setSelectionBehavior(QAbstractItemView::SelectRows);
     mainTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     mainTable->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mainTable->setVerticalScrollBar(new TroughlessScrollBar(mainTable));
     mainTable->verticalScrollBar()->setStyleSheet(stylesheets::mainScrollBar());
-    mainTable->setItemDelegateForColumn(1, new SpareColumnPainter(mainTable));
+    mainTable->setItemDelegateForColumn(spareColumn, new SpareColumnPainter(mainTable));
     mainTable->setAutoScroll(false);
 }
 
@@ -203,11 +227,16 @@ void MainWindow::addTableHeading()
     constexpr QRect pathPlace(301, 114, 498, 26);
     constexpr QRect separatorPlace(301, 114, 6, 26);
     constexpr QRect bottomRulePlace(1, 508, 798, 1);
+    constexpr int nameTextLeft = 15;
+    constexpr int pathTextLeft = 15;
 
-    addLabel(this, namePlace, stylesheets::firstHeading(), QStringLiteral("名称"))
-        ->setObjectName(QStringLiteral("nameHeading"));
-    addLabel(this, pathPlace, stylesheets::laterHeading(), QStringLiteral("文件路径"))
-        ->setObjectName(QStringLiteral("pathHeading"));
+    QLabel *name = addLabel(this, namePlace, stylesheets::firstHeading(), QStringLiteral("名称"));
+    name->setObjectName(QStringLiteral("nameHeading"));
+    startTextAt(name, nameTextLeft);
+    QLabel *path =
+        addLabel(this, pathPlace, stylesheets::laterHeading(), QStringLiteral("文件路径"));
+    path->setObjectName(QStringLiteral("pathHeading"));
+    startTextAt(path, pathTextLeft);
     addLabel(this, separatorPlace, stylesheets::headingSeparator())
         ->setObjectName(QStringLiteral("headingSeparator"));
     addLabel(this, bottomRulePlace, stylesheets::bottomRule())
@@ -224,6 +253,7 @@ void MainWindow::addBottomButtons()
     selectAllCheckBox = new QCheckBox(QStringLiteral("全选"), this);
     selectAllCheckBox->setObjectName(QStringLiteral("selectAllCheckBox"));
     selectAllCheckBox->setGeometry(selectAllPlace);
+    selectAllCheckBox->setPalette(windowPalette());
     selectAllCheckBox->setChecked(false);
     selectAllCheckBox->setEnabled(false);
 

@@ -39,7 +39,6 @@ CustomDialog::CustomDialog(QWidget *parent)
 {
     setWindowFlags(Qt::FramelessWindowHint);
     setFixedSize(dialogWidth, dialogHeight);
-    setPalette(windowPalette());
     setStyleSheet(stylesheets::dialogBackground());
 
     addTitleBar();
@@ -94,6 +93,7 @@ QPushButton *CustomDialog::addButton(const QString &objectName, const QString &t
     button->setObjectName(objectName);
     button->setGeometry(place);
     button->setStyleSheet(stylesheets::dialogButton());
+    button->setPalette(windowPalette()); // the sheet names no colour for the caption
     // Enter must not answer a question that destroys files.
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::NoFocus);

@@ -12,9 +12,9 @@ namespace
 {
 
 /// The line height of the label's style sheet, which Qt does not know for labels.
-constexpr qreal usualPitch = 20;
+constexpr int usualPitch = 20;
 /// Kept free above and below, so that a long text does not touch the title strip.
-constexpr int air = 4;
+constexpr int air = 2;
 
 /// @p paragraph in lines of at most @p width pixels.
 QStringList wrapped(const QString &paragraph, const QFont &font, qreal width)
@@ -57,14 +57,14 @@ void MessageLabel::paintEvent(QPaintEvent *)
     for (const QString &paragraph : paragraphs)
         lines += wrappedEvenly(paragraph, font(), width());
 
-    const qreal pitch = qMin(usualPitch, qreal(height() - 2 * air) / lines.size());
+    const int pitch = qMin(usualPitch, (height() - 2 * air) / lines.size());
     const bool onTop = (alignment() & Qt::AlignTop) != 0;
-    const qreal top = onTop ? 0 : (height() - pitch * lines.size()) / 2;
+    const int top = onTop ? 0 : (height() - pitch * lines.size()) / 2;
     const QFontMetricsF metrics(font());
-    const qreal firstBaseline = top + (pitch + metrics.ascent() - metrics.descent()) / 2;
+    const int firstBaseline = top + qRound((pitch + metrics.ascent() - metrics.descent()) / 2);
 
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     for (int index = 0; index < lines.size(); ++index)
-        painter.drawText(0, qRound(firstBaseline + index * pitch), lines.at(index));
+        painter.drawText(0, firstBaseline + index * pitch, lines.at(index));
 }

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // The colours of what no style sheet speaks of: headings, check boxes, captions of
-// grey buttons. The windows are light on every desktop, and these must not turn
-// white with a dark one.
+// grey buttons. The windows are light on every desktop; on a dark one these would
+// else be white on white, or black. To be set after a widget's sheet, and on the
+// widget itself: a widget with a sheet takes no palette over from its parent.
 
 #pragma once
 

@@ -6,6 +6,7 @@
 #include "elision.h"
 #include "plainlabel.h"
 #include "stylesheets.h"
+#include "windowpalette.h"
 
 #include <QAbstractScrollArea>
 #include <QCheckBox>
@@ -107,6 +108,7 @@ void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
     checkBox->setAccessibleName(fileName);
     checkBox->setAccessibleDescription(folder);
     checkBox->setGeometry(checkBoxPlace);
+    checkBox->setPalette(windowPalette());
     checkBox->setChecked(true);
     connect(checkBox, &QCheckBox::clicked, this, &ZZTableCell::checkBoxClicked);
 }

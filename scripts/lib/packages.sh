@@ -16,6 +16,7 @@ build_packages=(
 # shellcheck disable=SC2034
 virtual_desktop_packages=(
     fonts-noto-cjk          # the interface is in Chinese
+    fonts-wqy-microhei      # the other font that many have
     libnss-wrapper          # a home folder that is not the caller's
     openbox wmctrl          # a window manager, and asking it to close a window
     x11-utils               # xprop

@@ -153,11 +153,11 @@ QImage GalleryStage::standingScreen(const QRect &area) const
     const auto standsStill = [&] {
         QTest::qWait(betweenLooks);
         constexpr WId wholeScreen = 0;
-        const QImage now = QGuiApplication::primaryScreen()
-                               ->grabWindow(wholeScreen, area.x(), area.y(), area.width(),
-                                            area.height())
-                               .toImage()
-                               .convertToFormat(QImage::Format_RGB888);
+        const QImage now =
+            QGuiApplication::primaryScreen()
+                ->grabWindow(wholeScreen, area.x(), area.y(), area.width(), area.height())
+                .toImage()
+                .convertToFormat(QImage::Format_RGB888);
         const bool same = !now.isNull() && now == last;
         last = now;
         return same;

@@ -21,6 +21,7 @@ constexpr QPoint dragSourcePlace{100, 100};
 constexpr QPoint dragGrip{140, 140};
 /// Moves of a drag: enough for source and target to talk while it goes on.
 constexpr int dragSteps = 12;
+constexpr int hoverTime = 1000;
 constexpr int longestTable = 12;
 
 QStringList linesOf(const QString &file)
@@ -128,53 +129,52 @@ int RunningShredder::rowsShown() const
     return rows;
 }
 
-bool RunningShredder::drop(const QStringList &paths)
+bool RunningShredder::drop(const QStringList &dragArguments)
 {
-    return drag(paths) == QStringLiteral("copy");
+    const QString outcome = drag(dragArguments, patience);
+    if (outcome == QLatin1String("copy"))
+        return true;
+    qInfo("the drop came to: %s", qPrintable(outcome));
+    return false;
 }
 
-QString RunningShredder::drag(const QStringList &dragArguments)
+bool RunningShredder::refuses(const QStringList &dragArguments)
+{
+    // A target that refuses a drag never says so; there is nothing to wait for but time.
+    return drag(dragArguments, hoverTime) == QLatin1String("ignore");
+}
+
+QString RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
 {
     TiedProcess source;
     QByteArray printed;
-    const auto prints = [&](const char *word) {
-        return eventually([&] {
+    const auto prints = [&](const char *words, int milliseconds) {
+        const auto printedSoFar = [&] {
             printed += source.readAllStandardOutput();
-            return printed.contains(word);
-        });
+            return printed.contains(words);
+        };
+        return eventually(printedSoFar, milliseconds);
     };
     source.setProcessEnvironment(desktop.environment());
-    source.start(
-        QStringLiteral(DRAG_SOURCE_PROGRAM),
-        QStringList{QStringLiteral("--at"),
-                    QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y())}
-            + dragArguments);
-    if (!prints("ready"))
+    const QString place = QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
+    source.start(QStringLiteral(DRAG_SOURCE_PROGRAM),
+                 QStringList{QStringLiteral("--at"), place} + dragArguments);
+    if (!prints("ready", patience))
         return QStringLiteral("no source");
 
     desktop.movePointer(dragGrip);
     desktop.pressButton();
     desktop.movePointer(dragGrip + QPoint(30, 0));
-    if (!prints("begin"))
-        return QStringLiteral("no drag");
+    const bool begun = prints("begin", patience);
     // Where the empty table's hint is not, so that pictures of it are not spoilt.
     const QPoint target = windowOnScreen.topLeft() + QPoint(500, 400);
-    for (int step = 1; step <= dragSteps; ++step) {
+    for (int step = 1; step <= dragSteps; ++step)
         desktop.movePointer(dragGrip + (target - dragGrip) * step / dragSteps);
-        QTest::qWait(20);
-    }
-    // A target that takes the drag has said so before the button is released; one
-    // that does not never says anything, so there is nothing to wait for.
-    eventually(
-        [&] {
-            printed += source.readAllStandardOutput();
-            return printed.contains("over copy");
-        },
-        1000);
+    prints("over copy", waitForConsent);
     screenBefore = desktop.picture();
     desktop.releaseButton();
-    if (!prints("end "))
-        return QStringLiteral("no end");
+    if (!begun || !prints("end ", patience))
+        return QStringLiteral("no drag");
     rest();
     return QString::fromLatin1(printed.mid(printed.indexOf("end ") + 4)).trimmed();
 }

@@ -42,10 +42,11 @@ public:
     bool hasChanged(const QRect &placeInMainWindow) const;
     int rowsShown() const;
 
-    /// Drags @p paths from another program and drops them on the table.
-    bool drop(const QStringList &paths);
-    /// Drags as @p dragArguments say (see dragsource.cpp); returns what the drop came to.
-    QString drag(const QStringList &dragArguments);
+    /// Drags from another process what @p dragArguments say (see dragsource.cpp; plain
+    /// paths will do), and drops it on the table once the window agrees.
+    bool drop(const QStringList &dragArguments);
+    /// True when the window never agrees to the same motion.
+    bool refuses(const QStringList &dragArguments);
 
     /// The dialog now open, waiting for it to appear.
     std::optional<WindowId> waitForDialog() const;
@@ -64,6 +65,8 @@ public:
     bool startShredding();
 
 private:
+    QString drag(const QStringList &dragArguments, int waitForConsent);
+
     const DesktopSession &desktop;
     const ShredderUser &user;
     TiedProcess process;

@@ -90,4 +90,9 @@ bool entryExists(const QString &path)
     return ::lstat(path.toUtf8().constData(), &entry) == 0;
 }
 
+QString pathOf(int descriptor)
+{
+    return QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+}
+
 } // namespace testsupport

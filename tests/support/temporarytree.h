@@ -47,4 +47,7 @@ private:
 /// True when a directory entry of that name exists, dangling links included.
 bool entryExists(const QString &path);
 
+/// The path of the open file or folder @p descriptor.
+QString pathOf(int descriptor);
+
 } // namespace testsupport

@@ -33,6 +33,14 @@ template <class Reaction, class... Arguments>
 void WalleHarness::hear(const char *name, void (Walle::*signal)(Arguments...),
                         Qt::ConnectionType type, Reaction reaction)
 {
+    // Ahead of the other, as slots are called in the order they were connected.
+    connect(
+        controller, signal, this,
+        [this, name] {
+            if (qstrcmp(awaitedEmission, name) == 0)
+                emitted.release();
+        },
+        Qt::DirectConnection);
     connect(
         controller, signal, this,
         [this, name, reaction](Arguments... arguments) {
@@ -186,6 +194,17 @@ bool WalleHarness::performed()
     ++barriers;
     post(CommandCopyHistory);
     return waitFor([this] { return barriers == 0; });
+}
+
+bool WalleHarness::emittedUnheard(const char *signal, const std::function<void()> &request)
+{
+    const int heard = count(signal);
+    emitted.acquire(emitted.available());
+    awaitedEmission = signal;
+    request();
+    const bool done = emitted.tryAcquire(1, patience);
+    awaitedEmission = nullptr;
+    return done && count(signal) == heard;
 }
 
 bool WalleHarness::admitted(const QStringList &paths)

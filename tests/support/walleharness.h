@@ -13,9 +13,11 @@
 #include "signallog.h"
 
 #include <QObject>
+#include <QSemaphore>
 #include <QStringList>
 #include <QVector>
 
+#include <atomic>
 #include <functional>
 
 namespace testsupport
@@ -61,6 +63,9 @@ public:
     /// Waits until everything posted so far is performed and its signals are here; false after
     /// too long a time.
     bool performed();
+    /// Does @p request and waits, without serving the event loop, until the controller thread
+    /// emits @p signal (a literal), which is then still unheard; false after too long a time.
+    bool emittedUnheard(const char *signal, const std::function<void()> &request);
     /// Chooses @p paths, waits until that is performed and forgets what was said about it.
     bool admitted(const QStringList &paths);
     /// Waits until a run that was started has given its result.
@@ -99,6 +104,8 @@ private:
     QVector<int> rowsAnsweringTo(const std::function<void()> &request, const char *signal);
 
     Walle *controller;
+    std::atomic<const char *> awaitedEmission{nullptr};
+    QSemaphore emitted;
     SignalRecords records;
     QVector<Row> table;
     Controls shown;
