@@ -7,12 +7,14 @@
 #include <QMutexLocker>
 #include <QThread>
 
-DeliveryFence::DeliveryFence(QObject *parent) : QObject(parent)
+DeliveryFence::DeliveryFence(QObject *parent)
+    : QObject(parent)
 {
     connect(this, &DeliveryFence::passed, this, &DeliveryFence::notePassed, Qt::QueuedConnection);
 }
 
-DeliveryFence::Emission::Emission(DeliveryFence &owner) : fence(owner)
+DeliveryFence::Emission::Emission(DeliveryFence &owner)
+    : fence(owner)
 {
     ++fence.undelivered;
 }

@@ -10,13 +10,11 @@
 #include <QLabel>
 
 /// Lets the text of @p heading begin @p pixels from its left edge, where the texts of its column
-/// begin; left to the padding of its sheet it would begin beside them.
+/// begin, or at the padding of its sheet where that is further in.
 inline void startTextAt(QLabel *heading, int pixels)
 {
     // The sheet names no colour for the text.
     heading->setPalette(windowPalette());
     heading->ensurePolished(); // the padding comes from the sheet
-    const int shift = pixels - heading->contentsRect().left();
-    heading->setIndent(qMax(0, shift));
-    heading->setMargin(qMin(0, shift));
+    heading->setIndent(qMax(0, pixels - heading->contentsRect().left()));
 }

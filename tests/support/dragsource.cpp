@@ -9,8 +9,9 @@
 //     dragsource --at X,Y --text TEXT
 //
 // It prints "ready" once, and for each drag "begin", "over ACTION" whenever the
-// target under the pointer changes its mind, and "end ACTION" with what the drop
-// came to; ACTION is copy or ignore.
+// target under the pointer changes its mind, "end ACTION" with what the drop came
+// to, and "given" when the target fetches the data, which is after the end of the
+// drag: the program has to live on until then. ACTION is copy or ignore.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -35,6 +36,16 @@ void print(const char *event, const char *detail = "")
 {
     QTextStream(stdout) << event << detail << '\n';
 }
+
+class TellingMimeData : public QMimeData
+{
+protected:
+    QVariant retrieveData(const QString &format, QVariant::Type type) const override
+    {
+        print("given");
+        return QMimeData::retrieveData(format, type);
+    }
+};
 
 // Lives on the GUI thread; main() owns it.
 class DragSource : public QWidget
@@ -64,7 +75,7 @@ protected:
 private:
     void drag()
     {
-        auto *content = new QMimeData;
+        auto *content = new TellingMimeData;
         if (!urls.isEmpty())
             content->setUrls(urls);
         else

@@ -146,19 +146,21 @@ bool RunningShredder::refuses(const QStringList &dragArguments)
 
 QString RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
 {
-    TiedProcess source;
     QByteArray printed;
     const auto prints = [&](const char *words, int milliseconds) {
         const auto printedSoFar = [&] {
-            printed += source.readAllStandardOutput();
+            printed += dragSource->readAllStandardOutput();
             return printed.contains(words);
         };
         return eventually(printedSoFar, milliseconds);
     };
-    source.setProcessEnvironment(desktop.environment());
-    const QString place = QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
-    source.start(QStringLiteral(DRAG_SOURCE_PROGRAM),
-                 QStringList{QStringLiteral("--at"), place} + dragArguments);
+    // The last drag's source has been asked for its data, and may go.
+    dragSource = std::make_unique<TiedProcess>();
+    dragSource->setProcessEnvironment(desktop.environment());
+    const QString place =
+        QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
+    dragSource->start(QStringLiteral(DRAG_SOURCE_PROGRAM),
+                      QStringList{QStringLiteral("--at"), place} + dragArguments);
     if (!prints("ready", patience))
         return QStringLiteral("no source");
 
@@ -176,7 +178,11 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
     if (!begun || !prints("end ", patience))
         return QStringLiteral("no drag");
     rest();
-    return QString::fromLatin1(printed.mid(printed.indexOf("end ") + 4)).trimmed();
+    if (!printed.contains("end copy"))
+        return QStringLiteral("ignore");
+    // The target fetches the data after the drag is over, so the source stays until
+    // the next drag.
+    return prints("given", patience) ? QStringLiteral("copy") : QStringLiteral("no interest");
 }
 
 std::optional<WindowId> RunningShredder::waitForDialog() const

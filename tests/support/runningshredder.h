@@ -10,6 +10,7 @@
 #include "desktopsession.h"
 #include "shredderuser.h"
 
+#include <memory>
 #include <optional>
 
 namespace testsupport
@@ -70,6 +71,7 @@ private:
     const DesktopSession &desktop;
     const ShredderUser &user;
     TiedProcess process;
+    std::unique_ptr<TiedProcess> dragSource;
     WindowId window = 0;
     QRect windowOnScreen;
     QImage freshWindow;
