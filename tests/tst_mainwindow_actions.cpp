@@ -6,6 +6,7 @@
 // one too, enables the select-all box while there are rows.
 
 #include "dialogdriver.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "windowtestmain.h"
@@ -120,7 +121,7 @@ void TestMainWindowActions::cancelledFileDialogPostsAnEmptyBatch()
     window->click("addButton");
     QVERIFY(dialogs.isDone());
     QVERIFY(isFileDialog);
-    QTRY_VERIFY(window->isEnabled("selectAllCheckBox"));
+    PROMPTLY_VERIFY(window->isEnabled("selectAllCheckBox"));
     QCOMPARE(window->table()->rowCount(), 1);
     QCOMPARE(dialogs.seen().size(), 1);
 }
@@ -160,7 +161,7 @@ void TestMainWindowActions::listOfUrlsIsTakenAtDragEnter()
     QMimeData urls;
     urls.setUrls({QUrl::fromLocalFile(tree->makeFile(QStringLiteral("a"), 1))});
     QVERIFY(window->drop(urls).entered);
-    QTRY_COMPARE(window->table()->rowCount(), 1);
+    PROMPTLY_COMPARE(window->table()->rowCount(), 1);
 }
 
 void TestMainWindowActions::dropWithoutUrlsPostsNothing()

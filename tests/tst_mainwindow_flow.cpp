@@ -4,6 +4,7 @@
 // Whole runs, from dropping real files to reading the result.
 
 #include "dialogdriver.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "widgets/zztablecell.h"
@@ -103,8 +104,8 @@ void TestMainWindowFlow::crush()
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
     window->click("crushButton");
-    QTRY_COMPARE(dialogs->seen().size(), before + 2);
-    QTRY_VERIFY(dialogs->isDone());
+    PROMPTLY_COMPARE(dialogs->seen().size(), before + 2);
+    PROMPTLY_VERIFY(dialogs->isDone());
 }
 
 QString TestMainWindowFlow::makeBigFolder(int files)
@@ -209,11 +210,11 @@ void TestMainWindowFlow::stoppedFolderKeepsItsRow()
     drop({folder});
     dialogs->next(Answer::Ok);
     window->click("crushButton");
-    QTRY_COMPARE(window->textOf("crushButton"), QStringLiteral("停止粉碎"));
+    PROMPTLY_COMPARE(window->textOf("crushButton"), QStringLiteral("停止粉碎"));
     QVERIFY(!window->isEnabled("removeButton"));
     QVERIFY(window->isEnabled("addButton"));
     window->click("crushButton");
-    QTRY_COMPARE(window->textOf("crushButton"), QStringLiteral("粉碎文件"));
+    PROMPTLY_COMPARE(window->textOf("crushButton"), QStringLiteral("粉碎文件"));
     QVERIFY(window->settle());
     QCOMPARE(window->rows(), QStringList(folder));
     QVERIFY(entryExists(folder));

@@ -4,6 +4,7 @@
 // The history window: opening and closing it, its rows and its buttons. Rows come
 // from a history file, or from the slots where the controller has to stay out of it.
 
+#include "promptly.h"
 #include "shownwindow.h"
 #include "windowtestmain.h"
 
@@ -107,7 +108,7 @@ void TestMainWindowHistory::opensInTheMiddleOfTheMainWindow()
 {
     QFETCH(QPoint, main);
     (*window)->move(main);
-    QTRY_COMPARE((*window)->pos(), main);
+    PROMPTLY_COMPARE((*window)->pos(), main);
     openHistory();
     QTEST(window->find("historyWindow")->pos(), "history");
     QCOMPARE(window->find("historyWindow")->size(), QSize(700, 500));
@@ -239,18 +240,18 @@ void TestMainWindowHistory::copyPutsTheHistoryOnTheClipboard()
     openHistory();
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
     window->click("copyButton");
-    QTRY_COMPARE(QGuiApplication::clipboard()->text(),
-                 QStringLiteral("日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：a"
-                                "\t路径：/home/somebody/a\n"
-                                "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：b"
-                                "\t路径：/home/somebody/b\n"));
+    PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(),
+                     QStringLiteral("日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：a"
+                                    "\t路径：/home/somebody/a\n"
+                                    "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：b"
+                                    "\t路径：/home/somebody/b\n"));
 }
 
 void TestMainWindowHistory::copyBeforeAnyLoadPutsNothingOnTheClipboard()
 {
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
     (*window)->copyToClipboardEva();
-    QTRY_COMPARE(QGuiApplication::clipboard()->text(), QString());
+    PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(), QString());
 }
 
 void TestMainWindowHistory::clearTakesEverythingAway()
@@ -263,7 +264,7 @@ void TestMainWindowHistory::clearTakesEverythingAway()
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     QVERIFY(!window->isEnabled("copyButton"));
     QVERIFY(!window->isEnabled("clearHistoryButton"));
-    QTRY_VERIFY(!QFile::exists(testHome().historyFile()));
+    PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
 }
 
 void TestMainWindowHistory::rowsAfterAClearAreDropped()

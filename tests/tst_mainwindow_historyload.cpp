@@ -5,6 +5,7 @@
 // when it is scrolled, cleared, closed or left in the middle of that.
 
 #include "dialogdriver.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "windowtestmain.h"
@@ -80,8 +81,8 @@ void TestMainWindowHistoryLoad::init()
 void TestMainWindowHistoryLoad::openHistory()
 {
     window->click("historyLink");
-    QTRY_COMPARE(table()->rowCount(), entries);
-    QTRY_VERIFY(window->isEnabled("copyButton"));
+    PROMPTLY_COMPARE(table()->rowCount(), entries);
+    PROMPTLY_VERIFY(window->isEnabled("copyButton"));
 }
 
 template <class Action>
@@ -97,7 +98,7 @@ void TestMainWindowHistoryLoad::openAndInTheMiddle(Action action)
         });
     });
     window->click("historyLink");
-    QTRY_VERIFY(rowsInTheMiddle != 0);
+    PROMPTLY_VERIFY(rowsInTheMiddle != 0);
     disconnect(watch);
     QVERIFY(rowsInTheMiddle < entries);
 }
@@ -169,7 +170,7 @@ void TestMainWindowHistoryLoad::reopeningWhileRowsArriveShowsTheHistoryOnce()
         (*window)->slotShowHistoryEva();
     });
     QVERIFY(window->settle());
-    QTRY_COMPARE(table()->rowCount(), entries);
+    PROMPTLY_COMPARE(table()->rowCount(), entries);
     QCOMPARE(nameIn(0), QStringLiteral("name %1").arg(entries - 1));
     QVERIFY(window->isEnabled("copyButton"));
     QVERIFY(window->isEnabled("clearHistoryButton"));
@@ -199,14 +200,14 @@ void TestMainWindowHistoryLoad::recordingWhileOpenAddsNoRow()
     const QString file = tree.makeFile(QStringLiteral("file"), 10);
     testHome().writeHistory("2026-01-02 03:04:05\nolder\n/folder\n");
     window->drop({file});
-    QTRY_VERIFY(window->isEnabled("crushButton"));
+    PROMPTLY_VERIFY(window->isEnabled("crushButton"));
     window->click("historyLink");
-    QTRY_COMPARE(table()->rowCount(), 1);
+    PROMPTLY_COMPARE(table()->rowCount(), 1);
     DialogDriver dialogs;
     dialogs.next(Answer::Ok);
     dialogs.next(Answer::Ok);
     (*window)->crushFilesEva();
-    QTRY_COMPARE(dialogs.seen().size(), 2);
+    PROMPTLY_COMPARE(dialogs.seen().size(), 2);
     QVERIFY(window->settle());
     QVERIFY(!testsupport::entryExists(file));
     QCOMPARE(testHome().historyLines().size(), 6);

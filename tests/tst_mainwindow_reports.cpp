@@ -5,6 +5,7 @@
 // result leaves nothing ticked.
 
 #include "dialogdriver.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "windowtestmain.h"
@@ -187,7 +188,7 @@ void TestMainWindowReports::nothingIsTickedAfterAResult()
     const TemporaryTree tree;
     ShownWindow window;
     window.drop({tree.makeFile(QStringLiteral("a"), 1), tree.makeFile(QStringLiteral("b"), 1)});
-    QTRY_VERIFY(window.isTicked("selectAllCheckBox"));
+    PROMPTLY_VERIFY(window.isTicked("selectAllCheckBox"));
     QCOMPARE(window.tickedRows().size(), 2);
     DialogDriver dialogs;
     dialogs.next(Answer::Ok);

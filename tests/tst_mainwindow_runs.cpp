@@ -5,6 +5,7 @@
 // between and during runs.
 
 #include "dialogdriver.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "widgets/zztablecell.h"
@@ -86,8 +87,8 @@ void TestMainWindowRuns::crush()
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
     window->click("crushButton");
-    QTRY_COMPARE(dialogs->seen().size(), before + 2);
-    QTRY_VERIFY(dialogs->isDone());
+    PROMPTLY_COMPARE(dialogs->seen().size(), before + 2);
+    PROMPTLY_VERIFY(dialogs->isDone());
 }
 
 QString TestMainWindowRuns::makeBigFolder(int files)
@@ -200,10 +201,10 @@ void TestMainWindowRuns::rowsCanBeAddedDuringARun()
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
     window->click("crushButton");
-    QTRY_COMPARE(window->textOf("crushButton"), QStringLiteral("停止粉碎"));
+    PROMPTLY_COMPARE(window->textOf("crushButton"), QStringLiteral("停止粉碎"));
     window->drop({added});
-    QTRY_COMPARE(dialogs->seen().size(), 2);
-    QTRY_VERIFY(dialogs->isDone());
+    PROMPTLY_COMPARE(dialogs->seen().size(), 2);
+    PROMPTLY_VERIFY(dialogs->isDone());
     QVERIFY(!entryExists(folder));
     QVERIFY(!entryExists(added));
     QCOMPARE(window->textOf("subtitleLabel"), QStringLiteral("已成功粉碎2个文件（文件夹）"));

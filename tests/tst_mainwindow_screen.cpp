@@ -4,6 +4,7 @@
 // Where the windows open on a screen of 1920 x 1080, which this test is started
 // with.
 
+#include "promptly.h"
 #include "shownwindow.h"
 #include "windowtestmain.h"
 
@@ -40,7 +41,7 @@ void TestMainWindowScreen::historyWindowOpensInTheMiddleOfTheWindow()
 {
     ShownWindow window;
     window->move(100, 100);
-    QTRY_COMPARE(window->pos(), QPoint(100, 100));
+    PROMPTLY_COMPARE(window->pos(), QPoint(100, 100));
     window->slotShowHistoryEva();
     QVERIFY(QTest::qWaitForWindowExposed(window.find("historyWindow")));
     QCOMPARE(window.find("historyWindow")->geometry(), QRect(150, 125, 700, 500));

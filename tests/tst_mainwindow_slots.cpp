@@ -6,6 +6,7 @@
 
 #include "dialogdriver.h"
 #include "eventually.h"
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "windowtestmain.h"
@@ -124,8 +125,8 @@ void TestMainWindowSlots::allRowsAreThereBeforeTheRefusalReport()
         DialogDriver::press(report, Answer::Ok);
     });
     window.drop(paths + QStringList(tree.path(QStringLiteral("missing"))));
-    QTRY_COMPARE(dialogs.seen().size(), 1);
-    QTRY_VERIFY(dialogs.isDone());
+    PROMPTLY_COMPARE(dialogs.seen().size(), 1);
+    PROMPTLY_VERIFY(dialogs.isDone());
     QCOMPARE(rowsDuringReport, paths);
     QVERIFY(crushEnabledDuringReport);
 }
@@ -145,8 +146,8 @@ void TestMainWindowSlots::controllerWaitsUntilTheRefusalReportIsClosed()
         DialogDriver::press(report, Answer::Ok);
     });
     window.drop({tree.makeFile(QStringLiteral("a"), 1), tree.path(QStringLiteral("missing"))});
-    QTRY_COMPARE(dialogs.seen().size(), 1);
-    QTRY_COMPARE(window.table()->rowCount(), 0);
+    PROMPTLY_COMPARE(dialogs.seen().size(), 1);
+    PROMPTLY_COMPARE(window.table()->rowCount(), 0);
     QVERIFY(!removedDuringReport);
 }
 

@@ -5,6 +5,7 @@
 // progress shows. Rows come from drops on the window, or from the slots where the
 // controller has to stay out of it.
 
+#include "promptly.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
 #include "widgets/zztablecell.h"
@@ -75,7 +76,7 @@ void TestMainWindowTable::dropFiles(int count)
     for (int name = 0; name < count; ++name)
         files.append(tree->makeFile(QString::number(name), 10));
     window->drop(files);
-    QTRY_VERIFY(window->isTicked("selectAllCheckBox"));
+    PROMPTLY_VERIFY(window->isTicked("selectAllCheckBox"));
     QCOMPARE(window->rows(), files);
 }
 

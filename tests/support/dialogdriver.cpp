@@ -3,6 +3,8 @@
 
 #include "dialogdriver.h"
 
+#include "eventually.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
@@ -108,7 +110,7 @@ void DialogDriver::meet(QDialog &dialog)
 {
     const QPointer<QDialog> running(&dialog);
     const bool onScreen =
-        QTest::qWaitForWindowExposed(&dialog) && QTest::qWaitFor([&] {
+        QTest::qWaitForWindowExposed(&dialog, patience) && eventually([&] {
             return running.isNull() || QApplication::activeModalWidget() == running;
         });
     if (onScreen && !running.isNull()) {

@@ -19,6 +19,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QTextStream>
+#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 
@@ -42,7 +43,8 @@ class TellingMimeData : public QMimeData
 protected:
     QVariant retrieveData(const QString &format, QVariant::Type type) const override
     {
-        print("given");
+        // Told from the event loop, when the data is really on its way.
+        QTimer::singleShot(0, qApp, [] { print("given"); });
         return QMimeData::retrieveData(format, type);
     }
 };

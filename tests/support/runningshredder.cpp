@@ -24,6 +24,13 @@ constexpr int dragSteps = 12;
 constexpr int hoverTime = 1000;
 constexpr int longestTable = 12;
 
+bool isBare(const QImage &picture)
+{
+    QImage bare = picture;
+    bare.fill(Qt::black);
+    return samePixels(picture, bare);
+}
+
 QStringList linesOf(const QString &file)
 {
     QFile in(file);
@@ -66,6 +73,11 @@ void RunningShredder::start()
 
 bool RunningShredder::openWindow()
 {
+    // The window of a shredder that has just ended may still be on the screen, and
+    // would look like this one, already drawn.
+    desktop.movePointer(QPoint(0, 0));
+    if (!eventually([this] { return isBare(desktop.picture(mainwindow::onScreen)); }))
+        return false;
     desktop.movePointer(mainwindow::onScreen.topLeft() + mainwindow::restingPlace);
     screenBefore = desktop.picture();
     start();
@@ -157,8 +169,7 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
     // The last drag's source has been asked for its data, and may go.
     dragSource = std::make_unique<TiedProcess>();
     dragSource->setProcessEnvironment(desktop.environment());
-    const QString place =
-        QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
+    const QString place = QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
     dragSource->start(QStringLiteral(DRAG_SOURCE_PROGRAM),
                       QStringList{QStringLiteral("--at"), place} + dragArguments);
     if (!prints("ready", patience))

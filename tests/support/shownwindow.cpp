@@ -3,18 +3,16 @@
 
 #include "shownwindow.h"
 
-#include "eventually.h"
+#include "promptly.h"
 #include "widgets/zztablecell.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
-#include <QDeadlineTimer>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTableWidget>
-#include <QTimer>
 #include <QWindow>
 #include <QtTest>
 
@@ -24,7 +22,7 @@ namespace testsupport
 ShownWindow::ShownWindow()
 {
     window.show();
-    if (!QTest::qWaitForWindowExposed(&window))
+    if (!QTest::qWaitForWindowExposed(&window, patience))
         qFatal("the window does not appear");
 }
 
@@ -118,14 +116,7 @@ bool ShownWindow::settle()
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->setText(uncopied);
     window.copyToClipboardEva();
-    // Without QTest's waiting, which rests after every turn: thousands of rows may have to come
-    // through first, each sent when the last has arrived.
-    QTimer alarm;
-    alarm.start(patience);
-    const QDeadlineTimer deadline(patience);
-    while (clipboard->text() == uncopied && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return clipboard->text() != uncopied;
+    return promptly([&] { return clipboard->text() != uncopied; });
 }
 
 } // namespace testsupport
