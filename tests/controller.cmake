@@ -20,10 +20,15 @@ add_unit_test(tst_historyfile controller)
 # The controller's threads end with the process by design, and what they hold is
 # no leak. The address sanitizer would insist on being loaded first.
 foreach(name tst_walle_admission tst_walle_batches tst_walle_controls tst_walle_history
-             tst_walle_historyload tst_walle_joblist tst_walle_order tst_walle_queue
-             tst_walle_races tst_walle_run tst_walle_stop tst_walle_toggles)
+             tst_walle_historyload tst_walle_joblist tst_walle_kill tst_walle_order tst_walle_queue
+             tst_walle_races tst_walle_run tst_walle_stop tst_walle_toggles
+             tst_walle_verdicts)
   add_unit_test(${name} controllersupport)
   set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
     "LD_PRELOAD=libnss_wrapper.so"
     "ASAN_OPTIONS=verify_asan_link_order=0")
 endforeach()
+
+# A hundred thousand small files are made and shredded: in memory, not on the disk.
+set_property(TEST tst_walle_kill APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
+set_tests_properties(tst_walle_kill PROPERTIES TIMEOUT 600)

@@ -28,8 +28,13 @@ using testsupport::WalleHarness;
 namespace
 {
 
-/// The pause between two polls; 0 gives the processor away and no more.
-std::atomic<useconds_t> pollMicroseconds{200};
+constexpr unsigned long controllersPoll = 10;
+constexpr useconds_t briskly = 200;
+constexpr useconds_t leisurely = 1500;
+
+/// The pauses between two polls; 0 gives the processor away and no more.
+std::atomic<useconds_t> controllerPause{briskly};
+std::atomic<useconds_t> workerPause{briskly};
 
 /// Ends the program when a round takes too long: a deadlock of the GUI thread would stop the
 /// test's own timeouts as well.
@@ -64,9 +69,9 @@ private:
 
 /// Takes the place of Qt's in this program. Controller and worker sleep nowhere else, and at
 /// their own pace of 10 and 40 ms they would hardly ever meet.
-void QThread::msleep(unsigned long)
+void QThread::msleep(unsigned long milliseconds)
 {
-    if (const useconds_t pause = pollMicroseconds)
+    if (const useconds_t pause = milliseconds == controllersPoll ? controllerPause : workerPause)
         ::usleep(pause);
     else
         yieldCurrentThread();
@@ -103,6 +108,8 @@ void TestWalleRaces::init()
 {
     tree = std::make_unique<TemporaryTree>();
     harness = std::make_unique<WalleHarness>();
+    controllerPause = briskly;
+    workerPause = briskly;
 }
 
 void TestWalleRaces::cleanup()
@@ -184,13 +191,16 @@ void TestWalleRaces::filesDroppedOntoARunNeverFreezeIt()
     }
 }
 
-/// Whenever a row goes, one further down is clicked, by the number that the window shows. A click
-/// that came too late for a row in the worker's hands spares nothing; any other does.
+/// Every few rows that go, one further down is clicked where the window shows it. A click that
+/// comes too late, when the worker has the row in hand, spares nothing; any other does.
 void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
 {
     constexpr int rounds = 20;
-    constexpr int distance = 5;
+    constexpr int everyFewRows = 8;
+    constexpr int distance = 20;
     int spared = 0;
+    // The worker is some rows further when the controller gets to the click.
+    controllerPause = leisurely;
     for (int round = 0; round < rounds; ++round) {
         const Watchdog watchdog;
         const QStringList files = makeFiles(QStringLiteral("file"), 100);
@@ -202,7 +212,8 @@ void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
             const QVector<WalleHarness::Row> &rows = harness->rows();
             if (signal.name == "removeRowFromMainTable") {
                 const int row = signal.arguments.first().toInt() + distance;
-                if (row < rows.size() && !clicked.contains(rows.at(row).path)) {
+                if (rows.size() % everyFewRows == 0 && row < rows.size()
+                    && !clicked.contains(rows.at(row).path)) {
                     clicked.insert(rows.at(row).path);
                     harness->click(row);
                 }
@@ -264,7 +275,8 @@ void TestWalleRaces::answerToAStopNeverOvertakesIt()
 {
     constexpr int rounds = 5000;
     const Watchdog watchdog;
-    pollMicroseconds = 0;
+    controllerPause = 0;
+    workerPause = 0;
     for (int round = 0; round < rounds; ++round) {
         harness->takeLog();
         harness->post(CommandStopCrush);
@@ -272,7 +284,6 @@ void TestWalleRaces::answerToAStopNeverOvertakesIt()
         if (harness->controls().runState != RunState::Idle)
             break;
     }
-    pollMicroseconds = 200;
     QCOMPARE(harness->controls().runState, RunState::Idle);
 }
 

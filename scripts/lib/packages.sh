@@ -20,13 +20,13 @@ virtual_desktop_packages=(
     libnss-wrapper          # a home folder that is not the caller's
     openbox wmctrl          # a window manager, and asking it to close a window
     x11-utils               # xprop
-    xclip xdotool xvfb
+    xauth xclip xdotool xvfb
 )
 
 # shellcheck disable=SC2034
 check_packages=(
     binutils                # looking into the finished executable
-    clang-format clang-tidy clang-tools
+    clang-format clang-tidy
     librsvg2-bin            # drawing the artwork again, to compare
     python3                 # run-clang-tidy is written in it
 )

@@ -38,21 +38,37 @@ void print(const char *event, const char *detail = "")
     QTextStream(stdout) << event << detail << '\n';
 }
 
+// Sets off a timer when it is asked for its data, so that this is told from the
+// event loop, when the answer is really on its way.
 class TellingMimeData : public QMimeData
 {
+public:
+    explicit TellingMimeData(QTimer *alarm)
+        : given(alarm)
+    {
+    }
+
 protected:
     QVariant retrieveData(const QString &format, QVariant::Type type) const override
     {
-        // Told from the event loop, when the data is really on its way.
-        QTimer::singleShot(0, qApp, [] { print("given"); });
+        given->start();
         return QMimeData::retrieveData(format, type);
     }
+
+private:
+    QTimer *given;
 };
 
 // Lives on the GUI thread; main() owns it.
 class DragSource : public QWidget
 {
 public:
+    DragSource()
+    {
+        given.setSingleShot(true);
+        connect(&given, &QTimer::timeout, this, [] { print("given"); });
+    }
+
     QList<QUrl> urls;
     QString text;
 
@@ -77,7 +93,7 @@ protected:
 private:
     void drag()
     {
-        auto *content = new TellingMimeData;
+        auto *content = new TellingMimeData(&given);
         if (!urls.isEmpty())
             content->setUrls(urls);
         else
@@ -90,6 +106,7 @@ private:
         print("end ", nameOf(drag->exec(Qt::CopyAction)));
     }
 
+    QTimer given;
     QPoint pressed;
     bool announced = false;
 };

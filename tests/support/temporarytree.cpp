@@ -24,7 +24,8 @@ void require(bool done, const char *what, const QString &path)
 
 } // namespace
 
-TemporaryTree::TemporaryTree() : root(QFileInfo(directory.path()).canonicalFilePath())
+TemporaryTree::TemporaryTree()
+    : root(QFileInfo(directory.path()).canonicalFilePath())
 {
     require(directory.isValid(), "folder", root);
 }
