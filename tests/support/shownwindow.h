@@ -63,7 +63,7 @@ public:
         bool entered = false;  ///< the window would take the drop
         bool accepted = false; ///< the drop was accepted
     };
-    /// Drags @p data over the window and, whatever the window thinks of it, lets go.
+    /// Drags @p data over the window and lets go, which a window that refused does not hear of.
     DropOutcome drop(const QMimeData &data);
     void drop(const QStringList &paths);
 
