@@ -31,6 +31,9 @@ void Walle::stopCrush()
     const DeliveryFence::Emission emission(fence);
     stopPending = true;
     crusher->requestStop(true);
+    // What the worker has not begun is spared. Left in its queue it would be shredded after the
+    // window shows an idle program, and the next start would hand it over a second time.
+    crusher->takeBackPaths();
     refreshControls(ControlSituation::StopAsked);
     emit setCrushStarted(RunState::Stopping);
 }
@@ -54,6 +57,10 @@ void Walle::handOver(const QString &path)
         crusher->addPath(path);
     // A device or fifo that took the path's place after admission is not handed over. No
     // verdict will come, and the run stays open until the user stops it.
+
+    // A stop that came after crushNext() looked for one has emptied the queue too early.
+    if (stopPending)
+        crusher->takeBackPaths();
 }
 
 void Walle::endRun()
@@ -117,6 +124,7 @@ void Walle::fallSilent()
     }
     stopPending = true;
     crusher->requestStop(true);
+    crusher->takeBackPaths();
     disconnect(crusher, nullptr, nullptr, nullptr);
     // What the worker had reported by then still arrives: an item that was just removed gets its
     // history entry.

@@ -28,6 +28,12 @@ void FileCrusher::addPath(const QString &path)
     pathQueue.append(path);
 }
 
+void FileCrusher::takeBackPaths()
+{
+    const QMutexLocker locker(&queueMutex);
+    pathQueue.clear();
+}
+
 void FileCrusher::requestStop(bool value)
 {
     stopRequested = value;

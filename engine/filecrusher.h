@@ -4,7 +4,7 @@
 // FileCrusher is the worker: a thread that takes queued paths one at a time,
 // overwrites and removes what they name, and reports each outcome. The object
 // lives in the GUI thread and belongs to the controller; everything but
-// addPath() and requestStop() runs in the worker thread itself.
+// addPath(), takeBackPaths() and requestStop() runs in the worker thread itself.
 //
 // What it promises: every byte of a regular file, as long as the file system
 // writes in place, is overwritten once before the name goes; links are removed
@@ -60,6 +60,8 @@ public:
 
     /// Queues @p path as the last one. Any thread; returns at once, checks nothing.
     void addPath(const QString &path);
+    /// Empties the queue: what the worker has not begun by now it never begins. Any thread.
+    void takeBackPaths();
     /// Asks for a stop (true) or takes the request back. Any thread; returns at once.
     void requestStop(bool value);
 

@@ -33,6 +33,7 @@ private slots:
     void manyRequestsAreOneStop();
     void stopTakenBackIsNotTold();
     void stopHoldsBetweenPathsAndKeepsTheQueue();
+    void pathsTakenBackAreNeverBegun();
     void stopInsideAFolderHasNoVerdict();
     void emptyPathsTakeNoPassOfTheirOwn();
 
@@ -124,6 +125,17 @@ void TestFileCrusherWorkerStop::stopHoldsBetweenPathsAndKeepsTheQueue()
                                          {"stopped", {}},
                                          {"addToHistory", {second}},
                                          {"finishOne", {second}}}));
+}
+
+void TestFileCrusherWorkerStop::pathsTakenBackAreNeverBegun()
+{
+    const QString spared = tree->makeFile(QStringLiteral("spared"), 10);
+    crusher->addPath(spared);
+    crusher->addPath(tree->makeFile(QStringLiteral("spared too"), 10));
+    crusher->takeBackPaths();
+    runToMarker();
+    QCOMPARE(log->records(), withMarker({}));
+    QVERIFY(entryExists(spared));
 }
 
 void TestFileCrusherWorkerStop::stopInsideAFolderHasNoVerdict()

@@ -31,6 +31,7 @@ private slots:
     void stoppedRunLeavesTheRowsAndTheirTicks();
     void stopWithoutRowsDisablesTheControls();
     void stopInsideAFileLetsItFinishAndSparesTheNext();
+    void stopBetweenFilesSparesTheOneHandedOver();
     void stopInsideAFolderLeavesTheRestOfIt();
     void successAfterAStopEndsTheRunWithItsResult();
     void failureAfterAStopEndsTheRunWithItsResult();
@@ -174,6 +175,36 @@ void TestWalleStop::stopInsideAFileLetsItFinishAndSparesTheNext()
                              }));
     QVERIFY(!entryExists(first));
     QVERIFY(entryExists(spared));
+}
+
+/// The worker pauses after each verdict, and the next path waits in its queue meanwhile.
+void TestWalleStop::stopBetweenFilesSparesTheOneHandedOver()
+{
+    const QString first = tree->makeFile(QStringLiteral("first"), 10);
+    const QString spared = tree->makeFile(QStringLiteral("spared"), 10);
+    QVERIFY(harness->admitted({first, spared}));
+    harness->onSignal = [this](const SignalRecord &signal) {
+        if (signal.name == "removeRowFromMainTable")
+            harness->post(CommandStopCrush);
+    };
+    harness->post(CommandStartCrush);
+    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setSelectAllCheckBoxState"); }));
+    QVERIFY(!entryExists(first));
+    QVERIFY(entryExists(spared));
+    harness->onSignal = nullptr;
+    // The stop is seen by the verdict's slot or, as mostly, after the hand-over.
+    if (harness->count("showResultDialog") > 0)
+        QVERIFY(harness->finished());
+    // A later run shows that the worker has not kept it either.
+    if (harness->rows().first().checked)
+        harness->click(0);
+    const QString last = tree->makeFile(QStringLiteral("last"), 10);
+    QVERIFY(harness->admitted({last}));
+    harness->post(CommandStartCrush);
+    QVERIFY(harness->finished());
+    QVERIFY(!entryExists(last));
+    QVERIFY(entryExists(spared));
+    QCOMPARE(harness->paths(), QStringList{spared});
 }
 
 void TestWalleStop::stopInsideAFolderLeavesTheRestOfIt()
