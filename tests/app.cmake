@@ -3,7 +3,7 @@
 
 # What inventory tools read from the built file. The second executable is linked
 # as unkindly as a build can be: everything unused is dropped and the whole
-# program is optimised at once.
+# program is optimised at once. The third is the program as packagers strip it.
 add_executable(versionrecord_stripped support/emptymain.cpp
   ${PROJECT_SOURCE_DIR}/app/versionrecord.cpp)
 target_compile_features(versionrecord_stripped PRIVATE cxx_std_17)
@@ -13,8 +13,17 @@ set_target_properties(versionrecord_stripped PROPERTIES AUTOMOC OFF)
 set_source_files_properties(${PROJECT_SOURCE_DIR}/app/versionrecord.cpp PROPERTIES
   COMPILE_OPTIONS -fno-lto)
 
+set(packaged_executable ${CMAKE_CURRENT_BINARY_DIR}/fileshredder-as-packaged)
+add_custom_command(OUTPUT ${packaged_executable}
+  COMMAND ${CMAKE_STRIP} --strip-all --remove-section=.comment --remove-section=.note
+          -o ${packaged_executable} $<TARGET_FILE:fileshredder>
+  DEPENDS fileshredder
+  VERBATIM)
+add_custom_target(packaged_executable DEPENDS ${packaged_executable})
+
 add_unit_test(tst_versionrecord)
-add_dependencies(tst_versionrecord fileshredder versionrecord_stripped)
+add_dependencies(tst_versionrecord versionrecord_stripped packaged_executable)
 target_compile_definitions(tst_versionrecord PRIVATE
   FILESHREDDER_EXECUTABLE="$<TARGET_FILE:fileshredder>"
-  STRIPPED_EXECUTABLE="$<TARGET_FILE:versionrecord_stripped>")
+  STRIPPED_EXECUTABLE="$<TARGET_FILE:versionrecord_stripped>"
+  PACKAGED_EXECUTABLE="${packaged_executable}")

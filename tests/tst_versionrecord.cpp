@@ -87,6 +87,7 @@ private:
         QTest::newRow("program") << QStringLiteral(FILESHREDDER_EXECUTABLE);
         QTest::newRow("unused sections dropped, optimised at link time")
             << QStringLiteral(STRIPPED_EXECUTABLE);
+        QTest::newRow("stripped as in a package") << QStringLiteral(PACKAGED_EXECUTABLE);
     }
 };
 

@@ -25,10 +25,29 @@ virtual_desktop_packages=(
 
 # shellcheck disable=SC2034
 check_packages=(
+    appstream               # appstreamcli
     binutils                # looking into the finished executable
     clang-format clang-tidy
+    codespell
+    desktop-file-utils
+    groff-base man-db       # reading the manual pages as users will
     librsvg2-bin            # drawing the artwork again, to compare
     python3                 # run-clang-tidy is written in it
+    reuse
+    shellcheck
+)
+
+# shellcheck disable=SC2034
+packaging_packages=(
+    binutils                # looking into the packaged executable
+    debhelper dpkg-dev
+)
+
+# shellcheck disable=SC2034
+package_check_packages=(
+    debootstrap             # a fresh Debian to try the package in
+    lintian
+    "${virtual_desktop_packages[@]}"
 )
 
 # install_missing PACKAGE...: without a missing package this asks nobody
