@@ -20,7 +20,7 @@ QList<QFileInfo> FileCrusher::listDirectory(const char *path)
     const QString prefix = QString::fromUtf8(path) + QLatin1Char('/');
     const QList<QByteArray> names = namesIn(directory.get());
     for (const QByteArray &name : names)
-        entries.append(QFileInfo(prefix + QString::fromUtf8(name)));
+        entries.append(QFileInfo(prefix + textOf(name)));
     return entries;
 }
 
@@ -94,7 +94,7 @@ bool FileCrusher::shredEntries(HeldTree &tree, int index, quint64 totalBytes, qu
         if (!isUtf8(name))
             continue;
         const EntryState state = lookAt(directory, name);
-        const QString path = tree.pathOf(index, QString::fromUtf8(name));
+        const QString path = tree.pathOf(index, textOf(name));
         if (state.kind == EntryKind::Link) {
             if (removeNameIn(directory, name))
                 emit addToHistory(path);

@@ -62,9 +62,14 @@ int Descriptor::release()
     return std::exchange(number, -1);
 }
 
+QString textOf(const QByteArray &name)
+{
+    return QString::fromUtf8('/' + name).mid(1);
+}
+
 bool isUtf8(const QByteArray &name)
 {
-    return QString::fromUtf8(name).toUtf8() == name;
+    return textOf(name).toUtf8() == name;
 }
 
 QList<QByteArray> namesIn(int directory)
@@ -105,7 +110,7 @@ quint64 sizeThrough(int directory, const QByteArray &name)
 Descriptor openDirectoryIn(int directory, const QByteArray &name)
 {
     return Descriptor(
-        ::openat(directory, name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        ::openat(directory, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 std::FILE *openForOverwriting(int directory, const QByteArray &name)

@@ -63,6 +63,10 @@ struct EntryState {
 /// system reports for them; walking into ".." would leave the tree. Empty when unreadable.
 QList<QByteArray> namesIn(int directory);
 
+/// @p name as text. Only at the start of a text does a byte order mark stand for none; here it is
+/// the start of a name, which must stay what it is.
+QString textOf(const QByteArray &name);
+
 /// False for a name that would be another one after a way through QString. Such an entry is left
 /// alone: what is reported must be what was removed.
 bool isUtf8(const QByteArray &name);
@@ -74,7 +78,8 @@ EntryState lookAt(int directory, const QByteArray &name);
 /// when that cannot be told.
 quint64 sizeThrough(int directory, const QByteArray &name);
 
-/// Opens a folder within @p directory, never through a link.
+/// Opens a folder within @p directory, never through a link, to reach its entries by; it need
+/// not be readable, as one that is empty can be removed all the same.
 Descriptor openDirectoryIn(int directory, const QByteArray &name);
 
 /// Opens a regular file within @p directory for overwriting, never through a link and never

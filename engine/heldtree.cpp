@@ -76,7 +76,7 @@ int HeldTree::descriptorOf(int index)
 
 void HeldTree::append(int parent, const QByteArray &name, const FileIdentity &identity)
 {
-    directories.append(Directory{pathOf(parent, QString::fromUtf8(name)), parent, name, identity});
+    directories.append(Directory{pathOf(parent, textOf(name)), parent, name, identity});
 }
 
 bool HeldTree::remove(int index)

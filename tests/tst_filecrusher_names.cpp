@@ -44,6 +44,7 @@ void addNames()
     QTest::newRow("three dots") << QStringLiteral("...");
     QTest::newRow("decomposed") << QStringLiteral("e\u0301");
     QTest::newRow("replacement character") << QStringLiteral("\uFFFD");
+    QTest::newRow("byte order mark") << QStringLiteral("\uFEFFname");
     QTest::newRow("longest") << QString(NAME_MAX, QLatin1Char('n'));
 }
 
