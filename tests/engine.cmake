@@ -14,6 +14,22 @@ foreach(name tst_blockfiller tst_filecrusher_file tst_filecrusher_treefile tst_f
   target_sources(${name} PRIVATE support/expectedbytes.cpp)
 endforeach()
 
+# The rules of the engine as a model, and random trees for both to work on.
+add_library(modelsupport STATIC
+  support/expectedbytes.cpp
+  support/model/modeldisk.cpp
+  support/model/modeldisk.h
+  support/model/modelengine.cpp
+  support/model/modelengine.h
+  support/model/randomtree.cpp
+  support/model/randomtree.h
+  support/model/seeds.cpp
+  support/model/seeds.h)
+target_link_libraries(modelsupport PUBLIC testsupport PRIVATE fileshredder_strictness)
+
+add_unit_test(tst_model_engine engine modelsupport)
+set_property(TEST tst_model_engine APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
+
 add_unit_test(tst_instancelock)
 target_sources(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR}/app/instancelock.cpp)
 target_include_directories(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR})

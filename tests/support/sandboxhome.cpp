@@ -17,9 +17,6 @@ namespace testsupport
 namespace
 {
 
-constexpr uid_t rootId = 0;
-constexpr uid_t nobodyId = 65534;
-
 QByteArray account(const char *name, uid_t uid, const QString &home)
 {
     const QByteArray id = QByteArray::number(uid);
@@ -90,30 +87,6 @@ QByteArrayList SandboxHome::historyLines() const
     QByteArrayList lines = history().split('\n');
     lines.removeLast(); // behind the last newline
     return lines;
-}
-
-OrdinaryUser::OrdinaryUser()
-    : wasRoot(::getuid() == rootId)
-{
-    if (wasRoot && ::setresuid(nobodyId, nobodyId, rootId) != 0)
-        qFatal("cannot become an ordinary user");
-}
-
-OrdinaryUser::~OrdinaryUser()
-{
-    if (wasRoot && ::setresuid(rootId, rootId, rootId) != 0)
-        qFatal("cannot become root again");
-}
-
-uid_t OrdinaryUser::id()
-{
-    return ::getuid() == rootId ? nobodyId : ::getuid();
-}
-
-void OrdinaryUser::give(const QString &path)
-{
-    if (id() != ::getuid() && ::chown(path.toUtf8().constData(), id(), id()) != 0)
-        qFatal("cannot give %s away", qPrintable(path));
 }
 
 } // namespace testsupport

@@ -9,11 +9,11 @@
 
 #pragma once
 
+#include "ordinaryuser.h"
+
 #include <QByteArrayList>
 #include <QString>
 #include <QTemporaryDir>
-
-#include <sys/types.h>
 
 namespace testsupport
 {
@@ -42,24 +42,6 @@ public:
 private:
     QTemporaryDir directory;
     QString homePath;
-};
-
-/// While it exists the program runs as a user whom permissions bind, which they do not root. For
-/// anybody else it changes nothing.
-class OrdinaryUser
-{
-public:
-    OrdinaryUser();
-    ~OrdinaryUser();
-    OrdinaryUser(const OrdinaryUser &) = delete;
-    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
-
-    static uid_t id();
-    /// Makes @p path theirs.
-    static void give(const QString &path);
-
-private:
-    bool wasRoot;
 };
 
 } // namespace testsupport

@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A picture of a folder in memory, taken with plain system calls, on which a
+// model works in place of the disk. It knows what an ordinary user may do. After
+// the product has worked on the disk, the picture tells what must be left there.
+// Keys are absolute paths in bytes; links are never resolved by the system.
+
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QMap>
+#include <QString>
+
+#include <ctime>
+#include <memory>
+
+#include <sys/types.h>
+
+namespace testsupport
+{
+
+/// What the names of one file share.
+struct ModelBody {
+    QByteArray bytes;
+    bool overwritten = false;
+};
+
+enum class ModelKind { Directory, File, Link, Fifo };
+
+struct ModelEntry {
+    ModelKind kind = ModelKind::File;
+    mode_t mode = 0;
+    qint64 directorySize = 0;        ///< what stat(2) tells for a directory
+    QByteArray target;               ///< of a link
+    QByteArrayList names;            ///< of a directory, in the order the system reads them
+    std::shared_ptr<ModelBody> body; ///< of a file
+};
+
+class ModelDisk
+{
+public:
+    /// Takes the picture of the folder @p root and everything in it, which must be readable.
+    explicit ModelDisk(const QByteArray &root);
+
+    /// The entry at @p path as an ordinary user finds it: through links on the way, and through a
+    /// link at its end if @p follow or a slash behind it says so. Null when there is none.
+    const ModelEntry *find(const QByteArray &path, bool follow) const;
+    bool isLink(const QByteArray &path) const;
+    bool isFile(const QByteArray &path) const { return isKind(path, ModelKind::File); }
+    bool isDirectory(const QByteArray &path) const { return isKind(path, ModelKind::Directory); }
+    bool exists(const QByteArray &path) const { return find(path, true) != nullptr; }
+    /// True when the entry at @p path, or the target of the link there, may be read and written.
+    bool isOpenToUser(const QByteArray &path) const;
+    /// Bytes of what @p path leads to; 0 when it leads nowhere.
+    quint64 sizeOf(const QByteArray &path) const;
+    /// Names in the directory @p path; none when it cannot be read.
+    QByteArrayList namesIn(const QByteArray &path) const;
+
+    /// Overwrites the file @p path.
+    void overwrite(const QByteArray &path);
+    /// Removes a name, of a directory only an empty one; false when that is not allowed.
+    bool remove(const QByteArray &path);
+
+    /// The permissions of @p path, set on the disk as well.
+    void setMode(const QByteArray &path, mode_t mode);
+    /// Gives back, on the disk only, the permissions that setMode() took.
+    void restoreModes() const;
+
+    /// Looks at the disk again; empty when everything is as in this picture, with the files
+    /// overwritten between @p first and @p last, else the first difference.
+    QString differenceFromDisk(std::time_t first, std::time_t last) const;
+
+private:
+    void takeIn(const QByteArray &path, QMap<quint64, std::shared_ptr<ModelBody>> &bodies);
+    bool isKind(const QByteArray &path, ModelKind kind) const;
+    QByteArray resolve(const QByteArray &path, bool follow, int links) const;
+
+    QByteArray root;
+    qint64 bytesPerName = 0; ///< by which a directory becomes smaller when a name goes
+    QMap<QByteArray, ModelEntry> entries;
+};
+
+/// @p path without "." in it and without more than one slash in a row.
+QByteArray cleaned(const QByteArray &path);
+
+} // namespace testsupport
