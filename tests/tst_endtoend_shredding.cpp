@@ -172,7 +172,8 @@ void TestEndToEndShredding::stoppedRunLeavesTheRestAndCanBeRepeated()
     QCOMPARE(shredder->rowsShown(), 1);
     const int survivors = left();
     QVERIFY2(survivors > 0, "the run was over before it could be stopped");
-    for (const QString &name : QDir(folder).entryList(QDir::Files)) {
+    const QStringList spared = QDir(folder).entryList(QDir::Files);
+    for (const QString &name : spared) {
         QCOMPARE(TemporaryTree::contentsOf(folder + QLatin1Char('/') + name),
                  QByteArray(size, 'x'));
     }

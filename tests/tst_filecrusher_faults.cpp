@@ -41,7 +41,11 @@ struct Interception {
     std::function<bool(const QString &)> readingWorks; ///< called before a folder is read
 };
 
-Interception interception;
+Interception &interception()
+{
+    static Interception theOne;
+    return theOne;
+}
 
 } // namespace
 
@@ -56,13 +60,13 @@ int __real_stat(const char *path, struct stat *status);
 int __wrap_openat(int folder, const char *name, int flags, ...)
 {
     if ((flags & O_ACCMODE) != O_RDONLY)
-        ++interception.openedForWriting;
+        ++interception().openedForWriting;
     return __real_openat(folder, name, flags);
 }
 
 DIR *__wrap_fdopendir(int folder)
 {
-    if (interception.readingWorks && !interception.readingWorks(testsupport::pathOf(folder))) {
+    if (interception().readingWorks && !interception().readingWorks(testsupport::pathOf(folder))) {
         errno = EMFILE;
         return nullptr;
     }
@@ -72,28 +76,28 @@ DIR *__wrap_fdopendir(int folder)
 int __wrap_fstat(int file, struct stat *status)
 {
     const int result = __real_fstat(file, status);
-    if (interception.size)
-        status->st_size = *interception.size;
+    if (interception().size)
+        status->st_size = *interception().size;
     return result;
 }
 
 dirent *__wrap_readdir(DIR *stream)
 {
     dirent *entry = __real_readdir(stream);
-    if (entry != nullptr && interception.typesUnknown)
+    if (entry != nullptr && interception().typesUnknown)
         entry->d_type = DT_UNKNOWN;
     return entry;
 }
 
 int __wrap_stat(const char *path, struct stat *status)
 {
-    if (interception.statFails) {
+    if (interception().statFails) {
         errno = EIO;
         return -1;
     }
     const int result = __real_stat(path, status);
-    if (interception.size)
-        status->st_size = *interception.size;
+    if (interception().size)
+        status->st_size = *interception().size;
     return result;
 }
 }
@@ -139,12 +143,12 @@ void TestFileCrusherFaults::init()
     tree = std::make_unique<TemporaryTree>();
     crusher = std::make_unique<FileCrusher>();
     log = std::make_unique<SignalLog>(crusher.get());
-    interception = Interception();
+    interception() = Interception();
 }
 
 void TestFileCrusherFaults::cleanup()
 {
-    interception = Interception();
+    interception() = Interception();
     log.reset();
     crusher.reset();
     tree.reset();
@@ -168,8 +172,8 @@ void TestFileCrusherFaults::unusableSizeLeavesTheFile()
     QFETCH(qint64, size);
     QFETCH(qint64, alone);
     const QString file = tree->makeFile(QStringLiteral("file"), 5000);
-    interception.statFails = statFails;
-    interception.size = size;
+    interception().statFails = statFails;
+    interception().size = size;
     QCOMPARE(FileCrusher::statSize(file.toUtf8().constData()), statFails ? qint64{-1} : size);
     QCOMPARE(shredFile(file), alone);
     if (statFails || size < 0)
@@ -181,7 +185,7 @@ void TestFileCrusherFaults::unusableSizeLeavesTheFile()
 void TestFileCrusherFaults::sizeZeroInATreeIsAccepted()
 {
     const QString file = tree->makeFile(QStringLiteral("file"), 5000);
-    interception.size = 0;
+    interception().size = 0;
     QCOMPARE(shredInTree(file, 5000), qint64{0});
     QVERIFY(!entryExists(file));
     QCOMPARE(log->records(),
@@ -193,7 +197,7 @@ void TestFileCrusherFaults::emptyFileIsNotOpened()
     const QString file = tree->makeFile(QStringLiteral("file"), 0);
     QCOMPARE(shredFile(file), qint64{0});
     QVERIFY(!entryExists(file));
-    QCOMPARE(interception.openedForWriting, 0);
+    QCOMPARE(interception().openedForWriting, 0);
 }
 
 void TestFileCrusherFaults::treeOfEmptyFilesIsNotOpened()
@@ -203,13 +207,13 @@ void TestFileCrusherFaults::treeOfEmptyFilesIsNotOpened()
     tree->makeFile(QStringLiteral("top/folder/two"), 0);
     QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
-    QCOMPARE(interception.openedForWriting, 0);
+    QCOMPARE(interception().openedForWriting, 0);
 }
 
 void TestFileCrusherFaults::folderThatVanishesBeforeTheWalkIsMissing()
 {
     const QString top = tree->makeFolder(QStringLiteral("top"));
-    interception.readingWorks = [](const QString &path) { return QDir().rmdir(path); };
+    interception().readingWorks = [](const QString &path) { return QDir().rmdir(path); };
     QCOMPARE(shredFolder(top), qint64{-2});
     QCOMPARE(log->records(), SignalRecords());
 }
@@ -218,7 +222,7 @@ void TestFileCrusherFaults::folderThatCannotBeReadKeepsItsContents()
 {
     const QString top = tree->makeFolder(QStringLiteral("top"));
     const QString kept = tree->makeFile(QStringLiteral("top/folder/kept"), 10);
-    interception.readingWorks = [&top](const QString &path) { return path == top; };
+    interception().readingWorks = [&top](const QString &path) { return path == top; };
     QCOMPARE(shredFolder(top), qint64{-3});
     QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
     QCOMPARE(log->records(), SignalRecords());
@@ -255,7 +259,7 @@ void TestFileCrusherFaults::selfAndParentAreSkippedWhereTypesAreUnknown()
     const QString kept = tree->makeFile(QStringLiteral("kept"), 10);
     const QString top = tree->makeFolder(QStringLiteral("top"));
     const QString file = tree->makeFile(QStringLiteral("top/folder/file"), 10);
-    interception.typesUnknown = true;
+    interception().typesUnknown = true;
     // Asked first, so that a listing with ".." in it is never shredded.
     const QList<QFileInfo> entries = FileCrusher::listDirectory(top.toUtf8().constData());
     QCOMPARE(entries.size(), 1);

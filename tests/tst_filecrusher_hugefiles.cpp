@@ -92,7 +92,8 @@ QStringList TestFileCrusherHugeFiles::verdictsOf(const QString &path)
     if (!testsupport::eventually([&] { return log->firstArguments("finishOne").contains(marker); }))
         return {QStringLiteral("none in time")};
     QStringList verdicts;
-    for (const testsupport::SignalRecord &record : log->records()) {
+    const testsupport::SignalRecords records = log->records();
+    for (const testsupport::SignalRecord &record : records) {
         if (record.name == "finishOne" || record.name == "failedOne")
             verdicts.append(QString::fromLatin1(record.name));
     }

@@ -114,7 +114,7 @@ void TestFileCrusherTreeFile::emptyTopDirectoryIsRefused()
     const QString file = tree->makeFile(QStringLiteral("file"), 10);
     const QByteArray path = file.toUtf8();
     QCOMPARE(crusher->shredFileInDirectory(path.constData(), 10, 0, QString()), qint64{-4});
-    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 0, 0, QStringLiteral("")), qint64{-4});
+    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 0, 0, QLatin1String("")), qint64{-4});
     QCOMPARE(crusher->shredFileInDirectory("/missing", 10, 0, QString()), qint64{-4});
     QVERIFY(entryExists(file));
     QCOMPARE(log->records(), SignalRecords());

@@ -104,7 +104,7 @@ void TestFileCrusherWorker::signalsAreDeclaredInTheirOrder()
 void TestFileCrusherWorker::emptyPathIsSkippedWithoutASignal()
 {
     crusher->addPath(QString());
-    crusher->addPath(QStringLiteral(""));
+    crusher->addPath(QLatin1String(""));
     runToMarker();
     crusher->addPath(QString());
     marker += QLatin1Char('2');

@@ -43,7 +43,11 @@ struct Interception {
     std::function<void(const QString &)> beforeRemove;
 };
 
-Interception interception;
+Interception &interception()
+{
+    static Interception theOne;
+    return theOne;
+}
 
 } // namespace
 
@@ -57,8 +61,8 @@ int __real_unlinkat(int folder, const char *name, int flags);
 
 std::size_t __wrap_fwrite(const void *bytes, std::size_t size, std::size_t count, std::FILE *file)
 {
-    interception.written.append(static_cast<int>(size * count));
-    if (!interception.writeFails)
+    interception().written.append(static_cast<int>(size * count));
+    if (!interception().writeFails)
         return __real_fwrite(bytes, size, count, file);
     errno = ENOSPC;
     return 0;
@@ -66,10 +70,10 @@ std::size_t __wrap_fwrite(const void *bytes, std::size_t size, std::size_t count
 
 int __wrap_unlinkat(int folder, const char *name, int flags)
 {
-    if (interception.beforeRemove)
-        interception.beforeRemove(testsupport::pathOf(folder) + QLatin1Char('/')
-                                  + QString::fromUtf8(name));
-    if (!interception.removeFails)
+    if (interception().beforeRemove)
+        interception().beforeRemove(testsupport::pathOf(folder) + QLatin1Char('/')
+                                    + QString::fromUtf8(name));
+    if (!interception().removeFails)
         return __real_unlinkat(folder, name, flags);
     errno = EPERM;
     return -1;
@@ -78,22 +82,22 @@ int __wrap_unlinkat(int folder, const char *name, int flags)
 int __wrap_fstat(int file, struct stat *status)
 {
     const int result = __real_fstat(file, status);
-    if (interception.size)
-        status->st_size = *interception.size;
+    if (interception().size)
+        status->st_size = *interception().size;
     return result;
 }
 
 int __wrap_stat(const char *path, struct stat *status)
 {
     const int result = __real_stat(path, status);
-    if (interception.size)
-        status->st_size = *interception.size;
+    if (interception().size)
+        status->st_size = *interception().size;
     return result;
 }
 
 std::time_t __wrap_time(std::time_t *result)
 {
-    return interception.clock ? interception.clock() : __real_time(result);
+    return interception().clock ? interception().clock() : __real_time(result);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -131,12 +135,12 @@ void TestFileCrusherWrites::init()
     tree = std::make_unique<TemporaryTree>();
     crusher = std::make_unique<FileCrusher>();
     log = std::make_unique<SignalLog>(crusher.get());
-    interception = Interception();
+    interception() = Interception();
 }
 
 void TestFileCrusherWrites::cleanup()
 {
-    interception = Interception();
+    interception() = Interception();
     log.reset();
     crusher.reset();
     tree.reset();
@@ -146,8 +150,8 @@ void TestFileCrusherWrites::asManyBytesAreWrittenAsTheSizeSays()
 {
     const QString file = tree->makeFile(QStringLiteral("file"), 10);
     const QString secondName = tree->makeHardLink(QStringLiteral("second name"), file);
-    interception.size = 5000;
-    interception.clock = [] { return someSecond; };
+    interception().size = 5000;
+    interception().clock = [] { return someSecond; };
     QCOMPARE(shredFile(file), qint64{5000});
     QCOMPARE(TemporaryTree::contentsOf(secondName), expectedBytes(5000, someSecond));
 }
@@ -157,10 +161,10 @@ void TestFileCrusherWrites::fileIsWrittenAsBlocksAndATail()
     const QString one = tree->makeFile(QStringLiteral("one"), 10000);
     const QString two = tree->makeFile(QStringLiteral("two"), 8192);
     QCOMPARE(shredFile(one), qint64{10000});
-    QCOMPARE(interception.written, (QList<int>{4096, 4096, 1808}));
-    interception.written.clear();
+    QCOMPARE(interception().written, (QList<int>{4096, 4096, 1808}));
+    interception().written.clear();
     QCOMPARE(shredInTree(two, 8192), qint64{8192});
-    QCOMPARE(interception.written, (QList<int>{4096, 4096, 0}));
+    QCOMPARE(interception().written, (QList<int>{4096, 4096, 0}));
 }
 
 void TestFileCrusherWrites::everyBlockIsOfItsOwnSecond()
@@ -177,7 +181,7 @@ void TestFileCrusherWrites::everyBlockIsOfItsOwnSecond()
         const QString name = alone ? QStringLiteral("one") : QStringLiteral("other");
         const QString secondName = tree->makeHardLink(name, file);
         std::time_t next = someSecond;
-        interception.clock = [&next] { return next++; };
+        interception().clock = [&next] { return next++; };
         QCOMPARE(alone ? shredFile(file) : shredInTree(file, 100000), qint64{expected.size()});
         QCOMPARE(TemporaryTree::contentsOf(secondName), expected);
     }
@@ -187,7 +191,7 @@ void TestFileCrusherWrites::blocksOfOneSecondAreTheSame()
 {
     const QString file = tree->makeFile(QStringLiteral("file"), 3 * 4096);
     const QString secondName = tree->makeHardLink(QStringLiteral("second name"), file);
-    interception.clock = [] { return someSecond; };
+    interception().clock = [] { return someSecond; };
     QCOMPARE(shredFile(file), qint64{3 * 4096});
     QCOMPARE(TemporaryTree::contentsOf(secondName), expectedBytes(4096, someSecond).repeated(3));
 }
@@ -195,8 +199,8 @@ void TestFileCrusherWrites::blocksOfOneSecondAreTheSame()
 void TestFileCrusherWrites::fileIsOverwrittenAndClosedBeforeItGoes()
 {
     QList<QByteArray> found;
-    interception.clock = [] { return someSecond; };
-    interception.beforeRemove = [&found](const QString &path) {
+    interception().clock = [] { return someSecond; };
+    interception().beforeRemove = [&found](const QString &path) {
         found.append(TemporaryTree::contentsOf(path));
     };
     shredFile(tree->makeFile(QStringLiteral("one"), 100));
@@ -209,7 +213,7 @@ void TestFileCrusherWrites::failedWriteIsNotNoticed()
 {
     const QString one = tree->makeFile(QStringLiteral("one"), 100);
     const QString two = tree->makeFile(QStringLiteral("two"), 100);
-    interception.writeFails = true;
+    interception().writeFails = true;
     QCOMPARE(shredFile(one), qint64{100});
     QCOMPARE(shredInTree(two, 100), qint64{100});
     QVERIFY(!entryExists(one));
@@ -224,7 +228,7 @@ void TestFileCrusherWrites::failedRemovalIsReportedAlone()
 {
     const QString file = tree->makeFile(QStringLiteral("file"), 100);
     const QString empty = tree->makeFile(QStringLiteral("empty"), 0);
-    interception.removeFails = true;
+    interception().removeFails = true;
     QCOMPARE(shredFile(empty), qint64{-7});
     QCOMPARE(shredInTree(empty, 100), qint64{-7});
     QCOMPARE(shredInTree(empty, 0), qint64{-7});

@@ -16,7 +16,10 @@ using testsupport::TemporaryTree;
 namespace
 {
 
-const QDateTime someTime(QDate(2024, 1, 2), QTime(3, 4, 5));
+QDateTime someTime()
+{
+    return QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5));
+}
 
 /// While it exists no file can grow beyond @p bytes: a write across the limit comes short, one
 /// behind it fails, as on a full disk.
@@ -70,7 +73,7 @@ private slots:
 
 void TestHistoryFile::entryIsTimeNameAndFolder()
 {
-    QCOMPARE(historyfile::entryFor(QStringLiteral("/home/u/a.txt"), someTime),
+    QCOMPARE(historyfile::entryFor(QStringLiteral("/home/u/a.txt"), someTime()),
              QByteArray("2024-01-02 03:04:05\na.txt\n/home/u\n"));
 }
 
@@ -99,13 +102,13 @@ void TestHistoryFile::entryHasThreeLinesWhateverTheNameHolds()
     QFETCH(QString, line);
     const QString path = QStringLiteral("/home/u/") + name;
     QCOMPARE(
-        QString::fromUtf8(historyfile::entryFor(path, someTime)),
+        QString::fromUtf8(historyfile::entryFor(path, someTime())),
         QString(QStringLiteral("2024-01-02 03:04:05\n") + line + QStringLiteral("\n/home/u\n")));
 }
 
 void TestHistoryFile::folderWithLineBreaksStaysOnOneLine()
 {
-    QCOMPARE(historyfile::entryFor(QStringLiteral("/home/x\ny/a.txt"), someTime),
+    QCOMPARE(historyfile::entryFor(QStringLiteral("/home/x\ny/a.txt"), someTime()),
              QByteArray("2024-01-02 03:04:05\na.txt\n/home/x␤y\n"));
 }
 

@@ -176,10 +176,10 @@ void TestHistoryRows::jumpToTheEndAndBack()
     QScrollBar *bar = table->verticalScrollBar();
     for (int turn = 0; turn < 3; ++turn) {
         bar->setValue(bar->maximum());
-        QCOMPARE(namesInView().last(), QStringLiteral("name 0"));
+        QCOMPARE(namesInView().constLast(), QStringLiteral("name 0"));
         QCOMPARE(namesInView(), expectedInView(manyRows - 1));
         bar->setValue(0);
-        QCOMPARE(namesInView().first(), QStringLiteral("name %1").arg(manyRows - 1));
+        QCOMPARE(namesInView().constFirst(), QStringLiteral("name %1").arg(manyRows - 1));
         QCOMPARE(namesInView(), expectedInView(manyRows - 1));
     }
     QTRY_VERIFY(frames().size() <= mostFrames);
@@ -206,7 +206,7 @@ void TestHistoryRows::removedRowsCloseTheGap()
                                QStringLiteral("name 46"), QStringLiteral("name 45")}));
     rows->remove(48);
     table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
-    QCOMPARE(namesInView().last(), QStringLiteral("name 1"));
+    QCOMPARE(namesInView().constLast(), QStringLiteral("name 1"));
 }
 
 void TestHistoryRows::removingARowThatIsNotThereDoesNothing()

@@ -120,8 +120,8 @@ void TestMainWindowHistory::newestEntryIsOnTop()
     openHistory();
     QCOMPARE(texts("nameLabel"),
              (QStringList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
-    QCOMPARE(texts("timeLabel").first(), QStringLiteral("2026-01-02 03:04:05"));
-    QCOMPARE(texts("pathLabel").first(), QStringLiteral("/home/somebody/c"));
+    QCOMPARE(texts("timeLabel").constFirst(), QStringLiteral("2026-01-02 03:04:05"));
+    QCOMPARE(texts("pathLabel").constFirst(), QStringLiteral("/home/somebody/c"));
     for (int row = 0; row < 3; ++row)
         QCOMPARE(table()->rowHeight(row), 30);
     QVERIFY(window->isEnabled("copyButton"));
@@ -143,7 +143,7 @@ void TestMainWindowHistory::twoOpeningsShowTheHistoryOnce()
     window->click("historyCloseButton");
     openHistory();
     QCOMPARE(table()->rowCount(), 3);
-    QCOMPARE(texts("nameLabel").first(), QStringLiteral("c"));
+    QCOMPARE(texts("nameLabel").constFirst(), QStringLiteral("c"));
 }
 
 void TestMainWindowHistory::openingTwiceInOneTurnShowsTheHistoryOnce()

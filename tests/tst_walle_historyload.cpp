@@ -18,9 +18,20 @@ using testsupport::WalleHarness;
 namespace
 {
 
-const SignalRecord begun{"setHistoryButtonEnabled", {false, LoadPhase::Begun}};
-const SignalRecord rowsComing{"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
-const SignalRecord complete{"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
+SignalRecord begun()
+{
+    return {"setHistoryButtonEnabled", {false, LoadPhase::Begun}};
+}
+
+SignalRecord rowsComing()
+{
+    return {"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
+}
+
+SignalRecord complete()
+{
+    return {"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
+}
 
 SignalRecord row(const char *time, const char *name, const char *folder)
 {
@@ -104,13 +115,13 @@ void TestWalleHistoryLoad::onRow(int number, const std::function<void()> &step)
 
 void TestWalleHistoryLoad::missingHistoryOnlyBegins()
 {
-    QCOMPARE(load(), SignalRecords{begun});
+    QCOMPARE(load(), SignalRecords{begun()});
 }
 
 void TestWalleHistoryLoad::emptyHistoryOnlyBegins()
 {
     home.writeHistory("");
-    QCOMPARE(load(), SignalRecords{begun});
+    QCOMPARE(load(), SignalRecords{begun()});
 }
 
 void TestWalleHistoryLoad::oneOrTwoLinesGiveNoRow_data()
@@ -124,34 +135,36 @@ void TestWalleHistoryLoad::oneOrTwoLinesGiveNoRow()
 {
     QFETCH(int, lines);
     home.writeHistory(numberedLines(lines));
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing, complete}));
+    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), complete()}));
 }
 
 void TestWalleHistoryLoad::threeLinesGiveOneRow()
 {
     home.writeHistory("2024-01-02 03:04:05\n粉碎.txt\n/home/u\n");
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing,
-                                    row("2024-01-02 03:04:05", "粉碎.txt", "/home/u"), complete}));
+    QCOMPARE(load(),
+             (SignalRecords{begun(), rowsComing(),
+                            row("2024-01-02 03:04:05", "粉碎.txt", "/home/u"), complete()}));
 }
 
 void TestWalleHistoryLoad::seventhLineIsIgnored()
 {
     home.writeHistory(numberedLines(7));
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing, row("line 0", "line 1", "line 2"),
-                                    row("line 3", "line 4", "line 5"), complete}));
+    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), row("line 0", "line 1", "line 2"),
+                                    row("line 3", "line 4", "line 5"), complete()}));
 }
 
 void TestWalleHistoryLoad::linesAreTrimmed()
 {
     home.writeHistory("  time \r\n\tname\t\n folder"); // and the last needs no end
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing, row("time", "name", "folder"), complete}));
+    QCOMPARE(load(),
+             (SignalRecords{begun(), rowsComing(), row("time", "name", "folder"), complete()}));
 }
 
 void TestWalleHistoryLoad::emptyLinesCount()
 {
     home.writeHistory("\n\n\ntime\n\nfolder\n");
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing, row("", "", ""), row("time", "", "folder"),
-                                    complete}));
+    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), row("", "", ""),
+                                    row("time", "", "folder"), complete()}));
 }
 
 void TestWalleHistoryLoad::invalidUtf8IsShownAsWellAsPossible()
@@ -159,7 +172,7 @@ void TestWalleHistoryLoad::invalidUtf8IsShownAsWellAsPossible()
     home.writeHistory("time\na\xff"
                       "b\nfolder\n");
     QCOMPARE(load(),
-             (SignalRecords{begun, rowsComing, row("time", "a\uFFFDb", "folder"), complete}));
+             (SignalRecords{begun(), rowsComing(), row("time", "a\uFFFDb", "folder"), complete()}));
 }
 
 void TestWalleHistoryLoad::unreadableHistoryOnlyBegins()
@@ -169,14 +182,14 @@ void TestWalleHistoryLoad::unreadableHistoryOnlyBegins()
     for (const QFile::Permissions permissions : {QFile::ReadOwner, QFile::WriteOwner}) {
         QVERIFY(QFile::setPermissions(home.historyFile(), permissions));
         const OrdinaryUser user;
-        QCOMPARE(load(), SignalRecords{begun});
+        QCOMPARE(load(), SignalRecords{begun()});
     }
 }
 
 void TestWalleHistoryLoad::folderInItsPlaceOnlyBegins()
 {
     QVERIFY(QDir().mkdir(home.historyFile()));
-    QCOMPARE(load(), SignalRecords{begun});
+    QCOMPARE(load(), SignalRecords{begun()});
 }
 
 void TestWalleHistoryLoad::abortEndsTheRowsAndStillCompletes_data()
@@ -194,18 +207,18 @@ void TestWalleHistoryLoad::abortEndsTheRowsAndStillCompletes()
     onRow(number, [this] { harness->walle().abortHistoryLoad(); });
     const SignalRecords log = load();
     QCOMPARE(log.size(), number + 3);
-    QCOMPARE(log.mid(0, 2), (SignalRecords{begun, rowsComing}));
-    QCOMPARE(log.last(), complete);
+    QCOMPARE(log.mid(0, 2), (SignalRecords{begun(), rowsComing()}));
+    QCOMPARE(log.last(), complete());
 }
 
 void TestWalleHistoryLoad::abortBeforeTheFirstRowStillCompletes()
 {
     home.writeHistory(numberedLines(6));
     harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal == rowsComing)
+        if (signal == rowsComing())
             harness->walle().abortHistoryLoad();
     };
-    QCOMPARE(load(), (SignalRecords{begun, rowsComing, complete}));
+    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), complete()}));
 }
 
 /// Whether a first line is read before the abort is seen is left open; a row is not.
@@ -213,11 +226,12 @@ void TestWalleHistoryLoad::abortWhileReadingGivesNoRows()
 {
     home.writeHistory(numberedLines(6));
     harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal == begun)
+        if (signal == begun())
             harness->walle().abortHistoryLoad();
     };
     const SignalRecords log = load();
-    QVERIFY(log == SignalRecords{begun} || log == (SignalRecords{begun, rowsComing, complete}));
+    QVERIFY(log == SignalRecords{begun()}
+            || log == (SignalRecords{begun(), rowsComing(), complete()}));
 }
 
 void TestWalleHistoryLoad::abortBeforeALoadHasNoEffectOnIt()
@@ -232,16 +246,16 @@ void TestWalleHistoryLoad::twoOpeningsInARowLoadTwice()
     home.writeHistory(numberedLines(6));
     harness->post(CommandLoadHistory);
     QCOMPARE(load(), (SignalRecords{
-                         begun,
-                         rowsComing,
+                         begun(),
+                         rowsComing(),
                          row("line 0", "line 1", "line 2"),
                          row("line 3", "line 4", "line 5"),
-                         complete,
-                         begun,
-                         rowsComing,
+                         complete(),
+                         begun(),
+                         rowsComing(),
                          row("line 0", "line 1", "line 2"),
                          row("line 3", "line 4", "line 5"),
-                         complete,
+                         complete(),
                      }));
 }
 
@@ -262,7 +276,7 @@ void TestWalleHistoryLoad::clearingDuringALoadLetsItComplete()
     harness->onSignal = nullptr;
     QVERIFY(harness->performed());
     QVERIFY(!QFile::exists(home.historyFile()));
-    QCOMPARE(load(), SignalRecords{begun});
+    QCOMPARE(load(), SignalRecords{begun()});
 }
 
 void TestWalleHistoryLoad::copyBeforeAnyLoadIsEmpty()

@@ -241,7 +241,7 @@ void TestWalleQueue::openRefusalReportHoldsUpFurtherCommands()
         if (signal.name != "alertDialog")
             return;
         harness.post(CommandUncheckAll);
-        const auto answered = [&] { return harness.log().last().name != "alertDialog"; };
+        const auto answered = [&] { return harness.log().constLast().name != "alertDialog"; };
         heldUp = !eventually(answered, fewMilliseconds);
     };
     harness.choose({QStringLiteral("/nonexistent/path")});

@@ -50,6 +50,7 @@ private:
 
     std::unique_ptr<ZZTableCell> cell;
     std::unique_ptr<QSignalSpy> reports;
+    QList<bool> statesSeen; ///< of the check box, at each report
 };
 
 void TestZZTableCell::init()
@@ -232,9 +233,9 @@ void TestZZTableCell::clickOnTheBoxReportsOnceAfterItChanged()
 {
     QFETCH(QPoint, place);
     build(QStringLiteral("/folder/name.txt"));
-    QList<bool> statesSeen;
+    statesSeen.clear();
     connect(cell.get(), &ZZTableCell::tableCellClicked, this,
-            [&] { statesSeen << cell->isChecked(); });
+            [this] { statesSeen << cell->isChecked(); });
     click(place);
     QCOMPARE(statesSeen, QList<bool>({false}));
     click(place);

@@ -134,7 +134,7 @@ bool GuidedTour::shred()
 void GuidedTour::takeStock()
 {
     step("after the run");
-    for (const QString &victim : victims)
+    for (const QString &victim : std::as_const(victims))
         check(!entryExists(victim), QStringLiteral("destroyed: ") + victim);
     for (const QString &name :
          {QStringLiteral("letter.txt"), QStringLiteral("film.mkv"), QStringLiteral("return.ods")}) {

@@ -241,7 +241,8 @@ std::optional<WindowId> RunningShredder::waitForOtherWindow() const
 {
     WindowId other = 0;
     eventually([&] {
-        for (const WindowId candidate : desktop.windowsOf(process.processId())) {
+        const auto windows = desktop.windowsOf(process.processId());
+        for (const WindowId candidate : windows) {
             if (candidate != window)
                 other = candidate;
         }

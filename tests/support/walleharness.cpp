@@ -263,7 +263,8 @@ QVector<int> WalleHarness::rowsAnsweringTo(const std::function<void()> &request,
     request();
     performed();
     QVector<int> answer;
-    for (const SignalRecord &record : log({signal}))
+    const SignalRecords answers = log({signal});
+    for (const SignalRecord &record : answers)
         answer.append(record.arguments.first().toInt());
     return answer;
 }
