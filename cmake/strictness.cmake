@@ -35,6 +35,10 @@ target_compile_definitions(fileshredder_strictness INTERFACE
 target_link_options(fileshredder_strictness INTERFACE
   -pie "$<${optimised}:-Wl,-z,relro,-z,now,-z,noexecstack,--gc-sections>")
 
+if(FILESHREDDER_FUZZ)
+  target_compile_options(fileshredder_strictness INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(FILESHREDDER_SANITIZE)
   target_compile_options(fileshredder_strictness INTERFACE
     -fsanitize=${FILESHREDDER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

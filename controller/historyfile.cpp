@@ -71,6 +71,14 @@ void append(const QString &file, const QByteArray &entry)
         history.resize(sizeBefore);
 }
 
+QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted)
+{
+    QStringList lines;
+    while (!device.atEnd() && !aborted)
+        lines.append(QString::fromUtf8(device.readLine()).trimmed());
+    return lines;
+}
+
 QString clipboardText(const QStringList &lines)
 {
     static const QByteArray timeLabel = QByteArrayLiteral("日期：");

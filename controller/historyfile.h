@@ -12,6 +12,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
+
+class QIODevice;
+
 namespace historyfile
 {
 
@@ -27,6 +31,10 @@ bool isUsable(const QString &file);
 /// Appends @p entry to @p file, made first when missing, in one write. When the write fails or
 /// comes short the file is as it was before. Silent.
 void append(const QString &file, const QByteArray &entry);
+
+/// The lines of @p device, open for reading text, from where it stands: decoded from UTF-8 and
+/// trimmed. Ends early once @p aborted is set, which any thread may do.
+QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted);
 
 /// The text for the clipboard: one line for each whole entry of @p lines.
 QString clipboardText(const QStringList &lines);

@@ -5,6 +5,7 @@
 // cleaned, made absolute or resolved, and only the exact system directories are
 // refused, not what lies in them.
 
+#include "controller/droppedurls.h"
 #include "controller/walle.h"
 
 #include <QFileInfo>
@@ -14,6 +15,10 @@
 
 RejectReasons Walle::admitPath(const QString &path)
 {
+    // No file has a zero byte in its name, but an URL may: the system calls would read it as the
+    // end and find another file.
+    if (path.contains(QChar(QChar::Null)))
+        return RejectNotFound;
     // Asked once before the lock: a disk that has to spin up, or a server that does not answer,
     // keeps this thread waiting but not the GUI thread, which needs the lock while a run goes on.
     QFileInfo::exists(path);
@@ -87,15 +92,12 @@ RejectReasons Walle::admitDropped()
     return reasons;
 }
 
-/// A drop, unlike a batch from the file dialog, ends at the first URL that is no local file,
-/// silently, and at the first refusal for the limit.
+/// A drop, unlike a batch from the file dialog, ends at the first refusal for the limit.
 RejectReasons Walle::admitUrls(const QList<QUrl> &urls)
 {
     RejectReasons reasons = 0;
-    for (const QUrl &url : urls) {
-        const QString path = url.toLocalFile();
-        if (path.isEmpty())
-            break;
+    const QStringList paths = localPathsOf(urls);
+    for (const QString &path : paths) {
         const RejectReasons refusal = admitPath(path);
         reasons |= refusal;
         if (refusal == RejectOverLimit)

@@ -56,10 +56,8 @@ void Walle::readHistory()
     if (!historyfile::isUsable(path))
         return;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return;
-    while (!file.atEnd() && !historyLoadAborted)
-        historyLines.append(QString::fromUtf8(file.readLine()).trimmed());
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        historyLines = historyfile::linesOf(file, historyLoadAborted);
 }
 
 void Walle::showHistory()

@@ -15,6 +15,7 @@ target_link_libraries(controllersupport
   PRIVATE fileshredder_strictness)
 
 add_unit_test(tst_deliveryfence controller)
+add_unit_test(tst_droppedurls controller)
 add_unit_test(tst_historyfile controller)
 
 # The controller's threads end with the process by design, and what they hold is

@@ -27,6 +27,7 @@ private slots:
     void cleanup();
     void filesFoldersAndLinksAreAdmitted();
     void admittedPathIsTakenLiterally();
+    void zeroByteInAPathNamesNoOtherFile();
     void danglingLinkIsAdmitted();
     void danglingLinkIsStillRefusedAsDuplicate();
     void linkToAnUnreadableTargetIsAdmittedTheTargetRefused();
@@ -97,6 +98,12 @@ void TestWalleAdmission::admittedPathIsTakenLiterally()
     const QString roundabout = tree->path(QStringLiteral("folder//../folder/./file"));
     QCOMPARE(admit({file, roundabout}), 0U);
     QCOMPARE(harness->paths(), (QStringList{file, roundabout}));
+}
+
+void TestWalleAdmission::zeroByteInAPathNamesNoOtherFile()
+{
+    const QString file = tree->makeFile(QStringLiteral("file"), 1);
+    QCOMPARE(admit({file + QChar(QChar::Null) + QLatin1Char('b')}), RejectNotFound);
 }
 
 void TestWalleAdmission::danglingLinkIsAdmitted()

@@ -27,10 +27,11 @@ virtual_desktop_packages=(
 check_packages=(
     appstream               # appstreamcli
     binutils                # looking into the finished executable
-    clang-format clang-tidy
+    clang-format clang-tidy clazy
     codespell
     desktop-file-utils
     groff-base man-db       # reading the manual pages as users will
+    devscripts              # hardening-check
     librsvg2-bin            # drawing the artwork again, to compare
     python3                 # run-clang-tidy is written in it
     reuse
@@ -48,6 +49,11 @@ package_check_packages=(
     debootstrap             # a fresh Debian to try the package in
     lintian
     "${virtual_desktop_packages[@]}"
+)
+
+# shellcheck disable=SC2034
+fuzz_packages=(
+    clang libclang-rt-14-dev
 )
 
 # install_missing PACKAGE...: without a missing package this asks nobody
