@@ -174,9 +174,9 @@ qint64 FileCrusher::shredTreeFile(const FilePlace &place, quint64 totalBytes, qu
     if (stream == nullptr)
         return CrushResult::OpenFailed;
     const qint64 size = statSize(place.path.toUtf8().constData());
-    if (size < 0)
-        return CrushResult::SizeUnusable; // the stream stays open, as in shredFile()
-    if (size != sizeOf(stream)) {
+    if (size < 0 || size != sizeOf(stream)) {
+        // Closed, unlike a lone file: when a folder above is renamed during the walk, this is the
+        // way of every file of the tree, and open ones would use up the descriptors.
         closeStream(stream);
         return CrushResult::SizeUnusable;
     }
