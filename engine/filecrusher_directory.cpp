@@ -101,8 +101,12 @@ bool FileCrusher::shredEntries(HeldTree &tree, int index, quint64 totalBytes, qu
         } else if (state.kind == EntryKind::Directory) {
             tree.append(index, name, state.identity);
         } else if (state.kind == EntryKind::File) {
-            const qint64 result = shredTreeFile(FilePlace{directory, name, path}, totalBytes,
-                                                doneBytes, tree.pathOf(0));
+            // A tree that was found to hold nothing holds something after all when it could not be
+            // read then, or was filled since; no file goes without having been overwritten.
+            const bool sized = totalBytes != 0;
+            const qint64 result = shredTreeFile(FilePlace{directory, name, path},
+                                                sized ? totalBytes : sizeThrough(directory, name),
+                                                sized ? doneBytes : 0, tree.pathOf(0));
             // The share done is kept in the low 32 bits of each result; a failure counts as 0.
             const auto bytes = static_cast<qint32>(static_cast<quint32>(result));
             doneBytes += static_cast<quint64>(qMax(0, bytes));

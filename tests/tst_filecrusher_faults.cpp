@@ -18,6 +18,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -118,6 +119,7 @@ private slots:
     void treeOfEmptyFilesIsNotOpened();
     void folderThatVanishesBeforeTheWalkIsMissing();
     void folderThatCannotBeReadKeepsItsContents();
+    void folderThatCouldNotBeSizedIsOverwrittenAllTheSame();
     void fileThatVanishesDuringTheWalkIsPassedOver();
     void folderThatVanishesDuringTheWalkIsAFailure();
     void selfAndParentAreSkippedWhereTypesAreUnknown();
@@ -226,6 +228,18 @@ void TestFileCrusherFaults::folderThatCannotBeReadKeepsItsContents()
     QCOMPARE(shredFolder(top), qint64{-3});
     QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
     QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestFileCrusherFaults::folderThatCouldNotBeSizedIsOverwrittenAllTheSame()
+{
+    const QString top = tree->makeFolder(QStringLiteral("top"));
+    const QString file = tree->makeFile(QStringLiteral("top/file"), 5000);
+    const QString secondName = tree->makeHardLink(QStringLiteral("second name"), file);
+    bool first = true;
+    interception.readingWorks = [&first](const QString &) { return !std::exchange(first, false); };
+    QCOMPARE(shredFolder(top), qint64{0});
+    QVERIFY(!entryExists(top));
+    QVERIFY(TemporaryTree::contentsOf(secondName) != QByteArray(5000, 'x'));
 }
 
 void TestFileCrusherFaults::fileThatVanishesDuringTheWalkIsPassedOver()
