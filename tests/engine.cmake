@@ -4,9 +4,9 @@
 # These link the engine and nothing else, which proves that it needs Qt Core alone.
 foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_faults tst_filecrusher_file
              tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
-             tst_filecrusher_neighbours tst_filecrusher_refused tst_filecrusher_stop tst_filecrusher_swapped tst_filecrusher_treefile
-             tst_filecrusher_worker tst_filecrusher_workerstop tst_filecrusher_writes
-             tst_shredprogress)
+             tst_filecrusher_neighbours tst_filecrusher_refused tst_filecrusher_stop
+             tst_filecrusher_swapped tst_filecrusher_treefile tst_filecrusher_worker
+             tst_filecrusher_workerstop tst_filecrusher_writes tst_shredprogress)
   add_unit_test(${name} engine)
 endforeach()
 

@@ -236,7 +236,9 @@ void TestFileCrusherFaults::folderThatCouldNotBeSizedIsOverwrittenAllTheSame()
     const QString file = tree->makeFile(QStringLiteral("top/file"), 5000);
     const QString secondName = tree->makeHardLink(QStringLiteral("second name"), file);
     bool first = true;
-    interception.readingWorks = [&first](const QString &) { return !std::exchange(first, false); };
+    interception().readingWorks = [&first](const QString &) {
+        return !std::exchange(first, false);
+    };
     QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
     QVERIFY(TemporaryTree::contentsOf(secondName) != QByteArray(5000, 'x'));

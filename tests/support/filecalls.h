@@ -4,7 +4,7 @@
 // Stands between the program and the C library: every call about a file or folder
 // that the program, Qt included, makes comes by here, and a test may look on, act
 // right before it, or let it fail. A test program takes this in by naming
-// filecalls.cpp among its sources (see tests/filecalls.cmake).
+// itself in watch_file_calls() (tests/filecalls.cmake).
 
 #pragma once
 
