@@ -18,9 +18,20 @@ add_unit_test(tst_deliveryfence controller)
 add_unit_test(tst_droppedurls controller)
 add_unit_test(tst_historyfile controller)
 
+# The rules of the controller as a model, and both of them side by side.
+add_library(controllermodelsupport STATIC
+  support/model/modelwalle.cpp
+  support/model/modelwalle.h
+  support/model/modelwalle_run.cpp
+  support/model/twincontrollers.cpp
+  support/model/twincontrollers.h)
+target_link_libraries(controllermodelsupport
+  PUBLIC controllersupport modelsupport
+  PRIVATE fileshredder_strictness)
+
 # The controller's threads end with the process by design, and what they hold is
 # no leak. The address sanitizer would insist on being loaded first.
-foreach(name tst_walle_admission tst_walle_batches tst_walle_controls tst_walle_history
+foreach(name tst_model_controller tst_walle_admission tst_walle_batches tst_walle_controls tst_walle_history
              tst_walle_historyload tst_walle_joblist tst_walle_kill tst_walle_order tst_walle_queue
              tst_walle_races tst_walle_run tst_walle_stop tst_walle_toggles
              tst_walle_verdicts)
@@ -33,3 +44,7 @@ endforeach()
 # A hundred thousand small files are made and shredded: in memory, not on the disk.
 set_property(TEST tst_walle_kill APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 set_tests_properties(tst_walle_kill PROPERTIES TIMEOUT 600)
+
+target_sources(tst_model_controller PRIVATE support/model/briskthreads.cpp)
+target_link_libraries(tst_model_controller PRIVATE controllermodelsupport)
+set_property(TEST tst_model_controller APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")

@@ -95,14 +95,6 @@ bool soon(const std::function<bool()> &condition)
 
 } // namespace
 
-/// Takes the place of Qt's in this program: the worker sleeps nowhere else, and at its own pace
-/// of 40 ms a path few cases would fit in.
-void QThread::msleep(unsigned long milliseconds)
-{
-    Q_UNUSED(milliseconds)
-    ::usleep(shortPause);
-}
-
 class TestModelEngine : public QObject
 {
     Q_OBJECT

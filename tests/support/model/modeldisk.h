@@ -44,6 +44,7 @@ public:
     /// Takes the picture of the folder @p root and everything in it, which must be readable.
     explicit ModelDisk(const QByteArray &root);
 
+    QByteArray folder() const { return root; }
     /// The entry at @p path as an ordinary user finds it: through links on the way, and through a
     /// link at its end if @p follow or a slash behind it says so. Null when there is none.
     const ModelEntry *find(const QByteArray &path, bool follow) const;

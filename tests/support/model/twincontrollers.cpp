@@ -1,0 +1,305 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "twincontrollers.h"
+
+#include "briskthreads.h"
+#include "seeds.h"
+
+#include "eventually.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QUrl>
+
+#include <ctime>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace testsupport
+{
+
+namespace
+{
+
+constexpr int depth = 2;
+constexpr int rowLimit = 200;
+constexpr useconds_t shortPause = 50;
+
+int linesOnDisk()
+{
+    QFile history(Walle::historyFilePath());
+    return history.open(QIODevice::ReadOnly) ? history.readAll().count('\n') : 0;
+}
+
+/// Waits for what no event tells: looks again and again.
+void waitUntil(const std::function<bool()> &condition)
+{
+    const QDeadlineTimer deadline(patience);
+    while (!condition() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents();
+        ::usleep(shortPause);
+    }
+}
+
+/// Calls @p react at the @p at-th signal of the name @p signal.
+std::function<void(const SignalRecord &)> atSignal(const QByteArray &signal, int at,
+                                                   const std::function<void()> &react)
+{
+    return [signal, at, react, heard = 0](const SignalRecord &record) mutable {
+        if (record.name == signal && ++heard == at)
+            react();
+    };
+}
+
+} // namespace
+
+TwinControllers::TwinControllers(quint32 seed, WalleHarness &product)
+    : dice(seed)
+    , tree(dice)
+    , model(tree.root())
+    , harness(product)
+{
+    for (int number = dice.upTo(6); number >= 0; --number)
+        entries.append(tree.makeEntry(depth));
+    if (dice.onceIn(2))
+        entries.append(tree.makeFile(255)); // no verdict comes for this one
+    if (dice.onceIn(3))
+        entries.append(tree.makeFolder(depth));
+    if (dice.onceIn(60)) {
+        for (int number = rowLimit - dice.upTo(6); number > 0; --number)
+            entries.append(tree.makeFile(1));
+    }
+    model.lookAtDisk();
+}
+
+QString TwinControllers::differenceInCase()
+{
+    QStringList everything;
+    for (const QByteArray &entry : qAsConst(entries))
+        everything.append(QString::fromUtf8(entry));
+    const Request all{[everything](WalleHarness &product) { product.choose(everything); },
+                      [everything](ModelWalle &twin) { twin.choose(everything); }};
+    QString found = differenceAfter({all}, nullptr, QByteArray(), 0);
+    for (int step = 3 + dice.upTo(6); step > 0 && found.isEmpty(); --step)
+        found = differenceInStep();
+    return found;
+}
+
+QString TwinControllers::differenceInStep()
+{
+    if (dice.onceIn(3))
+        changeSomeFile();
+    if (dice.onceIn(8)) { // alone, or it would perform what was meant for the next command
+        const Request idle = nothing({CommandAddChosen, CommandAddDropped, CommandToggleRow});
+        return differenceAfter({idle}, nullptr, QByteArray(), 0);
+    }
+    QList<Request> requests;
+    for (int number = dice.upTo(4); number > 0; --number)
+        requests.append(randomRequest());
+    switch (dice.upTo(4)) {
+    case 0:
+        requests.append(plain(CommandStopCrush, &ModelWalle::stop));
+        break;
+    case 1: {
+        // The user wants no more of a history that is being loaded.
+        const Request abort{[](WalleHarness &product) { product.walle().abortHistoryLoad(); },
+                            [](ModelWalle &twin) { twin.historyLoadAborted = true; }};
+        requests.append(plain(CommandLoadHistory, &ModelWalle::loadHistory));
+        return differenceAfter(requests, dice.onceIn(3) ? &abort : nullptr, "addRowToHistoryTable",
+                               1 + dice.upTo(6));
+    }
+    default: {
+        const Request during = randomRunRequest();
+        requests.append(plain(CommandStartCrush, &ModelWalle::start));
+        return differenceAfter(requests, dice.onceIn(2) ? &during : nullptr, "setTableRowHeight",
+                               1 + dice.upTo(10));
+    }
+    }
+    return differenceAfter(requests, nullptr, QByteArray(), 0);
+}
+
+/// Makes @p requests, and @p another one when the signal @p signal comes for the @p at-th time.
+QString TwinControllers::differenceAfter(const QList<Request> &requests, const Request *another,
+                                         const QByteArray &signal, int at)
+{
+    if (another != nullptr) {
+        model.onSignal = atSignal(signal, at, [this, another] { another->toModel(model); });
+        harness.onSignal = atSignal(signal, at, [this, another, signal] {
+            another->toProduct(harness);
+            // The controller waits for the window while it loads and performs nothing then.
+            if (signal != "addRowToHistoryTable")
+                harness.performed();
+        });
+    }
+    const std::time_t first = std::time(nullptr);
+    for (const Request &request : requests)
+        request.toModel(model);
+    model.work();
+    for (const Request &request : requests)
+        request.toProduct(harness);
+    QString found = differenceInSaid();
+    harness.onSignal = nullptr;
+    model.onSignal = nullptr;
+    if (found.isEmpty() && harness.paths() != model.paths())
+        found = QStringLiteral("other rows");
+    if (found.isEmpty())
+        found = model.disk().differenceFromDisk(first, std::time(nullptr));
+    model.lookAtDisk(); // what was overwritten now is no matter of the next seconds
+    return found;
+}
+
+/// Waits until the controller has said as much as the model, and has nothing more to do.
+QString TwinControllers::differenceInSaid()
+{
+    WalleHarness::waitFor([this] { return harness.log().size() >= model.said.size(); });
+    harness.performed();
+    // The last thing the worker does for a path may be one that the window is not told.
+    waitUntil([this] { return linesOnDisk() >= model.linesOfHistory(); });
+    const int before = workerPasses();
+    waitUntil([before] { return workerPasses() > before + 1; });
+    return differenceBetween(std::exchange(model.said, {}), withSomeTime(harness.takeLog()));
+}
+
+TwinControllers::Request TwinControllers::plain(int code, void (ModelWalle::*perform)())
+{
+    return {[code](WalleHarness &product) {
+                code == CommandCopyHistory ? product.copyHistory() : product.post(code);
+            },
+            [perform](ModelWalle &twin) { (twin.*perform)(); }};
+}
+
+TwinControllers::Request TwinControllers::checkAll(bool checked)
+{
+    return {[checked](WalleHarness &product) {
+                product.post(checked ? CommandCheckAll : CommandUncheckAll);
+            },
+            [checked](ModelWalle &twin) { twin.setAllChecked(checked); }};
+}
+
+TwinControllers::Request TwinControllers::nothing(const QList<int> &codes)
+{
+    const int code = dice.oneOf(codes);
+    return {[code](WalleHarness &product) { product.post(code); }, [](ModelWalle &) {}};
+}
+
+TwinControllers::Request TwinControllers::clickOnSome()
+{
+    const QStringList rows = model.paths();
+    if (rows.isEmpty())
+        return nothing({-1, 11});
+    const QString path = dice.oneOf(rows);
+    return {[path](WalleHarness &product) {
+                product.walle().postCellToggle(CellToggle{0, true, path});
+                product.post(CommandToggleRow);
+            },
+            [path](ModelWalle &twin) { twin.click(path); }};
+}
+
+/// A path for a batch: mostly one that is there, by some spelling.
+QString TwinControllers::somePath()
+{
+    const QByteArray entry = dice.oneOf(entries);
+    const int slash = entry.lastIndexOf('/');
+    switch (dice.upTo(12)) {
+    case 0:
+        return QString::fromUtf8(tree.freePath());
+    case 1:
+        return QString::fromUtf8(entry.left(slash) + "//" + entry.mid(slash + 1));
+    case 2:
+        return QString::fromUtf8(model.disk().isLink(entry) ? entry : entry + '/');
+    case 3:
+        return dice.oneOf(QStringList{QStringLiteral("/"), QStringLiteral("/etc"),
+                                      QStringLiteral("/usr/bin"), QStringLiteral("/proc"),
+                                      QStringLiteral("/dev/null")});
+    default:
+        return QString::fromUtf8(entry);
+    }
+}
+
+TwinControllers::Request TwinControllers::batch()
+{
+    QStringList paths;
+    for (int number = dice.upTo(4); number > 0; --number)
+        paths.append(somePath());
+    if (dice.onceIn(2))
+        return {[paths](WalleHarness &product) { product.choose(paths); },
+                [paths](ModelWalle &twin) { twin.choose(paths); }};
+    if (dice.onceIn(6))
+        paths.insert(dice.upTo(paths.size() + 1), QString());
+    QList<QUrl> urls;
+    for (const QString &path : qAsConst(paths))
+        urls.append(path.isEmpty() ? QUrl(QStringLiteral("http://localhost/file"))
+                                   : QUrl::fromLocalFile(path));
+    return {[urls](WalleHarness &product) { product.drop(urls); },
+            [paths](ModelWalle &twin) { twin.drop(paths); }};
+}
+
+TwinControllers::Request TwinControllers::randomRequest()
+{
+    switch (dice.upTo(12)) {
+    case 0:
+        return nothing({-1, 11});
+    case 1:
+        return checkAll(true);
+    case 2:
+        return checkAll(false);
+    case 3:
+        return plain(CommandRemoveChecked, &ModelWalle::removeChecked);
+    case 4:
+        return plain(CommandCopyHistory, &ModelWalle::copyHistory);
+    case 5:
+        return plain(CommandClearHistory, &ModelWalle::clearHistory);
+    case 6:
+        return plain(CommandLoadHistory, &ModelWalle::loadHistory);
+    case 7:
+    case 8:
+        return batch();
+    default:
+        return clickOnSome();
+    }
+}
+
+/// What can be asked for while the worker waits for a report to be handled. Clearing the history
+/// is not among it, as that waits for the report of a failure to be over.
+TwinControllers::Request TwinControllers::randomRunRequest()
+{
+    switch (dice.upTo(8)) {
+    case 0:
+    case 1:
+    case 2:
+        return plain(CommandStopCrush, &ModelWalle::stop);
+    case 3:
+        return checkAll(dice.onceIn(2));
+    case 4:
+        return plain(CommandRemoveChecked, &ModelWalle::removeChecked);
+    case 5:
+        return batch();
+    default:
+        return clickOnSome();
+    }
+}
+
+/// Something happens to a file behind the list's back.
+void TwinControllers::changeSomeFile()
+{
+    const QByteArray entry = dice.oneOf(entries);
+    const ModelEntry *found = model.disk().find(entry, false);
+    if (found == nullptr)
+        return;
+    const bool isFile = found->kind == ModelKind::File;
+    if (isFile && dice.onceIn(2)) {
+        ::unlink(entry.constData());
+        if (dice.onceIn(2))
+            ::mkfifo(entry.constData(), S_IRUSR | S_IWUSR);
+    } else if (isFile) {
+        ::chmod(entry.constData(), S_IRUSR);
+    } else if (found->kind == ModelKind::Directory) {
+        ::chmod(entry.constData(), dice.onceIn(3) ? S_IRWXU : S_IRUSR | S_IXUSR);
+    }
+    model.lookAtDisk();
+}
+
+} // namespace testsupport

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The controller and its model, given the same requests: one case of random ones.
+
+#pragma once
+
+#include "modelwalle.h"
+#include "randomtree.h"
+
+#include "walleharness.h"
+
+#include <functional>
+
+namespace testsupport
+{
+
+class TwinControllers
+{
+public:
+    /// @p product has performed everything and has neither rows nor a history nor an open run.
+    TwinControllers(quint32 seed, WalleHarness &product);
+
+    /// Makes some random requests; returns the first difference, empty when there is none.
+    QString differenceInCase();
+
+private:
+    /// The same request to both; it is only posted to the controller.
+    struct Request {
+        std::function<void(WalleHarness &)> toProduct;
+        std::function<void(ModelWalle &)> toModel;
+    };
+
+    QString differenceInStep();
+    QString differenceAfter(const QList<Request> &requests, const Request *duringRun,
+                            const QByteArray &signal, int at);
+    QString differenceInSaid();
+
+    Request randomRequest();
+    Request randomRunRequest();
+    Request batch();
+    Request clickOnSome();
+    static Request plain(int code, void (ModelWalle::*perform)());
+    static Request checkAll(bool checked);
+    /// One of @p codes, of which nothing comes.
+    Request nothing(const QList<int> &codes);
+    QString somePath();
+    void changeSomeFile();
+
+    Dice dice;
+    RandomTree tree;
+    ModelWalle model;
+    WalleHarness &harness;
+    QByteArrayList entries; ///< what can be listed
+};
+
+} // namespace testsupport
