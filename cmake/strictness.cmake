@@ -35,6 +35,12 @@ target_compile_definitions(fileshredder_strictness INTERFACE
 target_link_options(fileshredder_strictness INTERFACE
   -pie "$<${optimised}:-Wl,-z,relro,-z,now,-z,noexecstack,--gc-sections>")
 
+if(FILESHREDDER_COVERAGE)
+  # Counted exactly across threads.
+  target_compile_options(fileshredder_strictness INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(fileshredder_strictness INTERFACE --coverage)
+endif()
+
 if(FILESHREDDER_FUZZ)
   target_compile_options(fileshredder_strictness INTERFACE -fsanitize=fuzzer-no-link)
 endif()

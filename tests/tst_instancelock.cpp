@@ -39,7 +39,7 @@ int __wrap_fcntl(int fd, int command, ...)
     va_start(arguments, command);
     void *lock = va_arg(arguments, void *);
     va_end(arguments);
-    if (lockError == 0)
+    if (lockError == 0 || command != F_SETLK)
         return __real_fcntl(fd, command, lock);
     errno = lockError;
     return -1;
