@@ -47,6 +47,7 @@ packaging_packages=(
 # shellcheck disable=SC2034
 package_check_packages=(
     debootstrap             # a fresh Debian to try the package in
+    devscripts              # hardening-check
     lintian
     "${virtual_desktop_packages[@]}"
 )
