@@ -28,7 +28,9 @@
 #include <QStringList>
 #include <QThread>
 
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdio>
 
 class HeldTree;
@@ -55,6 +57,9 @@ class FileCrusher : public QThread
     Q_OBJECT
 
 public:
+    /// Bytes that go to the kernel in one call while a file is overwritten.
+    static constexpr std::size_t streamBufferSize = 64 * std::size_t{1024};
+
     explicit FileCrusher(QObject *parent = nullptr);
     ~FileCrusher() override;
 
@@ -129,4 +134,6 @@ private:
     std::atomic<bool> stopRequested{false};
     QMutex queueMutex;
     BlockFiller filler; ///< worker thread only
+    /// Of the one file that is being overwritten. Worker thread only.
+    std::array<char, streamBufferSize> streamBuffer = {};
 };

@@ -35,7 +35,9 @@ quint64 FileCrusher::directorySize(const char *path)
             if (!isUtf8(name))
                 continue;
             const EntryState state = lookAt(directory, name);
-            if (state.kind == EntryKind::Link || state.kind == EntryKind::File)
+            if (state.kind == EntryKind::File)
+                bytes += state.size;
+            else if (state.kind == EntryKind::Link)
                 bytes += sizeThrough(directory, name);
             else if (state.kind == EntryKind::Directory)
                 tree.append(index, name, state.identity);

@@ -96,7 +96,8 @@ EntryState lookAt(int directory, const QByteArray &name)
     struct stat status = {};
     if (::fstatat(directory, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryState();
-    return EntryState{kindOf(status.st_mode), FileIdentity{status.st_dev, status.st_ino}};
+    return EntryState{kindOf(status.st_mode), FileIdentity{status.st_dev, status.st_ino},
+                      status.st_size < 0 ? 0 : static_cast<quint64>(status.st_size)};
 }
 
 quint64 sizeThrough(int directory, const QByteArray &name)

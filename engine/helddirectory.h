@@ -57,6 +57,7 @@ enum class EntryKind { Missing, Link, Directory, File, Other };
 struct EntryState {
     EntryKind kind = EntryKind::Missing;
     FileIdentity identity;
+    quint64 size = 0; ///< bytes
 };
 
 /// Names of the entries of the open folder @p directory but "." and "..", whatever type the file
@@ -74,8 +75,7 @@ bool isUtf8(const QByteArray &name);
 /// Looks at the entry @p name of @p directory.
 EntryState lookAt(int directory, const QByteArray &name);
 
-/// Bytes that the entry @p name holds, or that the target of the link of that name holds; 0
-/// when that cannot be told.
+/// Bytes that the target of the link @p name holds; 0 when that cannot be told.
 quint64 sizeThrough(int directory, const QByteArray &name);
 
 /// Opens a folder within @p directory, never through a link, to reach its entries by; it need
