@@ -3,10 +3,14 @@
 
 #include "controller/historyfile.h"
 
-#include <QFile>
+#include "controller/historyrecorder.h"
+#include "controller/homedirectory.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
+
+#include <unistd.h>
 
 namespace historyfile
 {
@@ -41,11 +45,25 @@ QByteArray line(QString text)
 
 } // namespace
 
+QString path()
+{
+    return homeDirectoryOf(getuid()) + QStringLiteral("/.fileshredderEx.dat");
+}
+
+QString timeText(const QDateTime &time)
+{
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
 QByteArray entryFor(const QString &path, const QDateTime &time)
 {
+    return entryFor(path, timeText(time));
+}
+
+QByteArray entryFor(const QString &path, const QString &timeText)
+{
     const QFileInfo info(path);
-    return line(time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))) + line(info.fileName())
-           + line(info.absolutePath());
+    return line(timeText) + line(info.fileName()) + line(info.absolutePath());
 }
 
 bool isUsable(const QString &file)
@@ -56,19 +74,7 @@ bool isUsable(const QString &file)
 
 void append(const QString &file, const QByteArray &entry)
 {
-    if (!QFileInfo::exists(file))
-        QFile(file).open(QIODevice::WriteOnly);
-    if (!isUsable(file))
-        return;
-    QFile history(file);
-    // Without a buffer of Qt's the entry goes out in a single call, so a program killed at any
-    // moment leaves whole entries.
-    if (!history.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Text
-                      | QIODevice::Unbuffered))
-        return;
-    const qint64 sizeBefore = history.size();
-    if (history.write(entry) != entry.size())
-        history.resize(sizeBefore);
+    HistoryRecorder().append(file, entry);
 }
 
 QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted)

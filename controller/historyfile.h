@@ -21,9 +21,17 @@ namespace historyfile
 
 constexpr int linesPerEntry = 3;
 
+/// Where the history of the user who runs the program is; asks the user database anew each time.
+QString path();
+
+/// @p time as the history shows it.
+QString timeText(const QDateTime &time);
+
 /// The three lines of the entry for the removed item @p path. Line breaks within a name are
 /// shown as U+2424, so an entry has three lines whatever it is called.
 QByteArray entryFor(const QString &path, const QDateTime &time);
+/// The same with the text of the time ready.
+QByteArray entryFor(const QString &path, const QString &timeText);
 
 /// True when @p file is a regular file that may be read and written.
 bool isUsable(const QString &file);

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "controller/deliveryfence.h"
+#include "controller/historyrecorder.h"
 #include "controller/protocol.h"
 
 #include <QList>
@@ -141,6 +142,7 @@ private:
 
     // walle_history.cpp
     void appendHistory(const QString &path);
+    void releaseHistorySoon();
     void loadHistory();
     void readHistory();
     void showHistory();
@@ -164,6 +166,8 @@ private:
     std::atomic<qint32> finishedCount{0};
     qint32 maxJobs = 200;
     std::atomic<bool> stopPending{false};
+    std::atomic<bool> runGoesOn{false}; ///< the recorder keeps the history open meanwhile
+    HistoryRecorder recorder;           ///< guarded by historyMutex
 
     QMutex jobMutex;     ///< makes an operation on the job list one step for all others
     QMutex historyMutex; ///< guards the history file

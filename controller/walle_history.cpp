@@ -6,19 +6,15 @@
 // cannot be used is silently done without.
 
 #include "controller/historyfile.h"
-#include "controller/homedirectory.h"
 #include "controller/walle.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QMutexLocker>
 
-#include <unistd.h>
-
 QString Walle::historyFilePath()
 {
-    return homeDirectoryOf(getuid()) + QStringLiteral("/.fileshredderEx.dat");
+    return historyfile::path();
 }
 
 void Walle::addToHistoryWalle(QString path)
@@ -33,8 +29,24 @@ void Walle::appendHistory(const QString &path)
     if (path.isEmpty())
         return;
     const QMutexLocker locker(&historyMutex);
-    historyfile::append(historyFilePath(),
-                        historyfile::entryFor(path, QDateTime::currentDateTime()));
+    recorder.record(path);
+    if (!runGoesOn)
+        recorder.release();
+}
+
+/// A run that ends with a failure ends with historyMutex held, so the GUI thread does this when
+/// it comes round. It may come round within that very slot, and then tries again.
+void Walle::releaseHistorySoon()
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!historyMutex.tryLock())
+                return releaseHistorySoon();
+            recorder.release();
+            historyMutex.unlock();
+        },
+        Qt::QueuedConnection);
 }
 
 void Walle::loadHistory()
@@ -80,6 +92,7 @@ void Walle::copyHistory()
 void Walle::clearHistory()
 {
     const QMutexLocker locker(&historyMutex);
+    recorder.release();
     const QString path = historyFilePath();
     if (QFileInfo::exists(path) && QFileInfo(path).isWritable())
         QFile::remove(path);

@@ -20,6 +20,7 @@ void Walle::startCrush()
     failedCount = 0;
     resultKind = 1;
     stopPending = false;
+    runGoesOn = true;
     emit setCrushStarted(RunState::Running);
     crushNext();
 }
@@ -65,6 +66,8 @@ void Walle::handOver(const QString &path)
 
 void Walle::endRun()
 {
+    runGoesOn = false;
+    releaseHistorySoon();
     emit setCrushStarted(RunState::Idle);
     emit finishAll(finishedCount);
     refreshControls(ControlSituation::RowsRemoved);
@@ -110,6 +113,8 @@ void Walle::failedOneWalle(QString path)
 void Walle::stoppedWalle()
 {
     fence.deliverPending();
+    runGoesOn = false;
+    releaseHistorySoon();
     emit setCrushStarted(RunState::Idle);
     refreshControls(ControlSituation::Stopped);
 }

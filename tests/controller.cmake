@@ -17,6 +17,7 @@ target_link_libraries(controllersupport
 add_unit_test(tst_deliveryfence controller)
 add_unit_test(tst_droppedurls controller)
 add_unit_test(tst_historyfile controller)
+add_unit_test(tst_historyrecorder controller)
 
 # The rules of the controller as a model, and both of them side by side.
 add_library(controllermodelsupport STATIC

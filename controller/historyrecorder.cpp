@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "controller/historyrecorder.h"
+
+#include "controller/historyfile.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+void HistoryRecorder::record(const QString &path)
+{
+    if (historyPath.isEmpty())
+        historyPath = historyfile::path();
+    append(historyPath, historyfile::entryFor(path, currentTime()));
+}
+
+void HistoryRecorder::append(const QString &file, const QByteArray &entry)
+{
+    if (!isStill(QFile::encodeName(file)) && !open(file))
+        return;
+    // A single call, so a program killed at any moment leaves whole entries.
+    const ssize_t written =
+        ::write(history.get(), entry.constData(), static_cast<std::size_t>(entry.size()));
+    if (written != entry.size() && ::ftruncate(history.get(), status.st_size) != 0)
+        release();
+}
+
+void HistoryRecorder::release()
+{
+    history = Descriptor();
+    historyPath.clear();
+}
+
+/// True when the open history is what @p name leads to, and may still be read and written.
+bool HistoryRecorder::isStill(const QByteArray &name)
+{
+    if (!history.isOpen())
+        return false;
+    const struct stat before = status;
+    return ::stat(name.constData(), &status) == 0 && status.st_dev == before.st_dev
+           && status.st_ino == before.st_ino && ::access(name.constData(), R_OK | W_OK) == 0;
+}
+
+bool HistoryRecorder::open(const QString &file)
+{
+    history = Descriptor();
+    if (!QFileInfo::exists(file))
+        QFile(file).open(QIODevice::WriteOnly);
+    if (!historyfile::isUsable(file))
+        return false;
+    history = Descriptor(
+        ::open(QFile::encodeName(file).constData(), O_RDWR | O_APPEND | O_CLOEXEC | O_NONBLOCK));
+    return history.isOpen() && ::fstat(history.get(), &status) == 0;
+}
+
+QString HistoryRecorder::currentTime()
+{
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    if (now != second) {
+        second = now;
+        timeText = historyfile::timeText(QDateTime::fromSecsSinceEpoch(now));
+    }
+    return timeText;
+}
