@@ -139,10 +139,11 @@ private:
     void crushNext();
     void handOver(const QString &path);
     void endRun();
+    void takeFinished(const QString &path);
 
     // walle_history.cpp
     void appendHistory(const QString &path);
-    void releaseHistorySoon();
+    void releaseHistory();
     void loadHistory();
     void readHistory();
     void showHistory();

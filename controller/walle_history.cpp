@@ -34,19 +34,10 @@ void Walle::appendHistory(const QString &path)
         recorder.release();
 }
 
-/// A run that ends with a failure ends with historyMutex held, so the GUI thread does this when
-/// it comes round. It may come round within that very slot, and then tries again.
-void Walle::releaseHistorySoon()
+void Walle::releaseHistory()
 {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (!historyMutex.tryLock())
-                return releaseHistorySoon();
-            recorder.release();
-            historyMutex.unlock();
-        },
-        Qt::QueuedConnection);
+    const QMutexLocker locker(&historyMutex);
+    recorder.release();
 }
 
 void Walle::loadHistory()

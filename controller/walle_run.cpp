@@ -67,7 +67,6 @@ void Walle::handOver(const QString &path)
 void Walle::endRun()
 {
     runGoesOn = false;
-    releaseHistorySoon();
     emit setCrushStarted(RunState::Idle);
     emit finishAll(finishedCount);
     refreshControls(ControlSituation::RowsRemoved);
@@ -81,6 +80,13 @@ void Walle::endRun()
 }
 
 void Walle::finishOneWalle(QString path)
+{
+    takeFinished(path);
+    if (!runGoesOn)
+        releaseHistory();
+}
+
+void Walle::takeFinished(const QString &path)
 {
     const QMutexLocker locker(&jobMutex);
     fence.deliverPending();
@@ -108,13 +114,15 @@ void Walle::failedOneWalle(QString path)
     ++failedCount;
     finishPercentWalle(path, 0);
     crushNext();
+    if (!runGoesOn)
+        recorder.release();
 }
 
 void Walle::stoppedWalle()
 {
     fence.deliverPending();
     runGoesOn = false;
-    releaseHistorySoon();
+    releaseHistory();
     emit setCrushStarted(RunState::Idle);
     refreshControls(ControlSituation::Stopped);
 }
