@@ -28,12 +28,15 @@ set(window_tests tst_mainwindow_actions tst_mainwindow_flow tst_mainwindow_histo
                  tst_mainwindow_historyload tst_mainwindow_layout tst_mainwindow_refusals
                  tst_mainwindow_reports tst_mainwindow_runs tst_mainwindow_setup
                  tst_mainwindow_slots tst_mainwindow_states tst_mainwindow_styles
-                 tst_mainwindow_table)
+                 tst_mainwindow_table tst_soak)
 foreach(name IN LISTS window_tests)
   add_unit_test(${name} uisupport resources)
   set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
     "LD_PRELOAD=libnss_wrapper.so" ${window_test_environment})
 endforeach()
+
+target_link_libraries(tst_soak PRIVATE modelsupport)
+set_property(TEST tst_soak APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 
 # The offscreen platform's screen is small and of one size. On a real one leaks are not
 # looked for: Qt's X11 and font code keeps memory until the process ends.
