@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Tells the thread sanitizer how Qt synchronises threads. The Qt library is not built
+// with it and waits on futexes that it does not know, so it would take everything that
+// a QMutex guards or a queued signal carries for a race. Compiled into each program of
+// a build with the thread sanitizer, these take the place of Qt's functions where our
+// code calls them, call Qt's, and say which thread has seen whose work:
+//
+// - whoever locks a mutex or takes from a semaphore sees what was done before it was
+//   unlocked or released;
+// - a slot sees what was done before the signal that was queued for it;
+// - whoever emits a signal that blocks until it is handled sees what its slots did.
+//
+// No more than that is said: what a thread did merely earlier stays a race.
+
+#include <QByteArrayList>
+#include <QDeadlineTimer>
+#include <QEvent>
+#include <QMetaMethod>
+#include <QMutex>
+#include <QSemaphore>
+#include <QThread>
+#include <QWaitCondition>
+#ifdef QT_WIDGETS_LIB
+#include <QFrame>
+#endif
+
+#include <dlfcn.h>
+
+extern "C" {
+void __tsan_acquire(void *address);
+void __tsan_release(void *address);
+}
+
+namespace
+{
+
+/// Stand for the events on their way to the thread of the windows, and for the answers.
+char eventsSent;
+char eventsHandled;
+
+/// Qt's own function of the mangled name @p symbol.
+template <class Function>
+Function original(const char *symbol)
+{
+    void *found = ::dlsym(RTLD_NEXT, symbol);
+    if (found == nullptr)
+        qFatal("Qt has no %s", symbol);
+    return reinterpret_cast<Function>(found);
+}
+
+/// True for the signals that are connected to wait for their slots.
+bool isBlocking(const QMetaObject *meta, int signal)
+{
+    if (qstrcmp(meta->className(), "FileCrusher") == 0)
+        return true;
+    static const QByteArrayList blocking = {"addRowToMainTable",         "addRowToHistoryTable",
+                                            "removeRowFromHistoryTable", "clipboardSetText",
+                                            "setHistoryButtonEnabled",   "alertDialog"};
+    return qstrcmp(meta->className(), "Walle") == 0
+           && blocking.contains(meta->method(meta->methodOffset() + signal).name());
+}
+
+/// Handles @p event by @p handle, Qt's own function.
+bool handled(QObject *object, QEvent *event, bool (*handle)(QObject *, QEvent *))
+{
+    const bool isCall = event->type() == QEvent::MetaCall;
+    if (isCall)
+        __tsan_acquire(&eventsSent);
+    const bool result = handle(object, event);
+    if (isCall)
+        __tsan_release(&eventsHandled);
+    return result;
+}
+
+} // namespace
+
+void QMutex::lock() noexcept
+{
+    static const auto qtLock = original<void (*)(QMutex *)>("_ZN6QMutex4lockEv");
+    qtLock(this);
+    __tsan_acquire(this);
+}
+
+bool QMutex::tryLock(int timeout) noexcept
+{
+    static const auto qtTryLock = original<bool (*)(QMutex *, int)>("_ZN6QMutex7tryLockEi");
+    const bool locked = qtTryLock(this, timeout);
+    if (locked)
+        __tsan_acquire(this);
+    return locked;
+}
+
+void QMutex::unlock() noexcept
+{
+    static const auto qtUnlock = original<void (*)(QMutex *)>("_ZN6QMutex6unlockEv");
+    __tsan_release(this);
+    qtUnlock(this);
+}
+
+bool QWaitCondition::wait(QMutex *mutex, QDeadlineTimer deadline)
+{
+    static const auto qtWait = original<bool (*)(QWaitCondition *, QMutex *, QDeadlineTimer)>(
+        "_ZN14QWaitCondition4waitEP6QMutex14QDeadlineTimer");
+    __tsan_release(mutex);
+    const bool woken = qtWait(this, mutex, deadline);
+    __tsan_acquire(mutex);
+    return woken;
+}
+
+void QSemaphore::release(int count)
+{
+    static const auto qtRelease =
+        original<void (*)(QSemaphore *, int)>("_ZN10QSemaphore7releaseEi");
+    __tsan_release(this);
+    qtRelease(this, count);
+}
+
+void QSemaphore::acquire(int count)
+{
+    static const auto qtAcquire =
+        original<void (*)(QSemaphore *, int)>("_ZN10QSemaphore7acquireEi");
+    qtAcquire(this, count);
+    __tsan_acquire(this);
+}
+
+bool QSemaphore::tryAcquire(int count, int timeout)
+{
+    static const auto qtTryAcquire =
+        original<bool (*)(QSemaphore *, int, int)>("_ZN10QSemaphore10tryAcquireEii");
+    const bool acquired = qtTryAcquire(this, count, timeout);
+    if (acquired)
+        __tsan_acquire(this);
+    return acquired;
+}
+
+void QMetaObject::activate(QObject *sender, const QMetaObject *meta, int signal, void **arguments)
+{
+    static const auto qtActivate = original<void (*)(QObject *, const QMetaObject *, int, void **)>(
+        "_ZN11QMetaObject8activateEP7QObjectPKS_iPPv");
+    const bool goesToOtherThread = sender->thread() != QThread::currentThread();
+    if (goesToOtherThread)
+        __tsan_release(&eventsSent);
+    qtActivate(sender, meta, signal, arguments);
+    if (goesToOtherThread && isBlocking(meta, signal))
+        __tsan_acquire(&eventsHandled);
+}
+
+bool QObject::event(QEvent *event)
+{
+    static const auto qtEvent =
+        original<bool (*)(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
+    return handled(this, event, qtEvent);
+}
+
+bool QThread::event(QEvent *event)
+{
+    static const auto qtEvent =
+        original<bool (*)(QObject *, QEvent *)>("_ZN7QThread5eventEP6QEvent");
+    return handled(this, event, qtEvent);
+}
+
+#ifdef QT_WIDGETS_LIB
+bool QFrame::event(QEvent *event)
+{
+    static const auto qtEvent =
+        original<bool (*)(QObject *, QEvent *)>("_ZN6QFrame5eventEP6QEvent");
+    return handled(this, event, qtEvent);
+}
+#endif
