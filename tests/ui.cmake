@@ -35,6 +35,7 @@ foreach(name IN LISTS window_tests)
     "LD_PRELOAD=libnss_wrapper.so" ${window_test_environment})
 endforeach()
 
+target_sources(tst_soak PRIVATE support/restlessuser.cpp support/restlessuser.h)
 target_link_libraries(tst_soak PRIVATE modelsupport)
 set_property(TEST tst_soak APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 

@@ -1,0 +1,244 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "restlessuser.h"
+
+#include "promptly.h"
+#include "widgets/zztablecell.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QTableWidget>
+#include <QThread>
+#include <QtTest>
+
+#include <atomic>
+
+#include <unistd.h>
+
+namespace
+{
+
+std::atomic<int> workerPasses{0};
+QtMessageHandler testsHandler = nullptr;
+
+/// The offscreen platform complains, once or more, about every file dialog.
+void hearMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.contains(QLatin1String("propagateSizeHints")))
+        testsHandler(type, context, text);
+}
+
+QString idleText()
+{
+    return QStringLiteral("粉碎文件");
+}
+
+QString runningText()
+{
+    return QStringLiteral("停止粉碎");
+}
+
+} // namespace
+
+/// Takes the place of Qt's in this program: controller and worker, which sleep nowhere else, go
+/// ten times as fast and meet the user that much more often.
+void QThread::msleep(unsigned long milliseconds)
+{
+    constexpr unsigned long workersPause = 40;
+    constexpr unsigned long microseconds = 100;
+    if (milliseconds == workersPause)
+        ++workerPasses;
+    ::usleep(static_cast<useconds_t>(milliseconds * microseconds));
+}
+
+namespace testsupport
+{
+
+RestlessUser::RestlessUser(quint32 seed)
+    : chance(seed)
+{
+    testsHandler = qInstallMessageHandler(hearMessage);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            [this] { copiesToCome = qMax(0, copiesToCome - 1); });
+    answerEveryDialog();
+}
+
+RestlessUser::~RestlessUser()
+{
+    qInstallMessageHandler(testsHandler);
+}
+
+void RestlessUser::beginRound()
+{
+    tree = std::make_unique<TemporaryTree>();
+    shownFiles.clear();
+    neverShown = tree->makeFile(QStringLiteral("bystander"), 5000);
+}
+
+QString RestlessUser::nextName()
+{
+    return QString::number(++names);
+}
+
+void RestlessUser::doSomething()
+{
+    ++made;
+    act();
+    QCoreApplication::processEvents();
+    if (chance.onceIn(3))
+        promptly([left = chance.upTo(20)]() mutable { return --left < 0; });
+}
+
+/// OK to every question and every report, the wanted names to the file dialog.
+void RestlessUser::answerEveryDialog()
+{
+    answers.next([this](QDialog &dialog) {
+        answerEveryDialog();
+        if (qobject_cast<QFileDialog *>(&dialog) == nullptr)
+            return DialogDriver::press(dialog, Answer::Ok);
+        auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        name->setText(QLatin1Char('"') + chosen.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+}
+
+void RestlessUser::act()
+{
+    if (isHistoryOpen())
+        return actInTheHistory();
+    switch (chance.upTo(16)) {
+    case 0:
+    case 1:
+    case 2:
+        return dropSome();
+    case 3:
+        return chance.onceIn(8) ? chooseSome() : dropSome();
+    case 4:
+    case 5:
+    case 6:
+        return startOrStop();
+    case 7:
+    case 8:
+        return shown.click("selectAllCheckBox");
+    case 9:
+        return shown.click("removeButton");
+    case 10:
+        return shown.click("historyLink");
+    default:
+        return clickSomeRow();
+    }
+}
+
+/// The history window keeps its user from the main window, but not from dropping files there.
+void RestlessUser::actInTheHistory()
+{
+    switch (chance.upTo(5)) {
+    case 0:
+        return shown.click("clearHistoryButton");
+    case 1:
+        if (shown.isEnabled("copyButton"))
+            ++copiesToCome;
+        return shown.click("copyButton");
+    case 2:
+        return dropSome();
+    default:
+        return shown.click("historyCloseButton");
+    }
+}
+
+/// A start waits until the last stop was answered: a run that is stopped may end with its report
+/// before that, and the answer would then be taken for one to the next run.
+void RestlessUser::startOrStop()
+{
+    if (runState() == runningText()) {
+        if (!shown.isEnabled("crushButton"))
+            return;
+        shown.click("crushButton");
+        PROMPTLY_VERIFY(runState() != runningText());
+    } else if (runState() == idleText()) {
+        letTheWorkerAnswer();
+        shown.click("crushButton");
+    }
+}
+
+/// Waits until every command is performed and the worker has been through its loop after that.
+void RestlessUser::letTheWorkerAnswer()
+{
+    PROMPTLY_COMPARE(copiesToCome, 0); // settle() waits for a copy, and must wait for its own
+    QVERIFY(shown.settle());
+    const int before = workerPasses;
+    PROMPTLY_VERIFY(workerPasses > before + 1);
+}
+
+void RestlessUser::clickSomeRow()
+{
+    const int rows = shown.table()->rowCount();
+    if (rows == 0)
+        return;
+    const int row = chance.upTo(qMin(rows, 10));
+    if (!shown.cell(row)->visibleRegion().isEmpty()) // the table may have been scrolled
+        shown.clickRow(row);
+}
+
+QStringList RestlessUser::someFiles()
+{
+    QStringList some;
+    for (int number = chance.upTo(12); number >= 0; --number) {
+        if (!shownFiles.isEmpty() && chance.onceIn(4)) {
+            some.append(chance.oneOf(shownFiles));
+            continue;
+        }
+        const QString name = nextName();
+        if (chance.onceIn(12)) { // a fifo stays, and so does its folder
+            tree->makeFolder(name);
+            some.append(tree->path(name));
+            tree->makeFifo(name + QStringLiteral("/fifo"));
+        } else if (chance.onceIn(8)) {
+            tree->makeFile(name + QStringLiteral("/one"), 3);
+            tree->makeFile(name + QStringLiteral("/two"), 5000);
+            some.append(tree->path(name));
+        } else {
+            some.append(tree->makeFile(name, chance.onceIn(10) ? 40000 : chance.upTo(5)));
+        }
+        shownFiles.append(some.last());
+    }
+    return some;
+}
+
+void RestlessUser::dropSome()
+{
+    if (shown.table()->rowCount() < mostRows - 15 || chance.onceIn(4))
+        shown.drop(someFiles());
+}
+
+void RestlessUser::chooseSome()
+{
+    chosen = someFiles();
+    shown.click("addButton");
+}
+
+/// Ends what is going on, as a user would, and waits until nothing moves any more.
+void RestlessUser::comeToRest()
+{
+    if (isHistoryOpen())
+        shown.click("historyCloseButton");
+    letTheWorkerAnswer();
+    if (runState() == runningText() && !shown.isEnabled("crushButton")) {
+        // The last ticks went while the worker had a file in hand: nothing follows that file, and
+        // only with something ticked the run can be stopped.
+        shownFiles.append(tree->makeFile(nextName(), 1));
+        shown.drop({shownFiles.last()});
+        QVERIFY(shown.settle());
+    }
+    if (runState() == runningText())
+        shown.click("crushButton");
+    PROMPTLY_COMPARE(runState(), idleText());
+    letTheWorkerAnswer();
+    QVERIFY(shown.settle()); // a report that was open kept the first from being performed
+    QCOMPARE(runState(), idleText());
+}
+
+} // namespace testsupport
