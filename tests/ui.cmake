@@ -24,11 +24,11 @@ add_unit_test(tst_reporttexts ui)
 set(window_test_environment
   "NSS_WRAPPER_DISABLE_DEEPBIND=1"
   "ASAN_OPTIONS=verify_asan_link_order=0")
-set(window_tests tst_mainwindow_actions tst_mainwindow_flow tst_mainwindow_history
-                 tst_mainwindow_historyload tst_mainwindow_layout tst_mainwindow_refusals
-                 tst_mainwindow_reports tst_mainwindow_runs tst_mainwindow_setup
-                 tst_mainwindow_slots tst_mainwindow_states tst_mainwindow_styles
-                 tst_mainwindow_table tst_soak)
+set(window_tests tst_mainwindow_actions tst_mainwindow_drawing tst_mainwindow_flow
+                 tst_mainwindow_history tst_mainwindow_historyload tst_mainwindow_layout
+                 tst_mainwindow_refusals tst_mainwindow_reports tst_mainwindow_runs
+                 tst_mainwindow_setup tst_mainwindow_slots tst_mainwindow_states
+                 tst_mainwindow_styles tst_mainwindow_table tst_soak)
 foreach(name IN LISTS window_tests)
   add_unit_test(${name} uisupport resources)
   set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT

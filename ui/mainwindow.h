@@ -9,7 +9,9 @@
 
 #pragma once
 
+#include <QBasicTimer>
 #include <QFrame>
+#include <QIcon>
 #include <QMutex>
 #include <QString>
 
@@ -82,6 +84,7 @@ public slots:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
 
 private:
     // mainwindow_layout.cpp: one step for each region of the main window
@@ -110,6 +113,8 @@ private:
     void connectButtons();
     void connectController();
     ZZTableCell *cellAt(int row) const;
+    QIcon entryIcon(const QString &fullName);
+    void drawRowsTogether();
     void hidePanels();
     void setCrushButtonText(const QString &text);
     void showReport(const QString &text, int kind);
@@ -144,6 +149,9 @@ private:
     std::array<quint16, SizeCount> windowSizes = {};
     Walle *walle; ///< outlives the window, as its thread is never joined
     std::unique_ptr<QImage> rowBackground;
+    QIcon fileIcon;
+    QIcon folderIcon;
+    QBasicTimer rowsTimer; ///< runs while new rows are not drawn yet
     QWidget *tableHost = nullptr;
     std::unique_ptr<QMutex> historyMutex; ///< guards the history table
     std::unique_ptr<QMutex> tableMutex;   ///< guards the main table

@@ -16,6 +16,7 @@
 #include <QImage>
 #include <QMutexLocker>
 #include <QTableWidget>
+#include <QTimerEvent>
 
 namespace
 {
@@ -23,18 +24,45 @@ namespace
 constexpr int rowHeight = 30;
 constexpr int entryColumn = 0;
 
-/// The desktop's icon for the entry is asked for and never shown: rows know two icons only, so
-/// that they look alike on every desktop.
-QIcon entryIcon(const QString &fullName)
+/// The desktop's icon for a kind of entry is asked for and never shown: rows know two icons only,
+/// so that they look alike on every desktop.
+QIcon rowIcon(QFileIconProvider::IconType desktopIcon, const QString &image)
 {
-    const QFileInfo entry(fullName);
-    QIcon icon = QFileIconProvider().icon(entry);
-    icon = QIcon(entry.isDir() ? QStringLiteral(":/images/ico_folder")
-                               : QStringLiteral(":/images/ico_file"));
+    QIcon icon = QFileIconProvider().icon(desktopIcon);
+    icon = QIcon(image);
     return icon;
 }
 
 } // namespace
+
+/// Read once: asked anew for every row, they would take as long as all the rest of it.
+QIcon MainWindow::entryIcon(const QString &fullName)
+{
+    if (fileIcon.isNull()) {
+        fileIcon = rowIcon(QFileIconProvider::File, QStringLiteral(":/images/ico_file"));
+        folderIcon = rowIcon(QFileIconProvider::Folder, QStringLiteral(":/images/ico_folder"));
+    }
+    return QFileInfo(fullName).isDir() ? folderIcon : fileIcon;
+}
+
+/// Rows that follow each other closely are drawn together at the next refresh of the screen: to
+/// draw the table takes longer than to add a row.
+void MainWindow::drawRowsTogether()
+{
+    constexpr int refreshMilliseconds = 16;
+    if (rowsTimer.isActive())
+        mainTable->setUpdatesEnabled(false);
+    else
+        rowsTimer.start(refreshMilliseconds, this);
+}
+
+void MainWindow::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != rowsTimer.timerId())
+        return QFrame::timerEvent(event);
+    rowsTimer.stop();
+    mainTable->setUpdatesEnabled(true);
+}
 
 void MainWindow::addRowToMainTableEva(QString fullName)
 {
@@ -42,6 +70,7 @@ void MainWindow::addRowToMainTableEva(QString fullName)
         return;
     const QIcon icon = entryIcon(fullName);
     const QMutexLocker locker(tableMutex.get());
+    drawRowsTogether();
     const int row = mainTable->rowCount();
     mainTable->setRowCount(row + 1);
     mainTable->setRowHeight(row, rowHeight);
