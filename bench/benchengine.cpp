@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Shreds the given path with the worker alone: its reports go to receivers that
+// do nothing, connected as the controller connects them.
+
+#include "engine/filecrusher.h"
+#include "probe.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <cstdlib>
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QString path = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
+    if (path.isEmpty())
+        qFatal("which path?");
+
+    FileCrusher crusher;
+    double end = 0;
+    const auto finish = [&end](bool shredded) {
+        end = probe::now();
+        QCoreApplication::exit(shredded ? EXIT_SUCCESS : EXIT_FAILURE);
+    };
+    constexpr Qt::ConnectionType blocking = Qt::BlockingQueuedConnection;
+    QObject::connect(
+        &crusher, &FileCrusher::finishPercent, &application, [] {}, blocking);
+    QObject::connect(
+        &crusher, &FileCrusher::addToHistory, &application, [] {}, blocking);
+    QObject::connect(
+        &crusher, &FileCrusher::finishOne, &application, [&finish] { finish(true); }, blocking);
+    QObject::connect(
+        &crusher, &FileCrusher::failedOne, &application, [&finish] { finish(false); }, blocking);
+
+    // Begun from the running loop, so that the start of thread and program is not measured.
+    double begin = 0;
+    QTimer::singleShot(0, &application, [&] {
+        begin = probe::now();
+        crusher.addPath(path);
+        crusher.start();
+    });
+    const int status = QCoreApplication::exec();
+    probe::tell("run_ms", end - begin);
+    probe::tell("peak_kib", probe::statusKibibytes("VmHWM"));
+    std::_Exit(status); // the worker still runs
+}

@@ -1,0 +1,264 @@
+# SPDX-FileCopyrightText: 2026 Brenvale
+# SPDX-License-Identifier: MIT
+
+"""Measures the program beside its peers and holds the figures against limits.
+
+Ours and the peers take turns, so that whatever else the machine does meets all
+of them; the table shows medians. Started by scripts/bench, which builds the
+measuring programs. Arguments: their folder, the real program, where to write.
+"""
+
+import os
+import statistics
+import subprocess
+import sys
+import time
+
+from places import Place, places
+
+ROUNDS = int(os.environ.get("BENCH_ROUNDS", "5"))
+LARGE = int(os.environ.get("BENCH_LARGE_MIB", "1024"))
+IDLE_SECONDS = int(os.environ.get("BENCH_IDLE_SECONDS", "180"))
+TREES = (1000, 10000, 100000)
+
+PROGRAMS, SHREDDER, OUTPUT = sys.argv[1:4]
+
+
+class Table:
+    """The figures, and the worst that each may be."""
+
+    def __init__(self):
+        self.rows = []
+
+    def add(self, figure, place, ours, peer_name, peer, ratio, limit, met):
+        """Ours and peer are texts with their units, met a bool."""
+        self.rows.append((figure, place, ours, f"{peer_name} {peer}".strip(), ratio, limit,
+                          "yes" if met else "**no**"))
+        print(*self.rows[-1], sep=" | ", flush=True)
+
+    def against(self, figure, place, ours, peer_name, peer, most):
+        """Milliseconds of ours and a peer, and how many times the peer ours may take."""
+        ratio = ours / peer
+        self.add(figure, place, f"{ours:.0f} ms", peer_name, f"{peer:.0f} ms", f"{ratio:.2f}",
+                 f"≤ {most:g} ×" if most >= 1 else f"≥ {1 / most:g} times faster", ratio <= most)
+
+    def below(self, figure, place, ours, most, unit):
+        """A figure of ours that has a limit of its own."""
+        self.add(figure, place, f"{ours:.1f} {unit}", "", "", "", f"≤ {most:g} {unit}",
+                 ours <= most)
+
+    def markdown(self):
+        head = ("figure", "where", "ours", "peer", "ratio", "limit", "met")
+        lines = [head, ("---",) * len(head), *self.rows]
+        return "\n".join("| " + " | ".join(line) + " |" for line in lines)
+
+
+def milliseconds(command):
+    """How long a peer takes."""
+    os.sync()
+    begin = time.monotonic()
+    subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+    return (time.monotonic() - begin) * 1000
+
+
+def ours(place, program, *arguments, **environment):
+    """What one of the measuring programs tells, by name."""
+    os.sync()
+    told = subprocess.run([os.path.join(PROGRAMS, program), *map(str, arguments)],
+                          env={**place.environment(), **environment}, check=True,
+                          stdout=subprocess.PIPE, text=True, timeout=900).stdout
+    return {name: float(value) for name, value in map(str.split, told.splitlines())}
+
+
+def rounds(*measurements, count=ROUNDS):
+    """Medians of the measurements, which take turns."""
+    taken = [[measurement() for measurement in measurements] for _ in range(count)]
+    return [statistics.median(values) for values in zip(*taken)]
+
+
+def large_file(table, place):
+    size = LARGE * 1024 * 1024
+
+    def on_file(measure):
+        return lambda: measure(place.file(size))
+
+    def overwrite(path):
+        took = milliseconds(["dd", "if=/dev/zero", f"of={path}", "bs=4096",
+                             f"count={size // 4096}", "conv=notrunc", "status=none"])
+        os.unlink(path)
+        return took
+
+    def shred(path):
+        took = milliseconds(["shred", "-n1", path])
+        os.unlink(path)
+        return took
+
+    engine, dd, remove, only, whole = rounds(
+        on_file(lambda path: ours(place, "benchengine", path)["run_ms"]),
+        on_file(overwrite),
+        on_file(lambda path: milliseconds(["shred", "-n1", "-u", path])),
+        on_file(shred),
+        on_file(lambda path: ours(place, "benchwindow", "run", path)["run_ms"]))
+    name = f"one file of {LARGE} MiB"
+    table.against(f"{name}, engine", place.name, engine, "dd bs=4096 conv=notrunc", dd, 1.15)
+    table.against(f"{name}, engine", place.name, engine, "shred -n1 -u", remove, 1)
+    table.against(f"{name}, engine", place.name, engine, "shred -n1", only, 1)
+    table.below(f"{name}, whole program beyond the engine", place.name, whole - engine, 300, "ms")
+
+
+def many_files(table, place):
+    count = 10000
+    stalls = []
+
+    def whole():
+        told = ours(place, "benchwindow", "run", place.flat(count))
+        stalls.append(told["stall_ms"])
+        return told["run_ms"]
+
+    def stop():
+        told = ours(place, "benchwindow", "stop", place.flat(count))
+        place.clear()
+        stalls.append(told["stall_ms"])
+        return told["stop_ms"]
+
+    def shred():
+        tree = place.flat(count)
+        took = milliseconds(["find", tree, "-type", "f", "-exec", "shred", "-n1", "-u", "{}", ";"])
+        place.clear()
+        return took
+
+    window, engine, remove, answer = rounds(
+        whole,
+        lambda: ours(place, "benchengine", place.flat(count))["run_ms"],
+        lambda: milliseconds(["rm", "-rf", place.flat(count)]),
+        stop)
+    [peer] = rounds(shred, count=min(ROUNDS, 3))
+    name = f"{count} files of 4 KiB, whole program with history"
+    table.against(name, place.name, window, "find -exec shred -n1 -u", peer, 0.2)
+    table.against(name, place.name, window, "rm -rf", remove, 4)
+    table.against(f"{count} files of 4 KiB, engine", place.name, engine, "rm -rf", remove, 4)
+    table.below(f"longest stall of the window in a run of {count} files", place.name,
+                max(stalls), 50, "ms")
+    table.below("a click on stop until the button answers", place.name, answer, 100, "ms")
+
+
+def growth(table, place, curves):
+    for shape, make in (("flat", place.flat), ("nested", place.nested)):
+        times = []
+        for count in TREES:
+            repeats = ROUNDS if count < TREES[-1] else min(ROUNDS, 3)
+            taken = [ours(place, "benchwindow", "run", make(count)) for _ in range(repeats)]
+            times.append(statistics.median(told["run_ms"] for told in taken))
+            peak = statistics.median(told["peak_kib"] for told in taken) / 1024
+            curves.append((place.name, shape, count, times[-1], peak))
+            if len(times) > 1:
+                table.add(f"{TREES[len(times) - 2]} → {count} files, {shape}", place.name,
+                          f"{times[-1]:.0f} ms", "before", f"{times[-2]:.0f} ms",
+                          f"{times[-1] / times[-2]:.2f}", "≤ 11 ×", times[-1] / times[-2] <= 11)
+        table.below(f"memory at {TREES[-1]} files, {shape}", place.name, peak, 100, "MiB")
+
+
+def table_rows(table, place):
+    def dropped(count):
+        taken = [ours(place, "benchwindow", "rows", *place.loose(count)) for _ in range(ROUNDS)]
+        return {name: statistics.median(told[name] for told in taken) for name in taken[0]}
+
+    few, many = dropped(50), dropped(200)
+    table.below("a drop of 200 files until all rows are drawn", place.name, many["rows_ms"], 300,
+                "ms")
+    ratio = many["rows_ms"] / few["rows_ms"]
+    table.add("50 → 200 rows", place.name, f"{many['rows_ms']:.0f} ms", "before",
+              f"{few['rows_ms']:.0f} ms", f"{ratio:.2f}", "≤ 4.4 ×", ratio <= 4.4)
+    for name, text in (("uncheck_ms", "untick all of 200 rows"),
+                       ("check_ms", "tick all of 200 rows"), ("remove_ms", "remove 200 rows")):
+        table.below(text, place.name, many[name], 100, "ms")
+
+
+def start(table, place):
+    """On a real X server, since a start includes finding it and being shown by it."""
+    reading, writing = os.pipe()
+    with subprocess.Popen(["Xvfb", "-displayfd", str(writing)], pass_fds=[writing],
+                          stderr=subprocess.DEVNULL) as server:
+        display = ":" + os.read(reading, 16).decode().strip()
+
+        def shown(*program):
+            return ours(place, *program, time.monotonic() * 1000,
+                        QT_QPA_PLATFORM="xcb", DISPLAY=display)["start_ms"]
+
+        window, empty = rounds(lambda: shown("benchwindow", "start"), lambda: shown("benchempty"),
+                               count=3 * ROUNDS)
+        server.terminate()
+    table.against("start until the window is drawn", "X server", window, "empty window", empty, 1.5)
+
+
+def idle(table, place):
+    """The real program from outside: what the kernel counts for it."""
+    program = subprocess.Popen([SHREDDER], env=place.environment())
+
+    def used():
+        with open(f"/proc/{program.pid}/stat", encoding="ascii") as stat:
+            ticks = sum(map(int, stat.read().rpartition(")")[2].split()[11:13]))
+        with open(f"/proc/{program.pid}/status", encoding="ascii") as status:
+            resident = next(line for line in status if line.startswith("VmRSS"))
+        return ticks / os.sysconf("SC_CLK_TCK"), int(resident.split()[1]) / 1024
+
+    time.sleep(5)
+    seconds_before, memory_before = used()
+    time.sleep(IDLE_SECONDS)
+    seconds_after, memory_after = used()
+    program.terminate()
+    program.wait()
+    table.below(f"idle for {IDLE_SECONDS} s: processor", place.name,
+                (seconds_after - seconds_before) / IDLE_SECONDS * 100, 1, "% of a core")
+    table.below("idle: memory", place.name, memory_after, 60, "MiB")
+    table.below("idle: growth of memory", place.name, memory_after - memory_before, 0, "MiB")
+
+
+def history(place):
+    """Another program measures it and prints a table of its own."""
+    told = subprocess.run([os.path.join(PROGRAMS, "benchhistory")], env=place.environment(),
+                          check=True, stdout=subprocess.PIPE, text=True).stdout
+    print(told)
+    with open(os.path.join(OUTPUT, "history.md"), "w", encoding="utf-8") as out:
+        out.write(told)
+
+
+def draw(curves):
+    data = os.path.join(OUTPUT, "growth.dat")
+    with open(data, "w", encoding="utf-8") as out:
+        for key in dict.fromkeys(curve[:2] for curve in curves):
+            out.write(f'"{key[1]}, {key[0]}"\n')
+            for curve in curves:
+                if curve[:2] == key:
+                    out.write(f"{curve[2]} {curve[3] / 1000:.3f} {curve[4]:.1f}\n")
+            out.write("\n\n")
+    script = os.path.join(os.path.dirname(__file__), "growth.gnuplot")
+    subprocess.run(["gnuplot", "-e", f"data='{data}'; picture='{OUTPUT}/growth.svg'", script],
+                   check=True)
+
+
+def main():
+    os.makedirs(OUTPUT, exist_ok=True)
+    table, curves = Table(), []
+    wanted = set(os.environ.get("BENCH_ONLY", "large many growth rows start idle history").split())
+    for place in places():
+        with place:
+            for name, measure in (("large", large_file), ("many", many_files),
+                                  ("rows", table_rows)):
+                if name in wanted:
+                    measure(table, place)
+            if "growth" in wanted:
+                growth(table, place, curves)
+    with Place("tmpfs", "/dev/shm") as place:
+        for name, measure in (("start", start), ("idle", idle)):
+            if name in wanted:
+                measure(table, place)
+        if "history" in wanted:
+            history(place)
+    with open(os.path.join(OUTPUT, "table.md"), "w", encoding="utf-8") as out:
+        out.write(table.markdown() + "\n")
+    if curves:
+        draw(curves)
+
+
+main()
