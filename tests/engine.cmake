@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 
 # These link the engine and nothing else, which proves that it needs Qt Core alone.
-foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_faults tst_filecrusher_file
-             tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
+foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_everyfault
+             tst_filecrusher_faults tst_filecrusher_file tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
              tst_filecrusher_neighbours tst_filecrusher_refused tst_filecrusher_stop
              tst_filecrusher_swapped tst_filecrusher_treefile tst_filecrusher_worker
              tst_filecrusher_workerstop tst_filecrusher_writes tst_shredprogress)
@@ -48,8 +48,9 @@ intercept(tst_filecrusher_hugefiles fwrite)
 intercept(tst_filecrusher_writes fstat fwrite stat time unlinkat)
 intercept(tst_instancelock fcntl)
 
+watch_file_calls(tst_filecrusher_everyfault)
 watch_file_calls(tst_filecrusher_swapped)
 
 # Thousands of small trees are made and shredded: in memory, not on the disk.
-set_property(TEST tst_filecrusher_neighbours tst_filecrusher_swapped APPEND PROPERTY
-  ENVIRONMENT "TMPDIR=/dev/shm")
+set_property(TEST tst_filecrusher_everyfault tst_filecrusher_neighbours tst_filecrusher_swapped
+  APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
