@@ -49,8 +49,9 @@ bool HistoryRecorder::isStill(const QByteArray &name)
 bool HistoryRecorder::open(const QString &file)
 {
     history = Descriptor();
+    // Made without being cut off: a file that could not be looked at just now may be there.
     if (!QFileInfo::exists(file))
-        QFile(file).open(QIODevice::WriteOnly);
+        QFile(file).open(QIODevice::WriteOnly | QIODevice::Append);
     if (!historyfile::isUsable(file))
         return false;
     history = Descriptor(
