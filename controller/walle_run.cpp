@@ -10,8 +10,23 @@
 #include "engine/filecrusher.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QMutexLocker>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+/// True for a device, fifo or socket. One look decides: of several one may fail, and a file would
+/// pass for something that exists and is of no known kind.
+bool isOfAnotherKind(const QString &path)
+{
+    struct stat status = {};
+    return ::lstat(path.toUtf8().constData(), &status) == 0 && !S_ISREG(status.st_mode)
+           && !S_ISDIR(status.st_mode) && !S_ISLNK(status.st_mode);
+}
+
+} // namespace
 
 void Walle::startCrush()
 {
@@ -53,8 +68,7 @@ void Walle::crushNext()
 
 void Walle::handOver(const QString &path)
 {
-    const QFileInfo info(path);
-    if (info.isFile() || info.isDir() || info.isSymLink() || !info.exists())
+    if (!isOfAnotherKind(path))
         crusher->addPath(path);
     // A device or fifo that took the path's place after admission is not handed over. No
     // verdict will come, and the run stays open until the user stops it.
