@@ -32,10 +32,10 @@ target_link_libraries(controllermodelsupport
 
 # The controller's threads end with the process by design, and what they hold is
 # no leak. The address sanitizer would insist on being loaded first.
-foreach(name tst_model_controller tst_walle_admission tst_walle_batches tst_walle_controls tst_walle_history
-             tst_walle_historyload tst_walle_joblist tst_walle_kill tst_walle_order tst_walle_queue
-             tst_walle_races tst_walle_run tst_walle_stop tst_walle_toggles
-             tst_walle_verdicts)
+foreach(name tst_model_controller tst_walle_admission tst_walle_batches tst_walle_controls
+             tst_walle_everyfault tst_walle_history tst_walle_historyload tst_walle_joblist
+             tst_walle_kill tst_walle_order tst_walle_queue tst_walle_races tst_walle_run
+             tst_walle_stop tst_walle_toggles tst_walle_verdicts)
   add_unit_test(${name} controllersupport)
   set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
     "LD_PRELOAD=libnss_wrapper.so"
@@ -49,3 +49,6 @@ set_tests_properties(tst_walle_kill PROPERTIES TIMEOUT 600)
 target_sources(tst_model_controller PRIVATE support/model/briskthreads.cpp)
 target_link_libraries(tst_model_controller PRIVATE controllermodelsupport)
 set_property(TEST tst_model_controller APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
+
+watch_file_calls(tst_walle_everyfault)
+set_property(TEST tst_walle_everyfault APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
