@@ -15,9 +15,14 @@ endif()
 add_executable(dragsource support/dragsource.cpp)
 target_link_libraries(dragsource PRIVATE fileshredder_strictness Qt5::Widgets)
 
+add_library(selfdriver MODULE support/selfdriver.cpp)
+target_link_libraries(selfdriver PRIVATE fileshredder_strictness Qt5::Widgets)
+
 add_library(endtoendsupport STATIC
   support/desktopsession.cpp
   support/desktopsession.h
+  support/drivenshredder.cpp
+  support/drivenshredder.h
   support/expectedbytes.cpp
   support/expectedbytes.h
   support/runningshredder.cpp
@@ -32,9 +37,10 @@ target_link_libraries(endtoendsupport
   PRIVATE fileshredder_strictness)
 target_compile_definitions(endtoendsupport PRIVATE
   SHREDDER_PROGRAM="$<TARGET_FILE:fileshredder>"
+  SELF_DRIVER_LIBRARY="$<TARGET_FILE:selfdriver>"
   DRAG_SOURCE_PROGRAM="$<TARGET_FILE:dragsource>"
   SANITIZER_RUNTIME="${sanitizer_runtime}")
-add_dependencies(endtoendsupport fileshredder dragsource)
+add_dependencies(endtoendsupport fileshredder dragsource selfdriver)
 
 # What scripts/tour runs: the same harness, as a demonstration.
 add_executable(guidedtour support/guidedtour.cpp)
@@ -49,7 +55,7 @@ target_compile_definitions(endtoendfixture PRIVATE
 
 # Leaks are not looked for: Qt's X11 and font code keeps memory until the process
 # ends, and the program's threads end with the process by design.
-foreach(name tst_endtoend_admission tst_endtoend_history tst_endtoend_process
+foreach(name tst_endtoend_admission tst_endtoend_ends tst_endtoend_history tst_endtoend_process
              tst_endtoend_shredding)
   add_executable(${name} ${name}.cpp)
   target_link_libraries(${name} PRIVATE fileshredder_strictness endtoendfixture)

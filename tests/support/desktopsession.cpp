@@ -194,6 +194,11 @@ void DesktopSession::closeByWindowManager(WindowId window) const
              {QStringLiteral("-i"), QStringLiteral("-c"), QString::number(window)}, environment());
 }
 
+void DesktopSession::takeDisplayFrom(const QString &window) const
+{
+    xdotool({QStringLiteral("windowkill"), window});
+}
+
 QString DesktopSession::clipboardText() const
 {
     return QString::fromUtf8(

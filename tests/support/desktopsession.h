@@ -50,6 +50,9 @@ public:
     /// Asks as the window manager does when the user closes a window.
     void closeByWindowManager(WindowId window) const;
 
+    /// Cuts the connection of the program that shows @p window, as the end of a session does.
+    void takeDisplayFrom(const QString &window) const;
+
     QString clipboardText() const;
     /// What the screen shows, pointer included; @p area in screen coordinates.
     QImage picture(const QRect &area = QRect()) const;
