@@ -16,6 +16,7 @@ target_link_libraries(controllersupport
 
 add_unit_test(tst_deliveryfence controller)
 add_unit_test(tst_droppedurls controller)
+add_unit_test(tst_filesystems controller)
 add_unit_test(tst_historyfile controller)
 add_unit_test(tst_historyrecorder controller)
 
