@@ -14,7 +14,9 @@
 
 void HistoryRecorder::record(const QString &path)
 {
-    if (historyPath.isEmpty())
+    // Kept only while it leads somewhere: a home that could not be asked for once would else take
+    // the history of the whole run with it.
+    if (!history.isOpen())
         historyPath = historyfile::path();
     append(historyPath, historyfile::entryFor(path, currentTime()));
 }
