@@ -31,9 +31,12 @@ add_unit_test(tst_model_engine engine modelsupport)
 target_sources(tst_model_engine PRIVATE support/model/briskthreads.cpp)
 set_property(TEST tst_model_engine APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 
-add_unit_test(tst_instancelock)
-target_sources(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR}/app/instancelock.cpp)
-target_include_directories(tst_instancelock PRIVATE ${PROJECT_SOURCE_DIR})
+foreach(name tst_instancelock tst_instancelock_places)
+  add_unit_test(${name})
+  target_sources(${name} PRIVATE
+    support/instance.cpp ${PROJECT_SOURCE_DIR}/app/instancelock.cpp)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+endforeach()
 
 # intercept(TARGET CALLS...): the C library calls of the code linked into TARGET
 # go to __wrap_CALL() in the test, which may pass them on to __real_CALL().

@@ -6,20 +6,20 @@
 
 #include "app/instancelock.h"
 
+#include "instance.h"
 #include "temporarytree.h"
 
 #include <QtTest>
 
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+using testsupport::Instance;
 using testsupport::TemporaryTree;
 
 namespace
@@ -46,90 +46,6 @@ int __wrap_fcntl(int fd, int command, ...)
 }
 }
 // NOLINTEND(bugprone-reserved-identifier, cert-dcl50-cpp)
-
-namespace
-{
-
-/// A process that tries to become the instance and then lives as long as the object. The one
-/// started last has to end first: it inherits what keeps the others alive.
-class Instance
-{
-public:
-    explicit Instance(const QString &lockPath)
-    {
-        int answer[2] = {};
-        int life[2] = {};
-        if (::pipe(answer) != 0 || ::pipe(life) != 0)
-            qFatal("no pipes");
-        std::fflush(nullptr); // or an exiting child would print again what waits here
-        process = ::fork();
-        if (process == -1)
-            qFatal("no child process");
-        if (process == 0) {
-            ::close(answer[0]);
-            ::close(life[1]);
-            live(lockPath, answer[1], life[0]);
-        }
-        ::close(answer[1]);
-        ::close(life[0]);
-        lifeline = life[1];
-        char bytes[2] = {};
-        if (::read(answer[0], bytes, sizeof bytes) == sizeof bytes) {
-            result = bytes[0];
-            openFile = bytes[1] != 0;
-        }
-        ::close(answer[0]);
-    }
-    ~Instance() { end(); }
-    Instance(const Instance &) = delete;
-    Instance &operator=(const Instance &) = delete;
-
-    pid_t pid() const { return process; }
-    /// What acquireInstanceLock() returned; -1 when it ended the process.
-    int lockResult() const { return result; }
-    /// Whether the process still has the file open.
-    bool keepsFileOpen() const { return openFile; }
-    /// Ends the process, if it has not ended itself, and returns its exit status.
-    int end()
-    {
-        if (!ended) {
-            ::close(lifeline);
-            int state = 0;
-            ::waitpid(process, &state, 0);
-            status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
-            ended = true;
-        }
-        return status;
-    }
-
-private:
-    static int firstFreeDescriptor(int anyOpen)
-    {
-        const int fd = ::dup(anyOpen);
-        ::close(fd);
-        return fd;
-    }
-
-    [[noreturn]] static void live(const QString &lockPath, int answer, int life)
-    {
-        const int before = firstFreeDescriptor(life);
-        const int lockResult = instancelock::acquireInstanceLock(lockPath);
-        const bool open = firstFreeDescriptor(life) != before;
-        char bytes[2] = {static_cast<char>(lockResult), static_cast<char>(open)};
-        if (::write(answer, bytes, sizeof bytes) == sizeof bytes)
-            static_cast<void>(::read(life, bytes, 1) == 0);
-        ::_exit(0);
-    }
-
-    pid_t process = -1;
-    int lifeline = -1;
-    bool openFile = false;
-    bool ended = false;
-    int result = -1;
-    int status = -1;
-};
-
-} // namespace
 
 class TestInstanceLock : public QObject
 {
