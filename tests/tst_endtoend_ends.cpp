@@ -26,7 +26,7 @@ using namespace testsupport;
 namespace
 {
 
-constexpr int fewEnds = 3;
+constexpr int fewEnds = 2;
 constexpr int files = 400;
 constexpr quint32 seed = 20261121;
 
