@@ -165,7 +165,7 @@ QString TestModelEngine::differenceInRoutine(quint32 seed)
     qint64 expected = 0;
     qint64 found = 0;
     if (dice.onceIn(4) && disk.isFile(bytes) && !disk.isLink(bytes)) {
-        const auto total = static_cast<quint64>(dice.upTo(3) * 250000);
+        const auto total = 250000 * static_cast<quint64>(dice.upTo(3));
         const auto done = static_cast<quint64>(dice.upTo(100000));
         expected = model.shredFileInDirectory(name, total, done, top);
         found = crusher.shredFileInDirectory(bytes.constData(), total, done, top);

@@ -136,6 +136,7 @@ using testsupport::transferred;
                          [&] { return real arguments; });                                          \
     }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a parameter list is no expression
 /// The same for the functions that open, whose mode is there only when a file may be made.
 #define PASS_ON_OPENING(name, parameters, arguments)                                               \
     int name parameters                                                                            \
@@ -150,6 +151,7 @@ using testsupport::transferred;
         }                                                                                          \
         return performed(FileCall::Open, -1, [&] { return real arguments; });                      \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 // NOLINTBEGIN: the names, and some parameters, are the C library's
 extern "C" {
