@@ -14,7 +14,10 @@
 // and flash cards put new bytes elsewhere and may keep the old ones; journals,
 // snapshots and backups may hold copies; a file with a second hard link is
 // overwritten but stays under its other name. The overwriting is handed to the
-// kernel, not forced to the medium, before the name is removed.
+// kernel, not forced to the medium, before the name is removed. The folders above
+// the given path are looked up by name when its turn comes, wherever they lead by
+// then; and what somebody puts in the place of an entry of the tree in the moment
+// before that entry is removed goes without having been overwritten.
 
 #pragma once
 
