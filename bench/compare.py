@@ -225,13 +225,13 @@ def history(place):
 
 def draw(curves):
     data = os.path.join(OUTPUT, "growth.dat")
+    blocks = []
+    for place, shape in dict.fromkeys(curve[:2] for curve in curves):
+        lines = [f"{count} {taken / 1000:.3f} {peak:.1f}" for *key, count, taken, peak in curves
+                 if key == [place, shape]]
+        blocks.append("\n".join([f'"{shape}, {place}"', *lines]) + "\n")
     with open(data, "w", encoding="utf-8") as out:
-        for key in dict.fromkeys(curve[:2] for curve in curves):
-            out.write(f'"{key[1]}, {key[0]}"\n')
-            for curve in curves:
-                if curve[:2] == key:
-                    out.write(f"{curve[2]} {curve[3] / 1000:.3f} {curve[4]:.1f}\n")
-            out.write("\n\n")
+        out.write("\n\n".join(blocks))
     script = os.path.join(os.path.dirname(__file__), "growth.gnuplot")
     subprocess.run(["gnuplot", "-e", f"data='{data}'; picture='{OUTPUT}/growth.svg'", script],
                    check=True)
