@@ -82,20 +82,21 @@ void TestEndToEndEnds::endDuringARun_data()
 {
     QTest::addColumn<Way>("way");
     QTest::addColumn<int>("signal");
-    QTest::addColumn<int>("outcome");
-    QTest::newRow("kill") << Way::Signal << SIGKILL << -SIGKILL;
-    QTest::newRow("terminate") << Way::Signal << SIGTERM << -SIGTERM;
-    QTest::newRow("hang up") << Way::Signal << SIGHUP << -SIGHUP;
-    QTest::newRow("close the window") << Way::CloseWindow << 0 << 0;
-    // Qt's own doing, when a session ends and takes the display away.
-    QTest::newRow("lose the display") << Way::LoseDisplay << 0 << 1;
+    QTest::addColumn<QList<int>>("outcomes");
+    QTest::newRow("kill") << Way::Signal << SIGKILL << QList<int>{-SIGKILL};
+    QTest::newRow("terminate") << Way::Signal << SIGTERM << QList<int>{-SIGTERM};
+    QTest::newRow("hang up") << Way::Signal << SIGHUP << QList<int>{-SIGHUP};
+    QTest::newRow("close the window") << Way::CloseWindow << 0 << QList<int>{0};
+    // When a session ends and takes the display away, Qt ends the program with status 1 as soon as
+    // it reads that; a drawing that is just being sent meets a closed connection first.
+    QTest::newRow("lose the display") << Way::LoseDisplay << 0 << QList<int>{1, -SIGPIPE};
 }
 
 void TestEndToEndEnds::endDuringARun()
 {
     QFETCH(Way, way);
     QFETCH(int, signal);
-    QFETCH(int, outcome);
+    QFETCH(QList<int>, outcomes);
     QProcessEnvironment display;
     if (way == Way::LoseDisplay) {
         desktop = std::make_unique<DesktopSession>();
@@ -114,7 +115,8 @@ void TestEndToEndEnds::endDuringARun()
         QVERIFY(eventually([&] { return history().count('\n') >= 3 * entries; }));
         end(shredder, way, signal);
         QVERIFY(shredder.waitForEnd());
-        QCOMPARE(shredder.outcome(), outcome);
+        QVERIFY2(outcomes.contains(shredder.outcome()),
+                 qPrintable(QString::number(shredder.outcome())));
         checkHistory();
         QCOMPARE(inventoryOf(tree->path(QStringLiteral("outside"))), before);
         QVERIFY(QDir(user->home()).entryList({QStringLiteral("core*")}, QDir::Files).isEmpty());
