@@ -27,13 +27,15 @@ add_library(endtoendsupport STATIC
   support/expectedbytes.h
   support/runningshredder.cpp
   support/runningshredder.h
+  support/screenreader.cpp
+  support/screenreader.h
   support/shredderuser.cpp
   support/shredderuser.h
   support/tiedprocess.cpp
   support/tiedprocess.h
   support/windowmap.h)
 target_link_libraries(endtoendsupport
-  PUBLIC testsupport Qt5::Gui
+  PUBLIC testsupport Qt5::DBus Qt5::Gui
   PRIVATE fileshredder_strictness)
 target_compile_definitions(endtoendsupport PRIVATE
   SHREDDER_PROGRAM="$<TARGET_FILE:fileshredder>"
@@ -55,8 +57,8 @@ target_compile_definitions(endtoendfixture PRIVATE
 
 # Leaks are not looked for: Qt's X11 and font code keeps memory until the process
 # ends, and the program's threads end with the process by design.
-foreach(name tst_endtoend_admission tst_endtoend_ends tst_endtoend_history tst_endtoend_process
-             tst_endtoend_shredding)
+foreach(name tst_endtoend_accessibility tst_endtoend_admission tst_endtoend_ends
+             tst_endtoend_history tst_endtoend_process tst_endtoend_shredding)
   add_executable(${name} ${name}.cpp)
   target_link_libraries(${name} PRIVATE fileshredder_strictness endtoendfixture)
   add_test(NAME ${name} COMMAND ${name})

@@ -5,7 +5,6 @@
 
 #include "endtoendtest.h"
 
-#include <QFile>
 #include <QTest>
 
 using namespace testsupport;
@@ -26,7 +25,6 @@ private slots:
     void closesWhileALongHistoryIsStillArriving();
 
 private:
-    bool writeHistory(int entries);
     bool openHistory();
     /// Opens the history window and waits until it shows its entries.
     bool openHistoryWith(int entries);
@@ -42,7 +40,7 @@ private:
 
 void TestEndToEndHistory::opensOverTheMainWindowAndClosesByItsButton()
 {
-    QVERIFY(writeHistory(2));
+    QVERIFY(user->writeHistory(2));
     QVERIFY(openWith());
     QVERIFY(openHistoryWith(2));
     QCOMPARE(window, QRect(mainwindow::onScreen.topLeft() + historywindow::overMainWindow,
@@ -59,7 +57,7 @@ void TestEndToEndHistory::opensOverTheMainWindowAndClosesByItsButton()
 
 void TestEndToEndHistory::copyPutsEveryEntryOnTheClipboard()
 {
-    QVERIFY(writeHistory(2));
+    QVERIFY(user->writeHistory(2));
     QVERIFY(openWith());
     QVERIFY(openHistoryWith(2));
     const QString expected = QStringLiteral(
@@ -71,7 +69,7 @@ void TestEndToEndHistory::copyPutsEveryEntryOnTheClipboard()
 
 void TestEndToEndHistory::clearDeletesTheFileAndEmptiesTheWindow()
 {
-    QVERIFY(writeHistory(2));
+    QVERIFY(user->writeHistory(2));
     QVERIFY(openWith());
     QVERIFY(openHistoryWith(2));
     click(historywindow::clearButton);
@@ -82,7 +80,7 @@ void TestEndToEndHistory::clearDeletesTheFileAndEmptiesTheWindow()
 
 void TestEndToEndHistory::closesWhileALongHistoryIsStillArriving()
 {
-    QVERIFY(writeHistory(20000));
+    QVERIFY(user->writeHistory(20000));
     QVERIFY(openWith());
     QVERIFY(openHistory());
     QVERIFY(closeHistory());
@@ -94,18 +92,6 @@ void TestEndToEndHistory::closesWhileALongHistoryIsStillArriving()
     shredder->click(mainwindow::closeButton);
     QVERIFY(shredder->waitForEnd());
     QCOMPARE(shredder->exitStatus(), 0);
-}
-
-bool TestEndToEndHistory::writeHistory(int entries)
-{
-    QFile file(user->historyFile());
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    for (int i = 0; i < entries; ++i) {
-        file.write(
-            QStringLiteral("2026-01-02 03:04:05\n信件 %1.txt\n/home/某人/%1\n").arg(i).toUtf8());
-    }
-    return file.flush();
 }
 
 bool TestEndToEndHistory::openHistory()

@@ -14,6 +14,7 @@ target_link_libraries(uisupport
   PUBLIC controllersupport ui
   PRIVATE fileshredder_strictness)
 
+add_unit_test(tst_accessiblerows ui resources)
 add_unit_test(tst_historyrowframe ui resources)
 add_unit_test(tst_historyrows ui resources)
 add_unit_test(tst_reporttexts ui)

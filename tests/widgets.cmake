@@ -3,6 +3,7 @@
 
 # The linker drops the image bundle from a static library; a test that looks at
 # pictures names it.
+add_unit_test(tst_accessiblewidgets widgets resources)
 add_unit_test(tst_customdialog widgets resources)
 add_unit_test(tst_customdialog_running widgets resources)
 add_unit_test(tst_customtitlebar widgets)

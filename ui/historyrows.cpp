@@ -3,6 +3,7 @@
 
 #include "ui/historyrows.h"
 
+#include "ui/accessiblerows.h"
 #include "ui/historyrowframe.h"
 
 #include <QHeaderView>
@@ -50,6 +51,7 @@ void HistoryRows::remove(int row)
 {
     if (row < 0 || row >= entries.size())
         return;
+    forgetAccessibleEntries();
     entries.removeAt(entries.size() - 1 - row);
     show();
 }
@@ -57,6 +59,7 @@ void HistoryRows::remove(int row)
 void HistoryRows::clear()
 {
     showTimer.stop();
+    forgetAccessibleEntries();
     entries.clear();
     frames.clear();
     table->setRowCount(0);
@@ -93,7 +96,7 @@ void HistoryRows::fillView()
 void HistoryRows::fillRow(int row)
 {
     HistoryRowFrame *frame = frames.value(row);
-    const Entry &entry = entries.at(entries.size() - 1 - row);
+    const Entry &entry = entryAt(row);
     if (frame != nullptr) {
         frame->setTexts(entry.time, entry.fileName, entry.path);
         return;
@@ -105,4 +108,12 @@ void HistoryRows::fillRow(int row)
     // The table puts several new widgets in place only after the next paint, or before it at the
     // cost of a layout of all rows.
     frame->setGeometry(0, table->rowViewportPosition(row), table->columnWidth(0), rowHeight);
+}
+
+/// Screen readers that were told of a row must not find another in its place.
+void HistoryRows::forgetAccessibleEntries()
+{
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(table);
+    if (auto *rows = dynamic_cast<AccessibleRows *>(list))
+        rows->forgetEntries();
 }

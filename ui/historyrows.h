@@ -25,6 +25,12 @@ class HistoryRows : public QObject
     Q_OBJECT
 
 public:
+    struct Entry {
+        QString time;
+        QString fileName;
+        QString path;
+    };
+
     /// Fills column 0 of @p table, which owns this object; frames are made as children of
     /// @p frameParent.
     HistoryRows(QTableWidget *table, QWidget *frameParent);
@@ -36,16 +42,16 @@ public:
     /// Takes away every row, at once.
     void clear();
 
-private:
-    struct Entry {
-        QString time;
-        QString fileName;
-        QString path;
-    };
+    /// Rows in all, those included that the next screen refresh will show.
+    int count() const { return entries.size(); }
+    /// The entry in @p row, which there must be, counted from the top.
+    const Entry &entryAt(int row) const { return entries.at(entries.size() - 1 - row); }
 
+private:
     void show();
     void fillView();
     void fillRow(int row);
+    void forgetAccessibleEntries();
 
     QTableWidget *table;
     QWidget *frameParent;

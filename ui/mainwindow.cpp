@@ -7,12 +7,12 @@
 
 #include "controller/walle.h"
 #include "ui/historyrows.h"
+#include "ui/rowtable.h"
 
 #include <QCheckBox>
 #include <QIcon>
 #include <QImage>
 #include <QPushButton>
-#include <QTableWidget>
 
 MainWindow::MainWindow(QWidget *parent)
     : QFrame(parent)

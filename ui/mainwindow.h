@@ -24,7 +24,7 @@ class QCheckBox;
 class QImage;
 class QLabel;
 class QPushButton;
-class QTableWidget;
+class RowTable;
 class Walle;
 class ZZTableCell;
 
@@ -133,14 +133,14 @@ private:
         SizeCount
     };
 
-    QTableWidget *mainTable = nullptr;
+    RowTable *mainTable = nullptr;
     QWidget *emptyPanel = nullptr;
     QWidget *successPanel = nullptr; ///< hidden for the whole life of the window
     QLabel *successLabel = nullptr;
     QWidget *historyWindow = nullptr;
     QLabel *logoLabel = nullptr;
     QLabel *subtitleLabel = nullptr;
-    QTableWidget *historyTable = nullptr;
+    RowTable *historyTable = nullptr;
     QPushButton *addButton = nullptr;
     QPushButton *crushButton = nullptr; ///< its text is the window's only record of the run state
     QPushButton *removeButton = nullptr;

@@ -7,6 +7,7 @@
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
+#include "ui/rowtable.h"
 #include "widgets/customdialog.h"
 
 #include <QDragEnterEvent>
@@ -15,7 +16,6 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
-#include <QTableWidget>
 
 namespace
 {

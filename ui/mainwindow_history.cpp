@@ -9,6 +9,7 @@
 #include "controller/walle.h"
 #include "ui/headings.h"
 #include "ui/historyrows.h"
+#include "ui/rowtable.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
 
@@ -19,7 +20,6 @@
 #include <QMutexLocker>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTableWidget>
 
 namespace
 {
@@ -39,6 +39,7 @@ void MainWindow::addHistoryWindow()
 {
     historyWindow = new QWidget(this, Qt::Dialog | Qt::FramelessWindowHint);
     historyWindow->setObjectName(QStringLiteral("historyWindow"));
+    historyWindow->setAccessibleName(QStringLiteral("Brenvale - 文件粉碎记录"));
     const int width = windowSizes[HistoryWidth];
     const int height = windowSizes[HistoryHeight];
     historyWindow->setGeometry((windowSizes[ScreenWidth] - width) / 2,
@@ -95,8 +96,9 @@ void MainWindow::addHistoryTable()
     host->setObjectName(QStringLiteral("historyTableHost"));
     host->setGeometry(hostPlace);
     host->setStyleSheet(stylesheets::table());
-    historyTable = new QTableWidget(0, 1, host);
+    historyTable = new RowTable(0, 1, host);
     historyTable->setObjectName(QStringLiteral("historyTable"));
+    historyTable->setAccessibleName(QStringLiteral("已粉碎的文件或目录"));
     historyTable->setGeometry(tablePlace);
     QPalette palette = historyTable->palette();
     palette.setBrush(QPalette::Base, QColor(255, 255, 255, 0));

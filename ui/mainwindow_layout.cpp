@@ -7,6 +7,7 @@
 #include "ui/mainwindow.h"
 
 #include "ui/headings.h"
+#include "ui/rowtable.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
 #include "widgets/windowpalette.h"
@@ -24,7 +25,6 @@
 #include <QStyle>
 #include <QStyleOptionSlider>
 #include <QStyledItemDelegate>
-#include <QTableWidget>
 
 namespace
 {
@@ -191,8 +191,9 @@ void MainWindow::addMainTable()
     tableHost->setGeometry(tablePlace);
     tableHost->hide();
 
-    mainTable = new QTableWidget(0, 2, this);
+    mainTable = new RowTable(0, 2, this);
     mainTable->setObjectName(QStringLiteral("mainTable"));
+    mainTable->setAccessibleName(QStringLiteral("待粉碎的文件或文件夹"));
     mainTable->setGeometry(tablePlace);
     mainTable->setStyleSheet(stylesheets::table());
     QPalette palette = mainTable->palette();

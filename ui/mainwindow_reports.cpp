@@ -6,11 +6,11 @@
 #include "ui/mainwindow.h"
 
 #include "ui/reporttexts.h"
+#include "ui/rowtable.h"
 #include "widgets/customdialog.h"
 #include "widgets/zztablecell.h"
 
 #include <QCheckBox>
-#include <QTableWidget>
 
 void MainWindow::alertDialogEva(uint reasons)
 {

@@ -7,6 +7,7 @@
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
+#include "ui/rowtable.h"
 #include "widgets/zztablecell.h"
 
 #include <QCheckBox>
@@ -15,7 +16,6 @@
 #include <QIcon>
 #include <QImage>
 #include <QMutexLocker>
-#include <QTableWidget>
 #include <QTimerEvent>
 
 namespace
@@ -80,6 +80,7 @@ void MainWindow::addRowToMainTableEva(QString fullName)
     auto *cell = new ZZTableCell(mainTable);
     cell->build(fullName, icon, *rowBackground, rowBase + row, entryColumn);
     mainTable->setCellWidget(row, entryColumn, cell);
+    mainTable->announceRow(row);
     connect(cell, &ZZTableCell::tableCellClicked, this, &MainWindow::tableCellClickedEva);
 }
 

@@ -15,6 +15,23 @@
 namespace
 {
 
+/// What the icon says, for those who do not see it.
+QString iconName(int kind)
+{
+    switch (kind) {
+    case DialogKind::Refusal:
+    case DialogKind::PartialSuccess:
+    case DialogKind::Failure:
+        return QStringLiteral("警告");
+    case DialogKind::Success:
+        return QStringLiteral("成功");
+    case DialogKind::Question:
+        return QStringLiteral("询问");
+    default:
+        return QString();
+    }
+}
+
 QString iconSheet(int kind)
 {
     switch (kind) {
@@ -111,7 +128,7 @@ void CustomDialog::setMessage(const QString &text, int kind)
     if (!claimContent())
         return;
     const QString sheet = iconSheet(kind);
-    QLabel *icon = addMessageIcon(sheet);
+    QLabel *icon = addMessageIcon(sheet, iconName(kind));
     // Without a sheet of its own the label would repeat a corner of the dialog's
     // background in the middle of the dialog.
     if (sheet.isEmpty())
@@ -128,7 +145,7 @@ void CustomDialog::setConfirmCrush()
 {
     if (!claimContent())
         return;
-    addMessageIcon(stylesheets::warningIcon());
+    addMessageIcon(stylesheets::warningIcon(), iconName(DialogKind::Refusal));
     addMessageText(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
                    stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop);
 }
@@ -137,7 +154,7 @@ void CustomDialog::setSystemFileRefusal()
 {
     if (!claimContent())
         return;
-    addMessageIcon(stylesheets::warningIcon());
+    addMessageIcon(stylesheets::warningIcon(), iconName(DialogKind::Refusal));
     addMessageText(QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎"),
                    stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop);
     // Unlike in setMessage() the OK button keeps its own place: the two layouts
@@ -153,10 +170,11 @@ bool CustomDialog::claimContent()
     return first;
 }
 
-QLabel *CustomDialog::addMessageIcon(const QString &sheet)
+QLabel *CustomDialog::addMessageIcon(const QString &sheet, const QString &name)
 {
     auto *label = new QLabel(this);
     label->setObjectName(QStringLiteral("messageIcon"));
+    label->setAccessibleName(name);
     label->setGeometry(messageIconPlace);
     label->setStyleSheet(sheet);
     return label;
@@ -171,5 +189,7 @@ QLabel *CustomDialog::addMessageText(const QString &text, const QString &sheet,
     label->setStyleSheet(sheet);
     label->setAlignment(alignment);
     label->setText(text);
+    // No part of the dialog takes the focus, so a screen reader has only the dialog to read.
+    setAccessibleDescription(text);
     return label;
 }

@@ -49,7 +49,7 @@ private:
     void addTitleBar();
     void addCloseButton(CustomTitleBar *bar);
     QPushButton *addButton(const QString &objectName, const QString &text, const QRect &place);
-    QLabel *addMessageIcon(const QString &sheet);
+    QLabel *addMessageIcon(const QString &sheet, const QString &name);
     QLabel *addMessageText(const QString &text, const QString &sheet, Qt::Alignment alignment);
     bool claimContent();
 

@@ -3,6 +3,8 @@
 
 #include "customtitlebar.h"
 
+#include "accessiblewidgets.h"
+
 #include <QMouseEvent>
 
 namespace
@@ -14,6 +16,7 @@ CustomTitleBar::CustomTitleBar(QWidget *parent)
     : QLabel(parent)
     , draggedWindow(parent)
 {
+    installAccessibleWidgets();
 }
 
 void CustomTitleBar::setMinimizeSlot(int slot)

@@ -3,18 +3,20 @@
 
 #include "zztablecell.h"
 
+#include "accessiblewidgets.h"
 #include "elision.h"
 #include "plainlabel.h"
+#include "progressoverlay.h"
 #include "stylesheets.h"
 #include "windowpalette.h"
 
 #include <QAbstractScrollArea>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QFileInfo>
 #include <QIcon>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QPainter>
 
 namespace
 {
@@ -36,35 +38,6 @@ protected:
     bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 };
 
-/// Fills itself, because its style sheet cannot do that: the row's image would lie
-/// over the colour, and Qt takes rgb() with four numbers for a mistake and warns of
-/// it. So the style is kept from looking at the sheet at all. The mouse goes
-/// through to what the overlay darkens.
-class ProgressOverlay : public QLabel
-{
-public:
-    explicit ProgressOverlay(QWidget *parent)
-        : QLabel(parent)
-    {
-        setAttribute(Qt::WA_NoSystemBackground);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-
-protected:
-    bool event(QEvent *event) override
-    {
-        const bool ofStyle =
-            event->type() == QEvent::Polish || event->type() == QEvent::StyleChange;
-        return ofStyle || QLabel::event(event);
-    }
-
-    void paintEvent(QPaintEvent *) override
-    {
-        const QColor darkening(0, 0, 0, 70);
-        QPainter(this).fillRect(rect(), darkening);
-    }
-};
-
 /// Where a row of @p parent is put in the end: a table shows its rows in its
 /// viewport. Moved there later, the row would have its style sheets read anew, the
 /// overlay's among them.
@@ -79,6 +52,7 @@ QWidget *ownerOfRow(QWidget *parent)
 ZZTableCell::ZZTableCell(QWidget *parent)
     : QFrame(ownerOfRow(parent))
 {
+    installAccessibleWidgets();
 }
 
 void ZZTableCell::build(const QString &fullPath, const QIcon &icon, const QImage &, int newRow,
@@ -105,12 +79,13 @@ void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
 {
     checkBox = new RowCheckBox(this);
     checkBox->setObjectName(QStringLiteral("checkBox"));
-    checkBox->setAccessibleName(fileName);
+    checkBox->setAccessibleName(fileName.isEmpty() ? entryPath : fileName);
     checkBox->setAccessibleDescription(folder);
     checkBox->setGeometry(checkBoxPlace);
     checkBox->setPalette(windowPalette());
     checkBox->setChecked(true);
     connect(checkBox, &QCheckBox::clicked, this, &ZZTableCell::checkBoxClicked);
+    connect(checkBox, &QCheckBox::toggled, this, &ZZTableCell::announceTick);
 }
 
 void ZZTableCell::addIconLabel(const QIcon &icon)
@@ -127,6 +102,7 @@ void ZZTableCell::addTextLabel(const QString &objectName, const QRect &place, co
     label->setObjectName(objectName);
     label->setGeometry(place);
     label->setToolTip(text);
+    label->setAccessibleName(text); // who listens is told the whole text
     // Gives the label the style sheet's font now, so that the text is measured in
     // the font it will be drawn in.
     label->ensurePolished();
@@ -157,13 +133,7 @@ void ZZTableCell::setProgress(int percent)
 {
     if (!built)
         return;
-    if (percent == 0) {
-        progressOverlay->hide();
-        return;
-    }
-    constexpr int whole = 100;
-    progressOverlay->show();
-    progressOverlay->resize((cellWidth - 2 * overlayLeft) * percent / whole, cellHeight);
+    progressOverlay->showPercent(percent, QSize(cellWidth - 2 * overlayLeft, cellHeight));
 }
 
 void ZZTableCell::setChecked(bool checked)
@@ -186,4 +156,15 @@ void ZZTableCell::mousePressEvent(QMouseEvent *event)
 void ZZTableCell::checkBoxClicked()
 {
     emit tableCellClicked(row, column);
+}
+
+/// The box tells of its tick itself; this is for the row.
+void ZZTableCell::announceTick()
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent change(this, changed);
+    QAccessible::updateAccessibility(&change);
 }

@@ -11,10 +11,10 @@
 #include <QFrame>
 #include <QString>
 
+class ProgressOverlay;
 class QCheckBox;
 class QIcon;
 class QImage;
-class QLabel;
 
 class ZZTableCell : public QFrame
 {
@@ -59,6 +59,7 @@ private:
     void addIconLabel(const QIcon &icon);
     void addTextLabel(const QString &objectName, const QRect &place, const QString &text);
     void addProgressOverlay();
+    void announceTick();
 
     static constexpr int cellWidth = 778;
     static constexpr int cellHeight = 30;
@@ -67,5 +68,5 @@ private:
     int column = 0;
     QString entryPath;
     QCheckBox *checkBox = nullptr;
-    QLabel *progressOverlay = nullptr;
+    ProgressOverlay *progressOverlay = nullptr;
 };

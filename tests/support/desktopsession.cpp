@@ -118,6 +118,7 @@ QProcessEnvironment DesktopSession::environment() const
     least.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     least.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     least.insert(QStringLiteral("XDG_RUNTIME_DIR"), scratch.path());
+    least.insert(more);
     return least;
 }
 

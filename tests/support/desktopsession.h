@@ -36,6 +36,8 @@ public:
     QString display() const { return displayName; }
     /// The least a program needs to show itself here, nothing of the caller's desktop.
     QProcessEnvironment environment() const;
+    /// Has every program started from now on find @p variables in its environment too.
+    void addVariables(const QProcessEnvironment &variables) { more.insert(variables); }
 
     void movePointer(const QPoint &position) const;
     void click(const QPoint &position) const;
@@ -67,6 +69,7 @@ private:
     TiedProcess server;
     TiedProcess windowManager;
     QTemporaryDir scratch;
+    QProcessEnvironment more;
     QString displayName;
     QString problemText;
 };

@@ -27,7 +27,7 @@ class EndToEndTest : public QObject
 {
     Q_OBJECT
 
-private slots:
+protected slots:
     void initTestCase();
     void init();
     void cleanup();

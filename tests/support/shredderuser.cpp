@@ -59,6 +59,18 @@ QStringList ShredderUser::historyLines() const
     return lines;
 }
 
+bool ShredderUser::writeHistory(int entries) const
+{
+    QFile file(historyFile());
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    for (int i = 0; i < entries; ++i) {
+        file.write(
+            QStringLiteral("2026-01-02 03:04:05\n信件 %1.txt\n/home/某人/%1\n").arg(i).toUtf8());
+    }
+    return file.flush();
+}
+
 QString ShredderUser::reachable(const QString &program) const
 {
     if (!isSomebodyElse())

@@ -33,6 +33,8 @@ public:
     QString historyFile() const { return inHome(QStringLiteral(".fileshredderEx.dat")); }
     /// The lines of the history file, none if it does not exist.
     QStringList historyLines() const;
+    /// Makes a history of letters, numbered from 0, the oldest; false when that fails.
+    bool writeHistory(int entries) const;
     /// Where a program of this user writes its messages.
     QString messagesFile() const { return directory.filePath(QStringLiteral("messages")); }
     /// A program this user may run, wherever the build folder is hidden.

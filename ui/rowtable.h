@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// A table whose rows each have one widget, and no items. Screen readers meet it as
+// a list of those rows. Lives in the GUI thread and belongs to its window.
+
+#pragma once
+
+#include <QTableWidget>
+
+class RowTable : public QTableWidget
+{
+    Q_OBJECT
+
+public:
+    RowTable(int rows, int columns, QWidget *parent);
+
+    /// Tells screen readers that @p row has come.
+    void announceRow(int row);
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+};
