@@ -55,8 +55,9 @@ QAccessibleInterface *AccessibleRows::entry(int row, int count) const
         return nullptr;
     const int arrival = count - 1 - row;
     if (!knownEntries.contains(arrival)) {
-        knownEntries.insert(
-            arrival, QAccessible::registerAccessibleInterface(new AccessibleEntry(this, arrival)));
+        auto *made = new AccessibleEntry(this, arrival);
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): Qt owns it from here on
+        knownEntries.insert(arrival, QAccessible::registerAccessibleInterface(made));
     }
     return QAccessible::accessibleInterface(knownEntries.value(arrival));
 }
@@ -65,8 +66,9 @@ int AccessibleRows::indexOfChild(const QAccessibleInterface *row) const
 {
     if (const auto *ofHistory = dynamic_cast<const AccessibleEntry *>(row))
         return ofHistory->isValid() ? ofHistory->row() : -1;
-    for (int index = 0; index < table->rowCount(); ++index) {
-        if (row->object() != nullptr && table->cellWidget(index, 0) == row->object())
+    const QObject *cell = row != nullptr ? row->object() : nullptr;
+    for (int index = 0; cell != nullptr && index < table->rowCount(); ++index) {
+        if (table->cellWidget(index, 0) == cell)
             return index;
     }
     return -1;

@@ -15,6 +15,7 @@ build_packages=(
 # What a virtual desktop is made of, and the person in front of it.
 # shellcheck disable=SC2034
 virtual_desktop_packages=(
+    at-spi2-core dbus-daemon # what a screen reader reads from
     fonts-noto-cjk          # the interface is in Chinese
     fonts-wqy-microhei      # the other font that many have
     libnss-wrapper          # a home folder that is not the caller's

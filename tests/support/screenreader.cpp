@@ -115,7 +115,8 @@ QVector<HeardNode> HeardNode::children() const
 
 std::optional<HeardNode> HeardNode::find(const QString &role, const QString &name) const
 {
-    for (const HeardNode &child : children()) {
+    const QVector<HeardNode> nodes = children();
+    for (const HeardNode &child : nodes) {
         if (!child.isShowing())
             continue;
         if (child.role() == role && (name.isEmpty() || child.name() == name))
@@ -130,7 +131,8 @@ std::optional<HeardNode> HeardNode::find(const QString &role, const QString &nam
 QStringList HeardNode::readAloud() const
 {
     QStringList words{role() + QStringLiteral(": ") + name()};
-    for (const HeardNode &child : children()) {
+    const QVector<HeardNode> nodes = children();
+    for (const HeardNode &child : nodes) {
         if (child.isShowing())
             words += child.readAloud();
     }
@@ -230,7 +232,8 @@ QVector<HeardNode> ScreenReader::windowsOf(qint64 pid) const
 {
     const HeardNode registry(*accessibilityBus, registryName, rootPath);
     QVector<HeardNode> windows;
-    for (const HeardNode &program : registry.children()) {
+    const QVector<HeardNode> programs = registry.children();
+    for (const HeardNode &program : programs) {
         const QDBusReply<uint> itsPid = accessibilityBus->interface()->servicePid(program.owner());
         if (itsPid.isValid() && itsPid.value() == pid)
             windows += program.children();
@@ -242,7 +245,8 @@ std::optional<HeardNode> ScreenReader::waitForWindow(qint64 pid, const QString &
 {
     std::optional<HeardNode> found;
     eventually([&] {
-        for (const HeardNode &window : windowsOf(pid)) {
+        const QVector<HeardNode> windows = windowsOf(pid);
+        for (const HeardNode &window : windows) {
             if (window.name() == name && window.isShowing())
                 found = window;
         }
