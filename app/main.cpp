@@ -5,6 +5,7 @@
 
 #include "app/instancelock.h"
 #include "controller/homedirectory.h"
+#include "ui/drawing.h"
 #include "ui/mainwindow.h"
 
 #include <QApplication>
@@ -57,6 +58,7 @@ void applyUserFont()
 
 int runApplication(int &argc, char **argv)
 {
+    drawWithoutOpenGl();
     QApplication application(argc, argv);
     QTranslator translator;
     installTranslation(application, translator);

@@ -10,6 +10,7 @@
 
 #include "firstpaint.h"
 #include "probe.h"
+#include "ui/drawing.h"
 #include "windowprobe.h"
 
 #include <QApplication>
@@ -41,6 +42,7 @@ void measureRows(WindowProbe &probe, const QStringList &paths)
 
 int main(int argc, char **argv)
 {
+    drawWithoutOpenGl();
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     const QString what = arguments.value(0);

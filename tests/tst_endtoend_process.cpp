@@ -28,6 +28,7 @@ class TestEndToEndProcess : public EndToEndTest
 private slots:
     void secondStartEndsAtOnceAndTheFirstKeepsRunning();
     void pidFileHoldsThePidAndNothingElse();
+    void openGlIsNotLoaded();
     void homelessUserIsTurnedAway();
     void twoUsersRunSideBySide();
     void closeButtonEndsTheProgram();
@@ -67,6 +68,17 @@ void TestEndToEndProcess::pidFileHoldsThePidAndNothingElse()
     QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), QByteArray::number(shredder->processId()));
     QVERIFY(closeEndsWell());
     QVERIFY(entryExists(user->pidFile()));
+}
+
+void TestEndToEndProcess::openGlIsNotLoaded()
+{
+    QVERIFY(openWith());
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(shredder->processId()));
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray loaded = maps.readAll();
+    QVERIFY(loaded.contains("libqxcb.so"));
+    QVERIFY(!loaded.contains("libqxcb-glx-integration.so"));
+    QVERIFY(!loaded.contains("libGLX_mesa.so"));
 }
 
 void TestEndToEndProcess::homelessUserIsTurnedAway()
