@@ -34,8 +34,6 @@ private slots:
 
 private:
     std::optional<HeardNode> hear(const QString &window) const;
-    /// Presses the button called @p name of @p window once it can be pressed.
-    bool press(const HeardNode &window, const QString &name) const;
 
     ScreenReader reader;
 };
@@ -97,9 +95,9 @@ void TestEndToEndAccessibility::rowTellsItsProgress()
     const auto window = hear(mainwindow::title());
     QVERIFY(window);
     const auto entry = window->find(row, QStringLiteral("folder"));
-    QVERIFY(entry && press(*window, QStringLiteral("粉碎文件")));
+    QVERIFY(entry && window->press(QStringLiteral("粉碎文件")));
     const auto question = hear(dialog::title());
-    QVERIFY(question && press(*question, QStringLiteral("确定")));
+    QVERIFY(question && question->press(QStringLiteral("确定")));
 
     std::optional<HeardNode> progress;
     QTRY_VERIFY_WITH_TIMEOUT((progress = entry->find(QStringLiteral("progress bar"))), patience);
@@ -108,7 +106,7 @@ void TestEndToEndAccessibility::rowTellsItsProgress()
     QTRY_VERIFY_WITH_TIMEOUT(reader.hasHeard(*progress, QStringLiteral("accessible-value")),
                              patience);
     QVERIFY(entry->description().startsWith(tree->path() + QStringLiteral("，已粉碎")));
-    QVERIFY(press(*window, QStringLiteral("停止粉碎")));
+    QVERIFY(window->press(QStringLiteral("停止粉碎")));
     QTRY_VERIFY_WITH_TIMEOUT(window->find(button, QStringLiteral("粉碎文件")), patience);
     QVERIFY2(entryExists(folder), "the run was over before it could be stopped");
 }
@@ -134,7 +132,7 @@ void TestEndToEndAccessibility::dialogsTellTheirMessageAndAreAnswered()
     const QString file = tree->makeFile(QStringLiteral("file"), 5000);
     QVERIFY(openWith({file}));
     const auto window = hear(mainwindow::title());
-    QVERIFY(window && press(*window, QStringLiteral("粉碎文件")));
+    QVERIFY(window && window->press(QStringLiteral("粉碎文件")));
     auto message = hear(dialog::title());
     QVERIFY(message);
     const QString question = QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？");
@@ -142,23 +140,23 @@ void TestEndToEndAccessibility::dialogsTellTheirMessageAndAreAnswered()
     QCOMPARE(message->description(), question);
     QVERIFY(message->find(QStringLiteral("label"), question));
     QVERIFY(message->find(QStringLiteral("label"), QStringLiteral("询问")));
-    QVERIFY(press(*message, QStringLiteral("取消")));
+    QVERIFY(message->press(QStringLiteral("取消")));
     QTRY_VERIFY_WITH_TIMEOUT(!shredder->dialogIsOpen(), patience);
     QVERIFY(entryExists(file));
 
-    QVERIFY(press(*window, QStringLiteral("粉碎文件")));
+    QVERIFY(window->press(QStringLiteral("粉碎文件")));
     message = hear(dialog::title());
-    QVERIFY(message && press(*message, QStringLiteral("确定")));
+    QVERIFY(message && message->press(QStringLiteral("确定")));
     const QString report = QStringLiteral("本次文件粉碎任务已经结束\n1 个文件(文件夹)已被成功粉碎");
     QTRY_VERIFY_WITH_TIMEOUT((message = hear(dialog::title()))->description() == report, patience);
     QVERIFY(message->find(QStringLiteral("label"), QStringLiteral("成功")));
-    QVERIFY(press(*message, QStringLiteral("确定")));
+    QVERIFY(message->press(QStringLiteral("确定")));
     QVERIFY(!entryExists(file));
     QTRY_VERIFY_WITH_TIMEOUT(
         window->find(QStringLiteral("label"), QStringLiteral("已成功粉碎1个文件（文件夹）")),
         patience);
     QVERIFY(!window->find(row));
-    QVERIFY(press(*window, QStringLiteral("关闭")));
+    QVERIFY(window->press(QStringLiteral("关闭")));
     QVERIFY(shredder->waitForEnd());
     QCOMPARE(shredder->exitStatus(), 0);
 }
@@ -169,7 +167,7 @@ void TestEndToEndAccessibility::historyIsReadEntryByEntry()
     QVERIFY(user->writeHistory(many));
     QVERIFY(openWith());
     const auto window = hear(mainwindow::title());
-    QVERIFY(window && press(*window, QStringLiteral("查看粉碎记录")));
+    QVERIFY(window && window->press(QStringLiteral("查看粉碎记录")));
     const auto history = hear(QStringLiteral("Brenvale - 文件粉碎记录"));
     QVERIFY(history);
     QCOMPARE(history->role(), QStringLiteral("dialog"));
@@ -184,10 +182,10 @@ void TestEndToEndAccessibility::historyIsReadEntryByEntry()
     QCOMPARE(entries.last().description(),
              QStringLiteral("日期：2026-01-02 03:04:05，路径：/home/某人/0"));
 
-    QVERIFY(press(*history, QStringLiteral("清除历史记录")));
+    QVERIFY(history->press(QStringLiteral("清除历史记录")));
     QTRY_COMPARE_WITH_TIMEOUT(list->children().size(), 0, patience);
     QCOMPARE(entries.last().name(), QString());
-    QVERIFY(press(*history, QStringLiteral("关闭")));
+    QVERIFY(history->press(QStringLiteral("关闭")));
     QTRY_VERIFY_WITH_TIMEOUT(shredder->onlyMainWindowIsOpen(), patience);
 }
 
@@ -196,7 +194,7 @@ void TestEndToEndAccessibility::escapeAnswersAsCancelDoes()
     const QString file = tree->makeFile(QStringLiteral("file"), 5000);
     QVERIFY(openWith({file}));
     const auto window = hear(mainwindow::title());
-    QVERIFY(window && press(*window, QStringLiteral("粉碎文件")));
+    QVERIFY(window && window->press(QStringLiteral("粉碎文件")));
     QVERIFY(shredder->waitForDialog());
     // The dialog is there before it has the keyboard.
     QVERIFY(eventually([this] {
@@ -210,14 +208,6 @@ void TestEndToEndAccessibility::escapeAnswersAsCancelDoes()
 std::optional<HeardNode> TestEndToEndAccessibility::hear(const QString &window) const
 {
     return reader.waitForWindow(shredder->processId(), window);
-}
-
-bool TestEndToEndAccessibility::press(const HeardNode &window, const QString &name) const
-{
-    return eventually([&] {
-        const std::optional<HeardNode> found = window.find(button, name);
-        return found && found->isEnabled() && found->act();
-    });
 }
 
 QTEST_GUILESS_MAIN(TestEndToEndAccessibility)

@@ -20,6 +20,8 @@ virtual_desktop_packages=(
     fonts-wqy-microhei      # the other font that many have
     libnss-wrapper          # a home folder that is not the caller's
     openbox wmctrl          # a window manager, and asking it to close a window
+    pcmanfm                 # a file manager to drag from
+    qtwayland5 weston       # the other kind of desktop
     x11-utils               # xprop
     xauth xclip xdotool xvfb
 )

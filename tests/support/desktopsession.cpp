@@ -132,20 +132,43 @@ void DesktopSession::movePointer(const QPoint &position) const
     xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y())});
 }
 
+void DesktopSession::movePointerInto(WindowId window, const QPoint &place) const
+{
+    xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), QString::number(window),
+             number(place.x()), number(place.y())});
+}
+
+void DesktopSession::moveWindow(WindowId window, const QRect &place) const
+{
+    xdotool({QStringLiteral("windowsize"), QString::number(window), number(place.width()),
+             number(place.height()), QStringLiteral("windowmove"), QString::number(window),
+             number(place.x()), number(place.y())});
+}
+
 void DesktopSession::click(const QPoint &position) const
 {
     xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y()),
              QStringLiteral("click"), QStringLiteral("1")});
 }
 
-void DesktopSession::pressButton() const
+void DesktopSession::pressButton(int button) const
 {
-    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    xdotool({QStringLiteral("mousedown"), number(button)});
 }
 
-void DesktopSession::releaseButton() const
+void DesktopSession::releaseButton(int button) const
 {
-    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+    xdotool({QStringLiteral("mouseup"), number(button)});
+}
+
+void DesktopSession::drag(const QPoint &from, const QPoint &to, int button) const
+{
+    constexpr int steps = 8;
+    movePointer(from);
+    pressButton(button);
+    for (int step = 1; step <= steps; ++step)
+        movePointer(from + (to - from) * step / steps);
+    releaseButton(button);
 }
 
 void DesktopSession::type(const QString &text) const

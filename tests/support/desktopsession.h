@@ -40,9 +40,16 @@ public:
     void addVariables(const QProcessEnvironment &variables) { more.insert(variables); }
 
     void movePointer(const QPoint &position) const;
+    /// Moves the pointer to a place inside @p window, below its title bar if it has one.
+    void movePointerInto(WindowId window, const QPoint &place) const;
+    /// Moves a window of another program out of the way.
+    void moveWindow(WindowId window, const QRect &place) const;
     void click(const QPoint &position) const;
-    void pressButton() const;
-    void releaseButton() const;
+    /// Button 1 is the left one, 3 the right one.
+    void pressButton(int button = 1) const;
+    void releaseButton(int button = 1) const;
+    /// Moves the pointer to @p to in steps, as a hand does, with @p button held down.
+    void drag(const QPoint &from, const QPoint &to, int button = 1) const;
     void type(const QString &text) const;
     void pressKey(const QString &key) const;
 

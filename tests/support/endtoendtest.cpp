@@ -36,6 +36,11 @@ void EndToEndTest::cleanup()
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char('\n'))));
 }
 
+void EndToEndTest::keepPicture(const char *name) const
+{
+    desktop.savePicture(QStringLiteral(PICTURE_FOLDER "/%1.png").arg(QString::fromLatin1(name)));
+}
+
 bool EndToEndTest::openWith(const QStringList &paths)
 {
     return shredder->openWindow() && (paths.isEmpty() || shredder->drop(paths))

@@ -35,6 +35,8 @@ protected slots:
 protected:
     /// Opens the window and drops the files and folders @p paths, if any, on it.
     bool openWith(const QStringList &paths = {});
+    /// Leaves a picture of the screen in the build folder, for whoever wants to look.
+    void keepPicture(const char *name) const;
 
     DesktopSession desktop;
     std::unique_ptr<ShredderUser> user;

@@ -146,6 +146,14 @@ bool HeardNode::act() const
     return done.isValid() && done.value();
 }
 
+bool HeardNode::press(const QString &name) const
+{
+    return eventually([&] {
+        const std::optional<HeardNode> button = find(QStringLiteral("push button"), name);
+        return button && button->isEnabled() && button->act();
+    });
+}
+
 bool HeardNode::write(const QString &contents) const
 {
     const QDBusReply<bool> done = call(prefix + QStringLiteral("EditableText"),

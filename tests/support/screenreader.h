@@ -53,6 +53,8 @@ public:
 
     /// Does what the node offers first: presses a button, ticks a row.
     bool act() const;
+    /// Presses the button called @p name below this node, once it can be pressed.
+    bool press(const QString &name) const;
     bool write(const QString &contents) const;
 
     /// The program's name on the accessibility bus.
