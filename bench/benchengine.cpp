@@ -25,15 +25,16 @@ int main(int argc, char **argv)
         end = probe::now();
         QCoreApplication::exit(shredded ? EXIT_SUCCESS : EXIT_FAILURE);
     };
-    constexpr Qt::ConnectionType blocking = Qt::BlockingQueuedConnection;
+    // Receivers that do nothing, and for which the worker waits for nobody.
+    constexpr Qt::ConnectionType direct = Qt::DirectConnection;
     QObject::connect(
-        &crusher, &FileCrusher::finishPercent, &application, [] {}, blocking);
+        &crusher, &FileCrusher::finishPercent, &application, [] {}, direct);
     QObject::connect(
-        &crusher, &FileCrusher::addToHistory, &application, [] {}, blocking);
+        &crusher, &FileCrusher::addToHistory, &application, [] {}, direct);
     QObject::connect(
-        &crusher, &FileCrusher::finishOne, &application, [&finish] { finish(true); }, blocking);
+        &crusher, &FileCrusher::finishOne, &application, [&finish] { finish(true); }, direct);
     QObject::connect(
-        &crusher, &FileCrusher::failedOne, &application, [&finish] { finish(false); }, blocking);
+        &crusher, &FileCrusher::failedOne, &application, [&finish] { finish(false); }, direct);
 
     // Begun from the running loop, so that the start of thread and program is not measured.
     double begin = 0;

@@ -38,17 +38,26 @@ Walle::~Walle()
 
 void Walle::connectWorker()
 {
-    // Blocking, so that the worker never runs ahead of the list and the history.
-    connect(crusher, &FileCrusher::finishOne, this, &Walle::finishOneWalle,
-            Qt::BlockingQueuedConnection);
-    connect(crusher, &FileCrusher::failedOne, this, &Walle::failedOneWalle,
-            Qt::BlockingQueuedConnection);
-    connect(crusher, &FileCrusher::finishPercent, this, &Walle::finishPercentWalle,
-            Qt::BlockingQueuedConnection);
-    connect(crusher, &FileCrusher::addToHistory, this, &Walle::addToHistoryWalle,
-            Qt::BlockingQueuedConnection);
-    connect(crusher, &FileCrusher::stopped, this, &Walle::stoppedWalle,
-            Qt::BlockingQueuedConnection);
+    // The worker waits for each, so that it never runs ahead of the list and the history.
+    const auto direct = Qt::DirectConnection;
+    connect(
+        crusher, &FileCrusher::finishOne, this,
+        [this](const QString &path) { reports.deliver([&] { finishOneWalle(path); }); }, direct);
+    connect(
+        crusher, &FileCrusher::failedOne, this,
+        [this](const QString &path) { reports.deliver([&] { failedOneWalle(path); }); }, direct);
+    connect(
+        crusher, &FileCrusher::finishPercent, this,
+        [this](const QString &path, int percent) {
+            reports.deliver([&] { finishPercentWalle(path, percent); });
+        },
+        direct);
+    connect(
+        crusher, &FileCrusher::addToHistory, this,
+        [this](const QString &path) { reports.deliver([&] { addToHistoryWalle(path); }); }, direct);
+    connect(
+        crusher, &FileCrusher::stopped, this, [this] { reports.deliver([&] { stoppedWalle(); }); },
+        direct);
 }
 
 void Walle::postCommand(int code)

@@ -12,6 +12,7 @@
 #include "controller/deliveryfence.h"
 #include "controller/historyrecorder.h"
 #include "controller/protocol.h"
+#include "controller/workerreports.h"
 
 #include <QList>
 #include <QMutex>
@@ -178,4 +179,5 @@ private:
     mutable QMutex listMutex;
     mutable QMutex queueMutex;
     DeliveryFence fence;
+    WorkerReports reports;
 };

@@ -9,7 +9,6 @@
 
 #include "engine/filecrusher.h"
 
-#include <QCoreApplication>
 #include <QMutexLocker>
 
 #include <sys/stat.h>
@@ -155,6 +154,6 @@ void Walle::fallSilent()
     disconnect(crusher, nullptr, nullptr, nullptr);
     // What the worker had reported by then still arrives: an item that was just removed gets its
     // history entry.
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    reports.runArrived();
     disconnect(&fence, nullptr, nullptr, nullptr);
 }

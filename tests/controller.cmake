@@ -18,6 +18,7 @@ add_unit_test(tst_deliveryfence controller)
 add_unit_test(tst_droppedurls controller)
 add_unit_test(tst_filesystems controller)
 add_unit_test(tst_historyfile controller)
+add_unit_test(tst_workerreports controller)
 add_unit_test(tst_historyrecorder controller)
 
 # The rules of the controller as a model, and both of them side by side.
