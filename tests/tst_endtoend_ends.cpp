@@ -4,7 +4,7 @@
 // The program is ended in the middle of runs, in every way there is, at moments that
 // chance picks. Each time it goes with the outcome that belongs to the way, leaves
 // whole history entries for what is gone, touches nothing that was not chosen, and can
-// be started again at once. SHREDDER_ENDS says how often each way is taken.
+// be started again at once. FILESHREDDER_ENDS says how often each way is taken.
 
 #include "desktopsession.h"
 #include "drivenshredder.h"
@@ -32,7 +32,7 @@ constexpr quint32 seed = 20261121;
 
 int wantedEnds()
 {
-    const int ends = qEnvironmentVariableIntValue("SHREDDER_ENDS");
+    const int ends = qEnvironmentVariableIntValue("FILESHREDDER_ENDS");
     return ends > 0 ? ends : fewEnds;
 }
 

@@ -3,7 +3,7 @@
 
 // Somebody swaps files, folders, links and fifos under a run, over and over. What
 // is chosen may survive that or not; what lies elsewhere is not touched, and no
-// run ever waits for ever. SHREDDER_SWAPS says how many swaps each kind of
+// run ever waits for ever. FILESHREDDER_SWAPS says how many swaps each kind of
 // mischief is given. An ordinary user does all of it, so that an engine gone wrong
 // could not reach far.
 
@@ -40,8 +40,8 @@ constexpr int fileSize = 5000;
 
 int wantedSwaps()
 {
-    return qEnvironmentVariableIsSet("SHREDDER_SWAPS")
-               ? qEnvironmentVariableIntValue("SHREDDER_SWAPS")
+    return qEnvironmentVariableIsSet("FILESHREDDER_SWAPS")
+               ? qEnvironmentVariableIntValue("FILESHREDDER_SWAPS")
                : fewSwaps;
 }
 

@@ -39,10 +39,10 @@ constexpr int forGood = 1000000; // calls
 constexpr int never = -1;
 
 /// For how many calls the names stay swapped. Both kinds at every moment take a while, so they
-/// take turns unless SHREDDER_SWAPS is set.
+/// take turns unless FILESHREDDER_SWAPS is set.
 QList<int> durationsAt(int moment)
 {
-    if (qEnvironmentVariableIsSet("SHREDDER_SWAPS"))
+    if (qEnvironmentVariableIsSet("FILESHREDDER_SWAPS"))
         return {1, forGood};
     return {moment % 2 == 0 ? 1 : forGood};
 }

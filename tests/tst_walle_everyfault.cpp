@@ -4,7 +4,7 @@
 // Any one of the calls about files that a whole run makes fails: admission, shredding,
 // history, in whatever thread. The program goes on, the run ends with its result,
 // the counts and the rows that are left agree, and what the history held before it still
-// holds. SHREDDER_FAULTS says how many of the calls are tried; they are spread over the
+// holds. FILESHREDDER_FAULTS says how many of the calls are tried; they are spread over the
 // run. Without a home the history would lie in the root folder, so an ordinary user,
 // who cannot write there, does all of it.
 
@@ -42,7 +42,7 @@ constexpr std::array<CallFate, 7> fates{
 
 int wantedFaults()
 {
-    const int faults = qEnvironmentVariableIntValue("SHREDDER_FAULTS");
+    const int faults = qEnvironmentVariableIntValue("FILESHREDDER_FAULTS");
     return faults > 0 ? faults : fewFaults;
 }
 
