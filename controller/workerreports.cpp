@@ -17,6 +17,10 @@ using Clock = std::chrono::steady_clock;
 /// Longer than a small file takes; a report that comes later is worth sleeping for.
 constexpr std::chrono::microseconds patience(100);
 
+/// After a look-out in vain so many are left out: the other thread has long work to do, or no
+/// processor, which looking out would only take from it.
+constexpr int leftOut = 16;
+
 /// Then the window is drawn and hears its user, whatever else arrives.
 constexpr std::chrono::milliseconds longestTurn(4);
 
@@ -34,22 +38,30 @@ void rest()
 #endif
 }
 
+} // namespace
+
 /// Returns true as soon as @p condition holds; false when patience is over. The processor is not
 /// offered to other programs meanwhile: it might come back only after milliseconds.
 template <class Condition>
-bool lookOutFor(const Condition &condition)
+bool WorkerReports::LookOut::sees(const Condition &condition)
 {
     static const bool alone = QThread::idealThreadCount() == 1; // nobody runs while we look
+    if (alone)
+        return condition();
+    if (toLeaveOut > 0) {
+        --toLeaveOut;
+        return condition();
+    }
     const auto end = Clock::now() + patience;
     while (!condition()) {
-        if (alone || Clock::now() > end)
+        if (Clock::now() > end) {
+            toLeaveOut = leftOut;
             return false;
+        }
         rest();
     }
     return true;
 }
-
-} // namespace
 
 WorkerReports::WorkerReports(QObject *parent)
     : QObject(parent)
@@ -65,7 +77,7 @@ void WorkerReports::deliver(const std::function<void()> &report)
     // one of the two sees the other.
     if (!lookingOut)
         QCoreApplication::postEvent(this, new QEvent(arrival()));
-    if (lookOutFor([this] { return state == Handled; }))
+    if (workersLookOut.sees([this] { return state == Handled; }))
         return;
     State expected = Arrived;
     if (state.compare_exchange_strong(expected, WorkerAsleep))
@@ -104,7 +116,7 @@ bool WorkerReports::runOne()
 bool WorkerReports::nextComes()
 {
     lookingOut = true;
-    lookOutFor([this] { return waiting != nullptr; });
+    windowsLookOut.sees([this] { return waiting != nullptr; });
     lookingOut = false;
     return waiting != nullptr;
 }

@@ -33,11 +33,24 @@ private:
     /// How the report that waits, or the one before it, fares.
     enum State { Arrived, WorkerAsleep, Handled };
 
+    /// One thread's way to wait for the other for a moment.
+    class LookOut
+    {
+    public:
+        template <class Condition>
+        bool sees(const Condition &condition);
+
+    private:
+        int toLeaveOut = 0;
+    };
+
     bool runOne();
     bool nextComes();
 
     std::atomic<const std::function<void()> *> waiting{nullptr};
     std::atomic<State> state{Handled};
     std::atomic<bool> lookingOut{false}; ///< the GUI thread needs no event to see the next report
+    LookOut workersLookOut;              ///< worker thread only
+    LookOut windowsLookOut;              ///< GUI thread only
     QSemaphore handled;                  ///< released once for each report that finds WorkerAsleep
 };

@@ -144,7 +144,7 @@ void TestAccessibleWidgets::dialogTellsItsMessage_data()
     QTest::addColumn<QString>("iconName");
     QTest::newRow("refusal") << DialogKind::Refusal << QStringLiteral("警告");
     QTest::newRow("success") << DialogKind::Success << QStringLiteral("成功");
-    QTest::newRow("partial success") << DialogKind::PartialSuccess << QStringLiteral("警告");
+    QTest::newRow("partial success") << DialogKind::PartialSuccess << QStringLiteral("部分成功");
     QTest::newRow("failure") << DialogKind::Failure << QStringLiteral("警告");
     QTest::newRow("question") << DialogKind::Question << QStringLiteral("询问");
     QTest::newRow("unknown") << 5 << QString();

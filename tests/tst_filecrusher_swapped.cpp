@@ -122,7 +122,8 @@ void TestFileCrusherSwapped::swapBeforeAnyCallReachesNothingOutside()
     // The first run is without a swap; one that a swap cut short says nothing about the number.
     int calls = 0;
     for (int moment = never; moment < calls; ++moment) {
-        for (const int duration : durationsAt(moment)) {
+        const QList<int> durations = durationsAt(moment);
+        for (const int duration : durations) {
             makeTree(size);
             swappedPath = tree->path(swapped).toUtf8();
             decoyPath = tree->path(QStringLiteral("decoys/") + decoy).toUtf8();

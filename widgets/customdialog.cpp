@@ -20,9 +20,10 @@ QString iconName(int kind)
 {
     switch (kind) {
     case DialogKind::Refusal:
-    case DialogKind::PartialSuccess:
     case DialogKind::Failure:
         return QStringLiteral("警告");
+    case DialogKind::PartialSuccess:
+        return QStringLiteral("部分成功");
     case DialogKind::Success:
         return QStringLiteral("成功");
     case DialogKind::Question:

@@ -66,7 +66,8 @@ void SelfDriver::act()
         proceed();
     QWidget *dialog = QApplication::activeModalWidget();
     if (step == Step::Showing) {
-        for (QWidget *candidate : QApplication::topLevelWidgets()) {
+        const QWidgetList candidates = QApplication::topLevelWidgets();
+        for (QWidget *candidate : candidates) {
             if (candidate->inherits("MainWindow") && candidate->isVisible())
                 window = candidate;
         }

@@ -172,7 +172,8 @@ QByteArray ModelDisk::resolve(const QByteArray &path, bool follow, int links) co
         if (entry.kind == ModelKind::Link && (!isLast || follow || slashBehind)) {
             QByteArray onward =
                 entry.target.startsWith('/') ? entry.target : here + '/' + entry.target;
-            for (const QByteArray &rest : parts.mid(index + 1))
+            const auto remaining = parts.mid(index + 1);
+            for (const QByteArray &rest : remaining)
                 onward += '/' + rest;
             return resolve(slashBehind ? onward + '/' : onward, follow, links + 1);
         }

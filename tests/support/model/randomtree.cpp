@@ -23,18 +23,29 @@ namespace
 
 /// Ends, beginnings and middles of blocks, the stop code, and enough blocks for each kind of
 /// progress.
-const QList<int> sizes = {0,    0,    1,    3,     100,   254,   255,   256,    511,   4095,
-                          4096, 4097, 8191, 12288, 20000, 40959, 69632, 204807, 413696};
+QList<int> sizes()
+{
+    return {0,    0,    1,    3,     100,   254,   255,   256,    511,   4095,
+            4096, 4097, 8191, 12288, 20000, 40959, 69632, 204807, 413696};
+}
+
 constexpr int smallSizes = 9;
 
-const QByteArrayList utf8Names = {
-    "plain",         " two  spaces ", "it's \"quoted\"",  "100%1 %s%n",
-    "文件粉碎机",    "🗑️",       "one\ntwo\r",       "a\\b\\",
-    "--help",        "$HOME;*?[a]&|", ".hidden",          "...",
-    "..b",           "e\xCC\x81",     "\xEF\xBF\xBD",     "\xE2\x90\xA4",
-    "tab\tbell\x07", "n#f?q=%2F",     "\xEF\xBB\xBFmark", QByteArray(NAME_MAX - 4, 'n'),
-};
-const QByteArrayList otherNames = {"latin1-\xE9", "\xFF\xFE", "\xED\xA0\x80", "cut\xE6\x96"};
+QByteArrayList utf8Names()
+{
+    return {
+        "plain",         " two  spaces ", "it's \"quoted\"",  "100%1 %s%n",
+        "文件粉碎机",    "🗑️",       "one\ntwo\r",       "a\\b\\",
+        "--help",        "$HOME;*?[a]&|", ".hidden",          "...",
+        "..b",           "e\xCC\x81",     "\xEF\xBF\xBD",     "\xE2\x90\xA4",
+        "tab\tbell\x07", "n#f?q=%2F",     "\xEF\xBB\xBFmark", QByteArray(NAME_MAX - 4, 'n'),
+    };
+}
+
+QByteArrayList otherNames()
+{
+    return {"latin1-\xE9", "\xFF\xFE", "\xED\xA0\x80", "cut\xE6\x96"};
+}
 
 void require(bool done, const char *what, const QByteArray &path)
 {
@@ -75,9 +86,9 @@ RandomTree::~RandomTree()
 
 QByteArray RandomTree::freePathIn(const QByteArray &folder, Names names)
 {
-    QByteArray path = folder + '/' + dice.oneOf(utf8Names);
+    QByteArray path = folder + '/' + dice.oneOf(utf8Names());
     if (names == Names::AnyBytes && dice.onceIn(25))
-        path = folder + '/' + dice.oneOf(otherNames);
+        path = folder + '/' + dice.oneOf(otherNames());
     const QByteArray wanted = path;
     for (int number = 1; isTaken(path); ++number)
         path = wanted + QByteArray::number(number);
@@ -92,7 +103,7 @@ QByteArray RandomTree::freePath()
 int RandomTree::randomSize()
 {
     // Most are small, so that many fit in a test.
-    return dice.onceIn(3) ? dice.oneOf(sizes) : sizes.at(dice.upTo(smallSizes));
+    return dice.onceIn(3) ? dice.oneOf(sizes()) : sizes().at(dice.upTo(smallSizes));
 }
 
 void RandomTree::writeFile(const QByteArray &path, int size)

@@ -17,7 +17,8 @@ QString shownFrom(int first, const SignalRecords &records)
 {
     constexpr int enough = 6;
     QString text;
-    for (const SignalRecord &record : records.mid(first, enough)) {
+    const SignalRecords shown = records.mid(first, enough);
+    for (const SignalRecord &record : shown) {
         const std::unique_ptr<char[]> line(toString(record));
         text += QStringLiteral("\n  ") + QString::fromUtf8(line.get());
     }
