@@ -168,6 +168,7 @@ private:
     std::atomic<qint32> finishedCount{0};
     qint32 maxJobs = 200;
     std::atomic<bool> stopPending{false};
+    std::atomic<bool> silent{false};    ///< the window has gone; nothing is handed over any more
     std::atomic<bool> runGoesOn{false}; ///< the recorder keeps the history open meanwhile
     HistoryRecorder recorder;           ///< guarded by historyMutex
 

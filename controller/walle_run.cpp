@@ -72,8 +72,9 @@ void Walle::handOver(const QString &path)
     // A device or fifo that took the path's place after admission is not handed over. No
     // verdict will come, and the run stays open until the user stops it.
 
-    // A stop that came after crushNext() looked for one has emptied the queue too early.
-    if (stopPending)
+    // A stop that came after crushNext() looked for one, or the end of the window, after which a
+    // start may still be under way, has emptied the queue too early.
+    if (stopPending || silent)
         crusher->takeBackPaths();
 }
 
@@ -148,6 +149,7 @@ void Walle::fallSilent()
         const QMutexLocker locker(&queueMutex);
         commandQueue.clear();
     }
+    silent = true;
     stopPending = true;
     crusher->requestStop(true);
     crusher->takeBackPaths();

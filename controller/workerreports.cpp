@@ -98,10 +98,11 @@ bool WorkerReports::event(QEvent *event)
 
 void WorkerReports::runArrived()
 {
-    QCoreApplication::sendPostedEvents(this, arrival());
+    runOne();
 }
 
-/// False when there is none; the event of a report that was seen without it finds nothing.
+/// False when there is none: a report that was seen without its event leaves that with nothing to
+/// find, or the next report.
 bool WorkerReports::runOne()
 {
     const std::function<void()> *report = waiting.exchange(nullptr);

@@ -6,8 +6,9 @@
 // lives in the GUI thread and belongs to the controller; everything but
 // addPath(), takeBackPaths() and requestStop() runs in the worker thread itself.
 //
-// What it promises: every byte of a regular file, as long as the file system
-// writes in place, is overwritten once before the name goes; links are removed
+// What it promises: every byte that a regular file holds when its size is asked,
+// as long as the file system writes in place, is overwritten once before the
+// name goes, unless a write fails, which goes unnoticed; links are removed
 // and never followed; nothing outside the given path is opened for writing.
 //
 // What it cannot promise: copy-on-write and log-structured file systems, SSDs
@@ -46,7 +47,7 @@ constexpr qint64 Stopped = 255;
 constexpr qint64 NullPath = -1;
 constexpr qint64 OpenFailed = -2;      ///< a file that cannot be opened for reading and writing
 constexpr qint64 NoSuchDirectory = -2; ///< a directory that went before it was walked
-constexpr qint64 SizeUnusable = -3;    ///< the size of a file could not be asked
+constexpr qint64 SizeUnusable = -3;    ///< the size of a file was not told, or twofold
 constexpr qint64 DirectoryFailed = -3; ///< not a directory, or one could not be removed
 constexpr qint64 WrongKind = -4;       ///< a directory given as a file, or no top directory
 constexpr qint64 LinkFailed = -5;      ///< a link could not be removed

@@ -111,7 +111,7 @@ qint64 FileCrusher::shredFile(const char *path)
     std::FILE *stream = openForOverwriting(place.directory(), place.name());
     if (stream == nullptr)
         return CrushResult::OpenFailed;
-    // A file whose size turns out unusable keeps its stream open, on purpose: nothing that was
+    // A file whose path tells an unusable size keeps its stream open, on purpose: nothing that was
     // found in this state is touched again, not even by a close.
     const qint64 size = statSize(path);
     if (size == -1)
@@ -121,7 +121,8 @@ qint64 FileCrusher::shredFile(const char *path)
     if (size < 0)
         return CrushResult::SizeNegative;
     if (size != sizeOf(stream)) {
-        // The path leads to another file by now; that one's size says nothing about this one.
+        // The path leads to another file by now, whose size says nothing about this one, or this
+        // one is still being written.
         closeStream(stream);
         return CrushResult::SizeUnusable;
     }
