@@ -37,13 +37,13 @@ bool isLineBreak(QChar character)
     }
 }
 
+} // namespace
+
 QByteArray line(QString text)
 {
     std::replace_if(text.begin(), text.end(), isLineBreak, visibleLineBreak);
     return text.toUtf8() + '\n';
 }
-
-} // namespace
 
 QString path()
 {
@@ -57,13 +57,8 @@ QString timeText(const QDateTime &time)
 
 QByteArray entryFor(const QString &path, const QDateTime &time)
 {
-    return entryFor(path, timeText(time));
-}
-
-QByteArray entryFor(const QString &path, const QString &timeText)
-{
     const QFileInfo info(path);
-    return line(timeText) + line(info.fileName()) + line(info.absolutePath());
+    return line(timeText(time)) + line(info.fileName()) + line(info.absolutePath());
 }
 
 bool isUsable(const QString &file)

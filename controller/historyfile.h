@@ -27,11 +27,12 @@ QString path();
 /// @p time as the history shows it.
 QString timeText(const QDateTime &time);
 
-/// The three lines of the entry for the removed item @p path. Line breaks within a name are
-/// shown as U+2424, so an entry has three lines whatever it is called.
+/// @p text as one line of the file; line breaks within it are shown as U+2424, so an entry has
+/// three lines whatever an item is called.
+QByteArray line(QString text);
+
+/// The three lines of the entry for the removed item @p path.
 QByteArray entryFor(const QString &path, const QDateTime &time);
-/// The same with the text of the time ready.
-QByteArray entryFor(const QString &path, const QString &timeText);
 
 /// True when @p file is a regular file that may be read and written.
 bool isUsable(const QString &file);

@@ -18,17 +18,17 @@ void HistoryRecorder::record(const QString &path)
     // the history of the whole run with it.
     if (!history.isOpen())
         historyPath = historyfile::path();
-    append(historyPath, historyfile::entryFor(path, currentTime()));
+    append(historyPath, entry.of(path, QDateTime::currentSecsSinceEpoch()));
 }
 
-void HistoryRecorder::append(const QString &file, const QByteArray &entry)
+void HistoryRecorder::append(const QString &file, const QByteArray &text)
 {
     if (!isStill(QFile::encodeName(file)) && !open(file))
         return;
     // A single call, so a program killed at any moment leaves whole entries.
     const ssize_t written =
-        ::write(history.get(), entry.constData(), static_cast<std::size_t>(entry.size()));
-    if (written != entry.size() && ::ftruncate(history.get(), status.st_size) != 0)
+        ::write(history.get(), text.constData(), static_cast<std::size_t>(text.size()));
+    if (written != text.size() && ::ftruncate(history.get(), status.st_size) != 0)
         release();
 }
 
@@ -44,8 +44,13 @@ bool HistoryRecorder::isStill(const QByteArray &name)
     if (!history.isOpen())
         return false;
     const struct stat before = status;
-    return ::stat(name.constData(), &status) == 0 && status.st_dev == before.st_dev
-           && status.st_ino == before.st_ino && ::access(name.constData(), R_OK | W_OK) == 0;
+    if (::stat(name.constData(), &status) != 0 || status.st_dev != before.st_dev
+        || status.st_ino != before.st_ino)
+        return false;
+    // Whoever may read and write it goes by these; asked again only once they have changed.
+    const bool sameAccess = status.st_mode == before.st_mode && status.st_uid == before.st_uid
+                            && status.st_gid == before.st_gid;
+    return sameAccess || ::access(name.constData(), R_OK | W_OK) == 0;
 }
 
 bool HistoryRecorder::open(const QString &file)
@@ -59,14 +64,4 @@ bool HistoryRecorder::open(const QString &file)
     history = Descriptor(
         ::open(QFile::encodeName(file).constData(), O_RDWR | O_APPEND | O_CLOEXEC | O_NONBLOCK));
     return history.isOpen() && ::fstat(history.get(), &status) == 0;
-}
-
-QString HistoryRecorder::currentTime()
-{
-    const qint64 now = QDateTime::currentSecsSinceEpoch();
-    if (now != second) {
-        second = now;
-        timeText = historyfile::timeText(QDateTime::fromSecsSinceEpoch(now));
-    }
-    return timeText;
 }

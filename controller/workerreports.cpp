@@ -7,19 +7,17 @@
 #include <QEvent>
 #include <QThread>
 
-#include <chrono>
+#include <algorithm>
 
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
 /// Longer than a small file takes; a report that comes later is worth sleeping for.
 constexpr std::chrono::microseconds patience(100);
 
-/// After a look-out in vain so many are left out: the other thread has long work to do, or no
-/// processor, which looking out would only take from it.
-constexpr int leftOut = 16;
+/// After a look-out in vain one is left out, after each further one twice as many, up to this: the
+/// other thread has long work to do, or no processor, which looking out would only take from it.
+constexpr int mostLeftOut = 64;
 
 /// Then the window is drawn and hears its user, whatever else arrives.
 constexpr std::chrono::milliseconds longestTurn(4);
@@ -55,11 +53,13 @@ bool WorkerReports::LookOut::sees(const Condition &condition)
     const auto end = Clock::now() + patience;
     while (!condition()) {
         if (Clock::now() > end) {
-            toLeaveOut = leftOut;
+            toLeaveOut = leftOutNext;
+            leftOutNext = std::min(2 * leftOutNext, mostLeftOut);
             return false;
         }
         rest();
     }
+    leftOutNext = 1;
     return true;
 }
 
@@ -71,13 +71,10 @@ WorkerReports::WorkerReports(QObject *parent)
 
 void WorkerReports::deliver(const std::function<void()> &report)
 {
-    state = Arrived;
-    waiting = &report;
-    // Looked at only now: the GUI thread stops looking out before it looks for the last time, so
-    // one of the two sees the other.
-    if (!lookingOut)
+    next = &report;
+    if (state.exchange(Arrived) == NoneAwaited)
         QCoreApplication::postEvent(this, new QEvent(arrival()));
-    if (workersLookOut.sees([this] { return state == Handled; }))
+    if (workersLookOut.sees([this] { return state != Arrived; }))
         return;
     State expected = Arrived;
     if (state.compare_exchange_strong(expected, WorkerAsleep))
@@ -89,35 +86,39 @@ bool WorkerReports::event(QEvent *event)
     if (event->type() != arrival())
         return QObject::event(event);
     const auto end = Clock::now() + longestTurn;
-    while (runOne()) {
-        if (Clock::now() > end || !nextComes())
-            break;
+    while (runOne(end)) {
+        if (!windowsLookOut.sees([this] { return state != Awaited; }))
+            stopAwaiting();
     }
     return true;
 }
 
 void WorkerReports::runArrived()
 {
-    runOne();
+    runOne(Clock::now());
 }
 
-/// False when there is none: a report that was seen without its event leaves that with nothing to
-/// find, or the next report.
-bool WorkerReports::runOne()
+/// Runs the report that has arrived; the next one is awaited if it is not yet @p turnEnd then.
+/// False when it is not: either there was no report, as the event of one that was run without it
+/// finds none, or the next will come with an event.
+bool WorkerReports::runOne(Clock::time_point turnEnd)
 {
-    const std::function<void()> *report = waiting.exchange(nullptr);
-    if (report == nullptr)
+    const State found = state;
+    // While a report runs, its own event loop may bring events, but no report before its end.
+    if (running || (found != Arrived && found != WorkerAsleep))
         return false;
-    (*report)();
-    if (state.exchange(Handled) == WorkerAsleep)
+    running = true;
+    (*next)();
+    running = false;
+    const State after = Clock::now() < turnEnd ? Awaited : NoneAwaited;
+    if (state.exchange(after) == WorkerAsleep)
         handled.release();
-    return true;
+    return after == Awaited;
 }
 
-bool WorkerReports::nextComes()
+/// The next report will come with an event, unless it is here already.
+void WorkerReports::stopAwaiting()
 {
-    lookingOut = true;
-    windowsLookOut.sees([this] { return waiting != nullptr; });
-    lookingOut = false;
-    return waiting != nullptr;
+    State expected = Awaited;
+    state.compare_exchange_strong(expected, NoneAwaited);
 }

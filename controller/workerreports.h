@@ -13,6 +13,7 @@
 #include <QSemaphore>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 
 class WorkerReports : public QObject
@@ -30,8 +31,14 @@ public:
     bool event(QEvent *event) override;
 
 private:
-    /// How the report that waits, or the one before it, fares.
-    enum State { Arrived, WorkerAsleep, Handled };
+    using Clock = std::chrono::steady_clock;
+
+    enum State {
+        NoneAwaited, ///< no report is here, the GUI thread needs an event to see the next
+        Awaited,     ///< no report is here, the GUI thread looks out for the next
+        Arrived,     ///< a report is here or runs, the worker looks out for its end
+        WorkerAsleep ///< the same, but the worker needs to be woken at its end
+    };
 
     /// One thread's way to wait for the other for a moment.
     class LookOut
@@ -42,15 +49,18 @@ private:
 
     private:
         int toLeaveOut = 0;
+        int leftOutNext = 1; ///< look-outs left out after the next one in vain
     };
 
-    bool runOne();
-    bool nextComes();
+    bool runOne(Clock::time_point turnEnd);
+    void stopAwaiting();
 
-    std::atomic<const std::function<void()> *> waiting{nullptr};
-    std::atomic<State> state{Handled};
-    std::atomic<bool> lookingOut{false}; ///< the GUI thread needs no event to see the next report
-    LookOut workersLookOut;              ///< worker thread only
-    LookOut windowsLookOut;              ///< GUI thread only
-    QSemaphore handled;                  ///< released once for each report that finds WorkerAsleep
+    /// The only word that both threads write while the other looks at it: each such word is carried
+    /// from one processor to the other, which is most of what a report costs.
+    alignas(64) std::atomic<State> state{NoneAwaited};
+    const std::function<void()> *next = nullptr; ///< the worker's until Arrived, then the GUI's
+    bool running = false;                        ///< GUI thread only
+    alignas(64) LookOut workersLookOut;          ///< worker thread only
+    alignas(64) LookOut windowsLookOut;          ///< GUI thread only
+    QSemaphore handled; ///< released once for each report that finds WorkerAsleep
 };

@@ -38,6 +38,7 @@
 #include <cstdio>
 
 class HeldTree;
+struct OpenFile;
 
 /// Results of the shredding routines: these, 0 for nothing to do, or the bytes overwritten.
 namespace CrushResult
@@ -62,7 +63,7 @@ class FileCrusher : public QThread
 
 public:
     /// Bytes that go to the kernel in one call while a file is overwritten.
-    static constexpr std::size_t streamBufferSize = 64 * std::size_t{1024};
+    static constexpr std::size_t streamBufferSize = 32 * std::size_t{1024};
 
     explicit FileCrusher(QObject *parent = nullptr);
     ~FileCrusher() override;
@@ -128,6 +129,12 @@ private:
 
     qint64 shredTreeFile(const FilePlace &place, quint64 totalBytes, quint64 doneBytes,
                          const QString &topDirectory);
+    qint64 shredOpenFile(const OpenFile &file, const FilePlace &place, quint64 totalBytes,
+                         quint64 doneBytes, const QString &topDirectory);
+    qint64 shredListedFile(HeldTree &tree, int index, const FilePlace &place, quint64 totalBytes,
+                           quint64 doneBytes);
+    qint64 shredEntry(HeldTree &tree, int index, const FilePlace &place, quint64 totalBytes,
+                      quint64 doneBytes);
     bool walkTree(HeldTree &tree, quint64 totalBytes);
     bool shredEntries(HeldTree &tree, int index, quint64 totalBytes, quint64 &doneBytes);
     bool removeDirectories(HeldTree &tree);

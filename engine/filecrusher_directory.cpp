@@ -18,9 +18,9 @@ QList<QFileInfo> FileCrusher::listDirectory(const char *path)
         return entries;
     const Descriptor directory(::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const QString prefix = QString::fromUtf8(path) + QLatin1Char('/');
-    const QList<QByteArray> names = namesIn(directory.get());
-    for (const QByteArray &name : names)
-        entries.append(QFileInfo(prefix + textOf(name)));
+    const QVector<ListedEntry> listed = entriesIn(directory.get());
+    for (const ListedEntry &entry : listed)
+        entries.append(QFileInfo(prefix + textOf(entry.name)));
     return entries;
 }
 
@@ -30,8 +30,9 @@ quint64 FileCrusher::directorySize(const char *path)
     quint64 bytes = 0;
     for (int index = 0; tree.isOpen() && index < tree.size(); ++index) {
         const int directory = tree.descriptorOf(index);
-        const QList<QByteArray> names = namesIn(directory);
-        for (const QByteArray &name : names) {
+        const QVector<ListedEntry> entries = entriesIn(directory);
+        for (const ListedEntry &entry : entries) {
+            const QByteArray &name = entry.name;
             if (!isUtf8(name))
                 continue;
             const EntryState state = lookAt(directory, name);
@@ -89,33 +90,54 @@ bool FileCrusher::walkTree(HeldTree &tree, quint64 totalBytes)
 bool FileCrusher::shredEntries(HeldTree &tree, int index, quint64 totalBytes, quint64 &doneBytes)
 {
     const int directory = tree.descriptorOf(index);
-    const QList<QByteArray> names = namesIn(directory);
-    for (const QByteArray &name : names) {
+    const QVector<ListedEntry> entries = entriesIn(directory);
+    for (const ListedEntry &entry : entries) {
         if (stopRequested)
             return false;
-        if (!isUtf8(name))
+        if (!isUtf8(entry.name))
             continue;
-        const EntryState state = lookAt(directory, name);
-        const QString path = tree.pathOf(index, textOf(name));
-        if (state.kind == EntryKind::Link) {
-            if (removeNameIn(directory, name))
-                emit addToHistory(path);
-        } else if (state.kind == EntryKind::Directory) {
-            tree.append(index, name, state.identity);
-        } else if (state.kind == EntryKind::File) {
-            // A tree that was found to hold nothing holds something after all when it could not be
-            // read then, or was filled since; no file goes without having been overwritten.
-            const bool sized = totalBytes != 0;
-            const qint64 result = shredTreeFile(FilePlace{directory, name, path},
-                                                sized ? totalBytes : sizeThrough(directory, name),
-                                                sized ? doneBytes : 0, tree.pathOf(0));
-            // The share done is kept in the low 32 bits of each result; a failure counts as 0.
-            const auto bytes = static_cast<qint32>(static_cast<quint32>(result));
-            doneBytes += static_cast<quint64>(qMax(0, bytes));
-        }
-        // Devices, sockets and fifos are left alone; their directory then fails to go.
+        const FilePlace place{directory, entry.name, tree.pathOf(index, textOf(entry.name))};
+        const qint64 result = entry.listedAsFile && totalBytes != 0
+                                  ? shredListedFile(tree, index, place, totalBytes, doneBytes)
+                                  : shredEntry(tree, index, place, totalBytes, doneBytes);
+        // The share done is kept in the low 32 bits of each result; a failure counts as 0.
+        const auto bytes = static_cast<qint32>(static_cast<quint32>(result));
+        doneBytes += static_cast<quint64>(qMax(0, bytes));
     }
     return true;
+}
+
+/// What is listed as a file mostly still is one, and opening it then tells all that a look would.
+qint64 FileCrusher::shredListedFile(HeldTree &tree, int index, const FilePlace &place,
+                                    quint64 totalBytes, quint64 doneBytes)
+{
+    const OpenFile file = openForOverwriting(place.directory, place.name);
+    if (file.isOpen())
+        return shredOpenFile(file, place, totalBytes, doneBytes, tree.pathOf(0));
+    if (lookAt(place.directory, place.name).kind == EntryKind::File)
+        return CrushResult::OpenFailed;
+    return shredEntry(tree, index, place, totalBytes, doneBytes);
+}
+
+qint64 FileCrusher::shredEntry(HeldTree &tree, int index, const FilePlace &place,
+                               quint64 totalBytes, quint64 doneBytes)
+{
+    const EntryState state = lookAt(place.directory, place.name);
+    if (state.kind == EntryKind::Link) {
+        if (removeNameIn(place.directory, place.name))
+            emit addToHistory(place.path);
+    } else if (state.kind == EntryKind::Directory) {
+        tree.append(index, place.name, state.identity);
+    } else if (state.kind == EntryKind::File) {
+        // A tree that was found to hold nothing holds something after all when it could not be
+        // read then, or was filled since; no file goes without having been overwritten.
+        if (totalBytes == 0)
+            return shredTreeFile(place, sizeThrough(place.directory, place.name), 0,
+                                 tree.pathOf(0));
+        return shredTreeFile(place, totalBytes, doneBytes, tree.pathOf(0));
+    }
+    // Devices, sockets and fifos are left alone; their directory then fails to go.
+    return CrushResult::Success;
 }
 
 /// Removes the directories, emptied by then, from the one found last back to the top. The first

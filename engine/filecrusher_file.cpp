@@ -54,16 +54,24 @@ void giveBuffer(std::FILE *stream, std::array<char, FileCrusher::streamBufferSiz
     static_cast<void>(std::setvbuf(stream, memory.data(), _IOFBF, memory.size()));
 }
 
-void rewindStream(std::FILE *stream)
-{
-    // NOLINTNEXTLINE(cert-err33-c): a stream that cannot be positioned was opened at 0 anyway
-    static_cast<void>(fseeko(stream, 0, SEEK_SET));
-}
-
 void closeStream(std::FILE *stream)
 {
     // NOLINTNEXTLINE(cert-err33-c): as with a failed write
     static_cast<void>(std::fclose(stream));
+}
+
+/// What a path leads to.
+struct NamedFile {
+    qint64 size = -1; ///< bytes; -1 when it leads nowhere
+    FileIdentity identity;
+};
+
+NamedFile fileNamed(const char *path)
+{
+    struct stat status = {};
+    if (::stat(path, &status) != 0)
+        return NamedFile();
+    return NamedFile{status.st_size, FileIdentity{status.st_dev, status.st_ino}};
 }
 
 } // namespace
@@ -75,10 +83,7 @@ void FileCrusher::fillRandom(char *buffer, std::size_t count)
 
 qint64 FileCrusher::statSize(const char *path)
 {
-    if (path == nullptr)
-        return -1;
-    struct stat status = {};
-    return ::stat(path, &status) == 0 ? qint64{status.st_size} : -1;
+    return path == nullptr ? -1 : fileNamed(path).size;
 }
 
 qint64 FileCrusher::shredFile(const char *path)
@@ -108,27 +113,27 @@ qint64 FileCrusher::shredFile(const char *path)
         return CrushResult::Success;
     }
 
-    std::FILE *stream = openForOverwriting(place.directory(), place.name());
-    if (stream == nullptr)
+    const OpenFile file = openForOverwriting(place.directory(), place.name());
+    if (!file.isOpen())
         return CrushResult::OpenFailed;
     // A file whose path tells an unusable size keeps its stream open, on purpose: nothing that was
     // found in this state is touched again, not even by a close.
-    const qint64 size = statSize(path);
+    const NamedFile named = fileNamed(path);
+    const qint64 size = named.size;
     if (size == -1)
         return CrushResult::SizeUnusable;
     if (size == 0)
         return CrushResult::SizeVanished;
     if (size < 0)
         return CrushResult::SizeNegative;
-    if (size != sizeOf(stream)) {
-        // The path leads to another file by now, whose size says nothing about this one, or this
-        // one is still being written.
-        closeStream(stream);
+    if (!(named.identity == file.identity)) {
+        // The path leads to another file by now, whose size says nothing about this one.
+        closeStream(file.stream);
         return CrushResult::SizeUnusable;
     }
 
-    overwriteLoneFile(stream, static_cast<quint64>(size), name);
-    closeStream(stream);
+    overwriteLoneFile(file.stream, static_cast<quint64>(size), name);
+    closeStream(file.stream);
     if (!removeNameIn(place.directory(), place.name()))
         return CrushResult::RemoveFailed;
     emit addToHistory(name);
@@ -141,7 +146,6 @@ void FileCrusher::overwriteLoneFile(std::FILE *stream, quint64 size, const QStri
     const quint64 blocks = wholeBlocks(size);
     int last = 0;
     giveBuffer(stream, streamBuffer);
-    rewindStream(stream);
     for (quint64 index = 0; index < blocks; ++index) {
         fillRandom(buffer.data(), buffer.size());
         writeBytes(stream, buffer, buffer.size());
@@ -180,19 +184,28 @@ qint64 FileCrusher::shredTreeFile(const FilePlace &place, quint64 totalBytes, qu
         return CrushResult::Success;
     }
 
-    std::FILE *stream = openForOverwriting(place.directory, place.name);
-    if (stream == nullptr)
+    const OpenFile file = openForOverwriting(place.directory, place.name);
+    if (!file.isOpen())
         return CrushResult::OpenFailed;
-    const qint64 size = statSize(place.path.toUtf8().constData());
-    if (size < 0 || size != sizeOf(stream)) {
+    return shredOpenFile(file, place, totalBytes, doneBytes, topDirectory);
+}
+
+/// Closes @p file in any case.
+qint64 FileCrusher::shredOpenFile(const OpenFile &file, const FilePlace &place, quint64 totalBytes,
+                                  quint64 doneBytes, const QString &topDirectory)
+{
+    const NamedFile named = fileNamed(place.path.toUtf8().constData());
+    const qint64 size = named.size;
+    if (size < 0 || !(named.identity == file.identity)) {
         // Closed, unlike a lone file: when a folder above is renamed during the walk, this is the
         // way of every file of the tree, and open ones would use up the descriptors.
-        closeStream(stream);
+        closeStream(file.stream);
         return CrushResult::SizeUnusable;
     }
 
-    overwriteFileInTree(stream, static_cast<quint64>(size), totalBytes, doneBytes, topDirectory);
-    closeStream(stream);
+    overwriteFileInTree(file.stream, static_cast<quint64>(size), totalBytes, doneBytes,
+                        topDirectory);
+    closeStream(file.stream);
     if (!removeNameIn(place.directory, place.name))
         return CrushResult::RemoveFailed;
     const quint64 done = doneBytes + static_cast<quint64>(size);
@@ -209,7 +222,6 @@ void FileCrusher::overwriteFileInTree(std::FILE *stream, quint64 size, quint64 t
     const quint64 blocks = wholeBlocks(size);
     quint64 last = shredprogress::treePercent(doneBytes, totalBytes);
     giveBuffer(stream, streamBuffer);
-    rewindStream(stream);
     for (quint64 index = 0; index < blocks; ++index) {
         fillRandom(buffer.data(), buffer.size());
         writeBytes(stream, buffer, buffer.size());

@@ -3,6 +3,7 @@
 
 #include "engine/helddirectory.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -22,6 +23,12 @@ struct DirectoryCloser {
 bool isSelfOrParent(const char *name)
 {
     return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+/// Most names are, and need no decoding.
+bool isAscii(const QByteArray &name)
+{
+    return std::all_of(name.begin(), name.end(), [](char byte) { return byte >= 0; });
 }
 
 EntryKind kindOf(mode_t mode)
@@ -64,31 +71,33 @@ int Descriptor::release()
 
 QString textOf(const QByteArray &name)
 {
+    if (isAscii(name))
+        return QString::fromLatin1(name);
     return QString::fromUtf8('/' + name).mid(1);
 }
 
 bool isUtf8(const QByteArray &name)
 {
-    return textOf(name).toUtf8() == name;
+    return isAscii(name) || textOf(name).toUtf8() == name;
 }
 
-QList<QByteArray> namesIn(int directory)
+QVector<ListedEntry> entriesIn(int directory)
 {
-    QList<QByteArray> names;
+    QVector<ListedEntry> entries;
     // A description of its own, since reading moves a position that descriptors share.
     Descriptor own(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!own.isOpen())
-        return names;
+        return entries;
     const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(own.get()));
     if (!stream)
-        return names;
+        return entries;
     own.release(); // the stream closes it
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the stream is this call's own
     while (const dirent *entry = ::readdir(stream.get())) {
         if (!isSelfOrParent(entry->d_name))
-            names.append(QByteArray(entry->d_name));
+            entries.append(ListedEntry{QByteArray(entry->d_name), entry->d_type == DT_REG});
     }
-    return names;
+    return entries;
 }
 
 EntryState lookAt(int directory, const QByteArray &name)
@@ -114,23 +123,17 @@ Descriptor openDirectoryIn(int directory, const QByteArray &name)
         ::openat(directory, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-std::FILE *openForOverwriting(int directory, const QByteArray &name)
+OpenFile openForOverwriting(int directory, const QByteArray &name)
 {
     Descriptor file(
         ::openat(directory, name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return nullptr;
+        return OpenFile();
     std::FILE *stream = ::fdopen(file.get(), "r+");
     if (stream != nullptr)
         file.release(); // the stream closes it
-    return stream;
-}
-
-qint64 sizeOf(std::FILE *stream)
-{
-    struct stat status = {};
-    return ::fstat(::fileno(stream), &status) == 0 ? qint64{status.st_size} : -1;
+    return OpenFile{stream, FileIdentity{status.st_dev, status.st_ino}};
 }
 
 bool removeNameIn(int directory, const QByteArray &name)

@@ -10,8 +10,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QList>
 #include <QString>
+#include <QVector>
 
 #include <cstdio>
 
@@ -60,9 +60,16 @@ struct EntryState {
     quint64 size = 0; ///< bytes
 };
 
-/// Names of the entries of the open folder @p directory but "." and "..", whatever type the file
-/// system reports for them; walking into ".." would leave the tree. Empty when unreadable.
-QList<QByteArray> namesIn(int directory);
+/// An entry of a folder as the folder lists it.
+struct ListedEntry {
+    QByteArray name;
+    bool listedAsFile = false; ///< false also where the file system does not tell
+};
+Q_DECLARE_TYPEINFO(ListedEntry, Q_MOVABLE_TYPE);
+
+/// The entries of the open folder @p directory but "." and "..", whatever type the file system
+/// reports for them; walking into ".." would leave the tree. Empty when unreadable.
+QVector<ListedEntry> entriesIn(int directory);
 
 /// @p name as text. Only at the start of a text does a byte order mark stand for none; here it is
 /// the start of a name, which must stay what it is.
@@ -82,12 +89,17 @@ quint64 sizeThrough(int directory, const QByteArray &name);
 /// not be readable, as one that is empty can be removed all the same.
 Descriptor openDirectoryIn(int directory, const QByteArray &name);
 
-/// Opens a regular file within @p directory for overwriting, never through a link and never
-/// waiting for the other end of a fifo. Null when it cannot be opened or is no regular file.
-std::FILE *openForOverwriting(int directory, const QByteArray &name);
+/// A file open for overwriting, positioned at its start. Whoever has it closes the stream.
+struct OpenFile {
+    std::FILE *stream = nullptr;
+    FileIdentity identity;
 
-/// Bytes of the file behind @p stream; -1 when that cannot be told.
-qint64 sizeOf(std::FILE *stream);
+    bool isOpen() const { return stream != nullptr; }
+};
+
+/// Opens a regular file within @p directory for overwriting, never through a link and never
+/// waiting for the other end of a fifo. Not open when it cannot be or is no regular file.
+OpenFile openForOverwriting(int directory, const QByteArray &name);
 
 /// Removes the name of a file or link.
 bool removeNameIn(int directory, const QByteArray &name);

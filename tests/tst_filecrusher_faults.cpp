@@ -38,6 +38,7 @@ struct Interception {
     int openedForWriting = 0;
     bool statFails = false;
     std::optional<off_t> size;
+    int failingOpens = 0; ///< for writing
     bool typesUnknown = false;
     std::function<bool(const QString &)> readingWorks; ///< called before a folder is read
 };
@@ -60,8 +61,13 @@ int __real_stat(const char *path, struct stat *status);
 
 int __wrap_openat(int folder, const char *name, int flags, ...)
 {
-    if ((flags & O_ACCMODE) != O_RDONLY)
+    if ((flags & O_ACCMODE) != O_RDONLY) {
         ++interception().openedForWriting;
+        if (interception().failingOpens-- > 0) {
+            errno = EMFILE;
+            return -1;
+        }
+    }
     return __real_openat(folder, name, flags);
 }
 
@@ -121,6 +127,9 @@ private slots:
     void folderThatCannotBeReadKeepsItsContents();
     void folderThatCouldNotBeSizedIsOverwrittenAllTheSame();
     void fileThatVanishesDuringTheWalkIsPassedOver();
+    void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
+    void fileReplacedDuringTheWalkIsTakenForWhatItIs();
+    void fileThatCannotBeOpenedOnceStays();
     void folderThatVanishesDuringTheWalkIsAFailure();
     void selfAndParentAreSkippedWhereTypesAreUnknown();
 
@@ -257,6 +266,54 @@ void TestFileCrusherFaults::fileThatVanishesDuringTheWalkIsPassedOver()
     };
     QCOMPARE(shredFolder(top), qint64{0});
     QCOMPARE(log->count("addToHistory"), 2);
+}
+
+void TestFileCrusherFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs_data()
+{
+    QTest::addColumn<QString>("decoy");
+    QTest::addColumn<qint64>("result");
+    QTest::newRow("link") << QStringLiteral("link") << qint64{0};
+    QTest::newRow("folder") << QStringLiteral("folder") << qint64{0};
+    QTest::newRow("fifo") << QStringLiteral("fifo") << qint64{-3};
+}
+
+/// Both files are listed before the first is shredded; what the listing says of the other no
+/// longer holds when its turn comes.
+void TestFileCrusherFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs()
+{
+    QFETCH(QString, decoy);
+    QFETCH(qint64, result);
+    const QString top = tree->makeFolder(QStringLiteral("top"));
+    const QString one = tree->makeFile(QStringLiteral("top/one"), 10);
+    const QString other = tree->makeFile(QStringLiteral("top/other"), 10);
+    const QString outside = tree->makeFile(QStringLiteral("outside"), 10);
+    const QString inFolder = tree->makeFile(QStringLiteral("folder/inner"), 10);
+    tree->makeLink(QStringLiteral("link"), outside);
+    tree->makeFifo(QStringLiteral("fifo"));
+    QString replaced;
+    log->onRecord = [&](const SignalRecord &record) {
+        if (!replaced.isEmpty() || record.name != "addToHistory")
+            return;
+        replaced = record.arguments.first() == one ? other : one;
+        QVERIFY(QFile::remove(replaced));
+        QVERIFY(QFile::rename(tree->path(decoy), replaced));
+    };
+    QCOMPARE(shredFolder(top), result);
+    QCOMPARE(entryExists(replaced), result != 0);
+    QCOMPARE(TemporaryTree::contentsOf(outside), QByteArray(10, 'x'));
+    QCOMPARE(entryExists(inFolder), decoy != QLatin1String("folder"));
+    QCOMPARE(log->records().contains(
+                 SignalRecord("addToHistory", {replaced + QStringLiteral("/inner")})),
+             decoy == QLatin1String("folder"));
+}
+
+void TestFileCrusherFaults::fileThatCannotBeOpenedOnceStays()
+{
+    const QString top = tree->makeFolder(QStringLiteral("top"));
+    const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
+    interception().failingOpens = 1;
+    QCOMPARE(shredFolder(top), qint64{-3});
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
 }
 
 void TestFileCrusherFaults::folderThatVanishesDuringTheWalkIsAFailure()

@@ -4,15 +4,20 @@
 // What the recorder keeps from one entry to the next must never lead an entry
 // anywhere but to the file that has the name at that moment.
 
+#include "controller/historyentry.h"
+#include "controller/historyfile.h"
 #include "controller/historyrecorder.h"
 
+#include "ordinaryuser.h"
 #include "temporarytree.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QtTest>
 
 #include <memory>
 
+using testsupport::OrdinaryUser;
 using testsupport::TemporaryTree;
 
 namespace
@@ -42,6 +47,8 @@ private slots:
     void replacedHistoryGetsTheNextEntry();
     void otherFileGetsItsOwnEntry();
     void folderInItsPlaceGetsNothing();
+    void historyThatMayNotBeReadAnyMoreGetsNothing();
+    void entriesSayWhatEachOfThemWouldSayAlone();
     void releasedHistoryIsClosed();
 
 private:
@@ -97,6 +104,37 @@ void TestHistoryRecorder::folderInItsPlaceGetsNothing()
     tree->makeFolder(QStringLiteral("history"));
     recorder->append(file, "two\n");
     QVERIFY(QDir(file).isEmpty());
+}
+
+void TestHistoryRecorder::historyThatMayNotBeReadAnyMoreGetsNothing()
+{
+    OrdinaryUser::give(tree->path());
+    OrdinaryUser::give(file);
+    const OrdinaryUser user;
+    recorder->append(file, "two\n");
+    QVERIFY(QFile::setPermissions(file, QFile::WriteOwner));
+    recorder->append(file, "three\n");
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    recorder->append(file, "four\n");
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    recorder->append(file, "five\n");
+    QCOMPARE(history(), QByteArray("one\ntwo\nfive\n"));
+}
+
+void TestHistoryRecorder::entriesSayWhatEachOfThemWouldSayAlone()
+{
+    constexpr qint64 second = 1704164645;
+    HistoryEntry entry;
+    int number = 0;
+    for (const char *path :
+         {"/a/b", "/a/c", "/a/c/d", "/a/b",    "/",          "/a",         "//a",
+          "/a/",  "/a/.", "/a/..",  "/a/../b", "/a/./b",     "/a//b",      "/a/./c",
+          "a/b",  "a/c",  "a",      "",        "/粉碎/记录", "/粉碎/a\nb", "/a\nb/c"}) {
+        const QString item = QString::fromUtf8(path);
+        const qint64 now = second + number++ / 3; // some share a second
+        QCOMPARE(entry.of(item, now),
+                 historyfile::entryFor(item, QDateTime::fromSecsSinceEpoch(now)));
+    }
 }
 
 /// A deleted history that somebody holds open still takes its space on the disk.

@@ -128,7 +128,7 @@ void TestWorkerReports::windowHasItsTurnHoweverManyReportsCome()
     QTimer window;
     connect(&window, &QTimer::timeout, this, [&] {
         sinceTheTurn = 0;
-        enough = ++turns == 20;
+        enough = ++turns >= 20;
     });
     window.start(1);
     PROMPTLY_VERIFY(worker.done);
