@@ -127,8 +127,8 @@ int main(int argc, char **argv)
         window.slotShowHistoryEva();
     }
     for (const int entries : {0, 10000, 100000})
-        out << "recording one removal, " << entries
-            << " entries before: " << microsecondsPerRecord(entries) << " us\n";
+        out << "\nRecording one removal by itself with " << entries
+            << " entries before it: " << microsecondsPerRecord(entries) << " microseconds.\n";
     out.flush();
     // The controllers' threads still run.
     std::_Exit(EXIT_SUCCESS);

@@ -5,10 +5,14 @@
 
 Ours and the peers take turns, so that whatever else the machine does meets all
 of them; the table shows medians. Started by scripts/bench, which builds the
-measuring programs. Arguments: their folder, the real program, where to write.
+measuring programs. Arguments: their folder, the real program, where to write,
+the document that a whole measurement goes into.
 """
 
+import contextlib
 import os
+import platform
+import shutil
 import statistics
 import subprocess
 import sys
@@ -18,10 +22,14 @@ from places import Place, places
 
 ROUNDS = int(os.environ.get("BENCH_ROUNDS", "5"))
 LARGE = int(os.environ.get("BENCH_LARGE_MIB", "1024"))
-IDLE_SECONDS = int(os.environ.get("BENCH_IDLE_SECONDS", "180"))
+IDLE_SECONDS = int(os.environ.get("BENCH_IDLE_SECONDS", "3600"))
 TREES = (1000, 10000, 100000)
 
-PROGRAMS, SHREDDER, OUTPUT = sys.argv[1:4]
+PROGRAMS, SHREDDER, OUTPUT, DOCUMENT = sys.argv[1:5]
+
+# What lies between them in the document is the last whole measurement.
+FIRST_LINE = "<!-- measured by scripts/bench, from here -->\n"
+LAST_LINE = "<!-- to here -->\n"
 
 
 class Table:
@@ -127,12 +135,12 @@ def many_files(table, place):
         place.clear()
         return took
 
-    window, engine, remove, answer = rounds(
+    window, engine, remove, answer, peer = rounds(
         whole,
         lambda: ours(place, "benchengine", place.flat(count))["run_ms"],
         lambda: milliseconds(["rm", "-rf", place.flat(count)]),
-        stop)
-    [peer] = rounds(shred, count=min(ROUNDS, 3))
+        stop,
+        shred)
     name = f"{count} files of 4 KiB, whole program with history"
     table.against(name, place.name, window, "find -exec shred -n1 -u", peer, 0.2)
     table.against(name, place.name, window, "rm -rf", remove, 4)
@@ -146,8 +154,7 @@ def growth(table, place, curves):
     for shape, make in (("flat", place.flat), ("nested", place.nested)):
         times = []
         for count in TREES:
-            repeats = ROUNDS if count < TREES[-1] else min(ROUNDS, 3)
-            taken = [ours(place, "benchwindow", "run", make(count)) for _ in range(repeats)]
+            taken = [ours(place, "benchwindow", "run", make(count)) for _ in range(ROUNDS)]
             times.append(statistics.median(told["run_ms"] for told in taken))
             peak = statistics.median(told["peak_kib"] for told in taken) / 1024
             curves.append((place.name, shape, count, times[-1], peak))
@@ -174,53 +181,62 @@ def table_rows(table, place):
         table.below(text, place.name, many[name], 100, "ms")
 
 
-def start(table, place):
-    """On a real X server, since a start includes finding it and being shown by it."""
+@contextlib.contextmanager
+def screen():
+    """The number of an X server's display; what is shown there is really drawn."""
     reading, writing = os.pipe()
     with subprocess.Popen(["Xvfb", "-displayfd", str(writing)], pass_fds=[writing],
                           stderr=subprocess.DEVNULL) as server:
-        display = ":" + os.read(reading, 16).decode().strip()
+        yield {"QT_QPA_PLATFORM": "xcb", "DISPLAY": ":" + os.read(reading, 16).decode().strip()}
+        server.terminate()
 
+
+def start(table, place):
+    """A start includes finding the X server and being shown by it."""
+    with screen() as display:
         def shown(*program):
-            return ours(place, *program, time.monotonic() * 1000,
-                        QT_QPA_PLATFORM="xcb", DISPLAY=display)["start_ms"]
+            return ours(place, *program, time.monotonic() * 1000, **display)["start_ms"]
 
         window, empty = rounds(lambda: shown("benchwindow", "start"), lambda: shown("benchempty"),
                                count=3 * ROUNDS)
-        server.terminate()
     table.against("start until the window is drawn", "X server", window, "empty window", empty, 1.5)
 
 
-def idle(table, place):
-    """The real program from outside: what the kernel counts for it."""
-    program = subprocess.Popen([SHREDDER], env=place.environment())
+@contextlib.contextmanager
+def idle(table):
+    """The real program from outside, by what the kernel counts for it alone; so it idles beside
+    whatever else is measured within the with statement, and as much longer as it takes."""
+    with Place("idle", "/dev/shm") as place, screen() as display:
+        program = subprocess.Popen([SHREDDER], env={**place.environment(), **display})
 
-    def used():
-        with open(f"/proc/{program.pid}/stat", encoding="ascii") as stat:
-            ticks = sum(map(int, stat.read().rpartition(")")[2].split()[11:13]))
-        with open(f"/proc/{program.pid}/status", encoding="ascii") as status:
-            resident = next(line for line in status if line.startswith("VmRSS"))
-        return ticks / os.sysconf("SC_CLK_TCK"), int(resident.split()[1]) / 1024
+        def used():
+            with open(f"/proc/{program.pid}/stat", encoding="ascii") as stat:
+                ticks = sum(map(int, stat.read().rpartition(")")[2].split()[11:13]))
+            with open(f"/proc/{program.pid}/status", encoding="ascii") as status:
+                resident = next(line for line in status if line.startswith("VmRSS"))
+            return ticks / os.sysconf("SC_CLK_TCK"), int(resident.split()[1]) / 1024
 
-    time.sleep(5)
-    seconds_before, memory_before = used()
-    time.sleep(IDLE_SECONDS)
-    seconds_after, memory_after = used()
-    program.terminate()
-    program.wait()
-    table.below(f"idle for {IDLE_SECONDS} s: processor", place.name,
-                (seconds_after - seconds_before) / IDLE_SECONDS * 100, 1, "% of a core")
-    table.below("idle: memory", place.name, memory_after, 60, "MiB")
-    table.below("idle: growth of memory", place.name, memory_after - memory_before, 0, "MiB")
+        time.sleep(5)
+        begin = time.monotonic()
+        seconds_before, memory_before = used()
+        yield
+        time.sleep(max(0, begin + IDLE_SECONDS - time.monotonic()))
+        seconds_after, memory_after = used()
+        idled = time.monotonic() - begin
+        program.terminate()
+        program.wait()
+    table.below(f"idle for {idled:.0f} s: processor", "X server",
+                (seconds_after - seconds_before) / idled * 100, 1, "% of a core")
+    table.below("idle: memory", "X server", memory_after, 60, "MiB")
+    table.below("idle: growth of memory", "X server", memory_after - memory_before, 0, "MiB")
 
 
 def history(place):
-    """Another program measures it and prints a table of its own."""
+    """The table of another program, which measures it."""
     told = subprocess.run([os.path.join(PROGRAMS, "benchhistory")], env=place.environment(),
                           check=True, stdout=subprocess.PIPE, text=True).stdout
     print(told)
-    with open(os.path.join(OUTPUT, "history.md"), "w", encoding="utf-8") as out:
-        out.write(told)
+    return told
 
 
 def draw(curves):
@@ -237,28 +253,56 @@ def draw(curves):
                    check=True)
 
 
+def machine():
+    """The machine in words, as far as the figures depend on it."""
+    with open("/proc/meminfo", encoding="ascii") as info:
+        memory = int(info.readline().split()[1]) / 1024 / 1024
+    return (f"{os.cpu_count()} cores, {memory:.0f} GiB of memory, Linux "
+            f"{'.'.join(platform.release().split('.')[:2])}; medians of {ROUNDS}, "
+            f"taken in {time.strftime('%B %Y')}.")
+
+
+def document(table, told):
+    """Puts a whole measurement into the document in the place of the one before."""
+    with open(DOCUMENT, encoding="utf-8") as file:
+        before, _, rest = file.read().partition(FIRST_LINE)
+    after = rest.partition(LAST_LINE)[2]
+    picture = os.path.join(os.path.splitext(DOCUMENT)[0], "growth.svg")
+    shutil.copyfile(os.path.join(OUTPUT, "growth.svg"), picture)
+    link = os.path.relpath(picture, os.path.dirname(DOCUMENT))
+    shown = f"![Time and memory of a run by the number of files]({link})"
+    with open(DOCUMENT, "w", encoding="utf-8") as file:
+        file.write("\n".join([before + FIRST_LINE, machine(), "", table.markdown(), "", shown, "",
+                              "The history, whatever it holds:", "", told, LAST_LINE]) + after)
+
+
 def main():
     os.makedirs(OUTPUT, exist_ok=True)
-    table, curves = Table(), []
-    wanted = set(os.environ.get("BENCH_ONLY", "large many growth rows start idle history").split())
-    for place in places():
-        with place:
-            for name, measure in (("large", large_file), ("many", many_files),
-                                  ("rows", table_rows)):
-                if name in wanted:
-                    measure(table, place)
-            if "growth" in wanted:
-                growth(table, place, curves)
-    with Place("tmpfs", "/dev/shm") as place:
-        for name, measure in (("start", start), ("idle", idle)):
-            if name in wanted:
-                measure(table, place)
-        if "history" in wanted:
-            history(place)
+    table, curves, told = Table(), [], ""
+    everything = "large many growth rows start idle history"
+    wanted = set(os.environ.get("BENCH_ONLY", everything).split())
+    with contextlib.ExitStack() as until_the_end:
+        if "idle" in wanted:
+            until_the_end.enter_context(idle(table))
+        for place in places():
+            with place:
+                for name, measure in (("large", large_file), ("many", many_files),
+                                      ("rows", table_rows)):
+                    if name in wanted:
+                        measure(table, place)
+                if "growth" in wanted:
+                    growth(table, place, curves)
+        with Place("tmpfs", "/dev/shm") as place:
+            if "start" in wanted:
+                start(table, place)
+            if "history" in wanted:
+                told = history(place)
     with open(os.path.join(OUTPUT, "table.md"), "w", encoding="utf-8") as out:
         out.write(table.markdown() + "\n")
     if curves:
         draw(curves)
+    if wanted == set(everything.split()) and "BENCH_PLACES" not in os.environ:
+        document(table, told)
 
 
 main()

@@ -85,8 +85,11 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &) const override
     {
-        painter->drawTiledPixmap(option.rect, QPixmap(QStringLiteral(":/images/bk_item")));
+        painter->drawTiledPixmap(option.rect, background);
     }
+
+private:
+    QPixmap background{QStringLiteral(":/images/bk_item")};
 };
 
 } // namespace

@@ -5,10 +5,32 @@
 
 #include "ui/accessiblerows.h"
 
+#include <QStyledItemDelegate>
+
+namespace
+{
+
+/// Every row that comes has the widgets of all of them placed again. They fill their cells;
+/// to have the style find out where an item's text would be takes several times as long.
+class CellFiller : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void updateEditorGeometry(QWidget *widget, const QStyleOptionViewItem &option,
+                              const QModelIndex &) const override
+    {
+        widget->setGeometry(option.rect);
+    }
+};
+
+} // namespace
+
 RowTable::RowTable(int rows, int columns, QWidget *parent)
     : QTableWidget(rows, columns, parent)
 {
     installAccessibleRows();
+    setItemDelegate(new CellFiller(this));
 }
 
 void RowTable::announceRow(int row)
