@@ -187,8 +187,10 @@ def screen():
     reading, writing = os.pipe()
     with subprocess.Popen(["Xvfb", "-displayfd", str(writing)], pass_fds=[writing],
                           stderr=subprocess.DEVNULL) as server:
-        yield {"QT_QPA_PLATFORM": "xcb", "DISPLAY": ":" + os.read(reading, 16).decode().strip()}
-        server.terminate()
+        try:
+            yield {"QT_QPA_PLATFORM": "xcb", "DISPLAY": ":" + os.read(reading, 16).decode().strip()}
+        finally:
+            server.terminate()
 
 
 def start(table, place):
@@ -213,22 +215,26 @@ def idle(table):
             with open(f"/proc/{program.pid}/stat", encoding="ascii") as stat:
                 ticks = sum(map(int, stat.read().rpartition(")")[2].split()[11:13]))
             with open(f"/proc/{program.pid}/status", encoding="ascii") as status:
-                resident = next(line for line in status if line.startswith("VmRSS"))
-            return ticks / os.sysconf("SC_CLK_TCK"), int(resident.split()[1]) / 1024
+                resident = [line for line in status if line.startswith("VmRSS")]
+            if not resident:
+                sys.exit("the program that was to idle has ended")
+            return ticks / os.sysconf("SC_CLK_TCK"), int(resident[0].split()[1])
 
-        time.sleep(5)
-        begin = time.monotonic()
-        seconds_before, memory_before = used()
-        yield
-        time.sleep(max(0, begin + IDLE_SECONDS - time.monotonic()))
-        seconds_after, memory_after = used()
-        idled = time.monotonic() - begin
-        program.terminate()
-        program.wait()
+        try:
+            time.sleep(5)
+            begin = time.monotonic()
+            seconds_before, memory_before = used()
+            yield
+            time.sleep(max(0, begin + IDLE_SECONDS - time.monotonic()))
+            seconds_after, memory_after = used()
+            idled = time.monotonic() - begin
+        finally:
+            program.terminate()
+            program.wait()
     table.below(f"idle for {idled:.0f} s: processor", "X server",
                 (seconds_after - seconds_before) / idled * 100, 1, "% of a core")
-    table.below("idle: memory", "X server", memory_after, 60, "MiB")
-    table.below("idle: growth of memory", "X server", memory_after - memory_before, 0, "MiB")
+    table.below("idle: memory", "X server", memory_after / 1024, 60, "MiB")
+    table.below("idle: growth of memory", "X server", memory_after - memory_before, 0, "KiB")
 
 
 def history(place):
@@ -236,6 +242,8 @@ def history(place):
     told = subprocess.run([os.path.join(PROGRAMS, "benchhistory")], env=place.environment(),
                           check=True, stdout=subprocess.PIPE, text=True).stdout
     print(told)
+    with open(os.path.join(OUTPUT, "history.md"), "w", encoding="utf-8") as out:
+        out.write(told)
     return told
 
 
@@ -258,15 +266,18 @@ def machine():
     with open("/proc/meminfo", encoding="ascii") as info:
         memory = int(info.readline().split()[1]) / 1024 / 1024
     return (f"{os.cpu_count()} cores, {memory:.0f} GiB of memory, Linux "
-            f"{'.'.join(platform.release().split('.')[:2])}; medians of {ROUNDS}, "
-            f"taken in {time.strftime('%B %Y')}.")
+            f"{'.'.join(platform.release().split('.')[:2])}, {time.strftime('%B %Y')}. Medians of "
+            f"{ROUNDS}, of {3 * ROUNDS} for the start; the longest of all stalls; idling and the "
+            "history once.")
 
 
 def document(table, told):
     """Puts a whole measurement into the document in the place of the one before."""
     with open(DOCUMENT, encoding="utf-8") as file:
-        before, _, rest = file.read().partition(FIRST_LINE)
-    after = rest.partition(LAST_LINE)[2]
+        before, first, rest = file.read().partition(FIRST_LINE)
+    _, last, after = rest.partition(LAST_LINE)
+    if not first or not last:
+        sys.exit(f"{DOCUMENT} has no place for the figures")
     picture = os.path.join(os.path.splitext(DOCUMENT)[0], "growth.svg")
     shutil.copyfile(os.path.join(OUTPUT, "growth.svg"), picture)
     link = os.path.relpath(picture, os.path.dirname(DOCUMENT))
@@ -276,20 +287,17 @@ def document(table, told):
                               "The history, whatever it holds:", "", told, LAST_LINE]) + after)
 
 
-def main():
-    os.makedirs(OUTPUT, exist_ok=True)
-    table, curves, told = Table(), [], ""
-    everything = "large many growth rows start idle history"
-    wanted = set(os.environ.get("BENCH_ONLY", everything).split())
+def measure(wanted, table, curves):
+    """Fills the table and the curves with what is wanted; returns what there is of the history."""
+    told = ""
     with contextlib.ExitStack() as until_the_end:
         if "idle" in wanted:
             until_the_end.enter_context(idle(table))
         for place in places():
             with place:
-                for name, measure in (("large", large_file), ("many", many_files),
-                                      ("rows", table_rows)):
+                for name, one in (("large", large_file), ("many", many_files), ("rows", table_rows)):
                     if name in wanted:
-                        measure(table, place)
+                        one(table, place)
                 if "growth" in wanted:
                     growth(table, place, curves)
         with Place("tmpfs", "/dev/shm") as place:
@@ -297,11 +305,21 @@ def main():
                 start(table, place)
             if "history" in wanted:
                 told = history(place)
-    with open(os.path.join(OUTPUT, "table.md"), "w", encoding="utf-8") as out:
-        out.write(table.markdown() + "\n")
+    return told
+
+
+def main():
+    os.makedirs(OUTPUT, exist_ok=True)
+    table, curves = Table(), []
+    everything = "large many growth rows start idle history"
+    try:
+        told = measure(os.environ.get("BENCH_ONLY", everything).split(), table, curves)
+    finally:
+        with open(os.path.join(OUTPUT, "table.md"), "w", encoding="utf-8") as out:
+            out.write(table.markdown() + "\n")
     if curves:
         draw(curves)
-    if wanted == set(everything.split()) and "BENCH_PLACES" not in os.environ:
+    if not any(name.startswith("BENCH_") for name in os.environ):
         document(table, told)
 
 

@@ -36,6 +36,7 @@ void HistoryRecorder::release()
 {
     history = Descriptor();
     historyPath.clear();
+    entry = HistoryEntry();
 }
 
 /// True when the open history is what @p name leads to, and may still be read and written.
@@ -44,13 +45,8 @@ bool HistoryRecorder::isStill(const QByteArray &name)
     if (!history.isOpen())
         return false;
     const struct stat before = status;
-    if (::stat(name.constData(), &status) != 0 || status.st_dev != before.st_dev
-        || status.st_ino != before.st_ino)
-        return false;
-    // Whoever may read and write it goes by these; asked again only once they have changed.
-    const bool sameAccess = status.st_mode == before.st_mode && status.st_uid == before.st_uid
-                            && status.st_gid == before.st_gid;
-    return sameAccess || ::access(name.constData(), R_OK | W_OK) == 0;
+    return ::stat(name.constData(), &status) == 0 && status.st_dev == before.st_dev
+           && status.st_ino == before.st_ino && ::access(name.constData(), R_OK | W_OK) == 0;
 }
 
 bool HistoryRecorder::open(const QString &file)

@@ -59,8 +59,8 @@ private:
     /// from one processor to the other, which is most of what a report costs.
     alignas(64) std::atomic<State> state{NoneAwaited};
     const std::function<void()> *next = nullptr; ///< the worker's until Arrived, then the GUI's
-    bool running = false;                        ///< GUI thread only
     alignas(64) LookOut workersLookOut;          ///< worker thread only
     alignas(64) LookOut windowsLookOut;          ///< GUI thread only
+    bool running = false;                        ///< GUI thread only
     QSemaphore handled; ///< released once for each report that finds WorkerAsleep
 };

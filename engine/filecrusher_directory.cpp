@@ -108,6 +108,7 @@ bool FileCrusher::shredEntries(HeldTree &tree, int index, quint64 totalBytes, qu
 }
 
 /// What is listed as a file mostly still is one, and opening it then tells all that a look would.
+/// Whatever else is there by now is at most opened and closed again.
 qint64 FileCrusher::shredListedFile(HeldTree &tree, int index, const FilePlace &place,
                                     quint64 totalBytes, quint64 doneBytes)
 {

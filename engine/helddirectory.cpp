@@ -28,7 +28,9 @@ bool isSelfOrParent(const char *name)
 /// Most names are, and need no decoding.
 bool isAscii(const QByteArray &name)
 {
-    return std::all_of(name.begin(), name.end(), [](char byte) { return byte >= 0; });
+    constexpr unsigned char firstOther = 0x80;
+    return std::all_of(name.begin(), name.end(),
+                       [](char byte) { return static_cast<unsigned char>(byte) < firstOther; });
 }
 
 EntryKind kindOf(mode_t mode)

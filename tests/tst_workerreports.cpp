@@ -5,6 +5,7 @@
 #include "support/eventually.h"
 #include "support/promptly.h"
 
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 #include <QtTest>
@@ -56,6 +57,8 @@ private slots:
     void windowHasItsTurnHoweverManyReportsCome();
     void reportThatOpensAnEventLoopHoldsUpTheWorker();
     void reportThatHasArrivedCanBeRunWithoutAnEventLoop();
+    void reportIsNotRunAgainFromWithinItself();
+    void eventOfAReportThatWasRunFindsNothing();
 };
 
 void TestWorkerReports::reportIsRunInTheGuiThreadWhileTheWorkerWaits()
@@ -163,10 +166,51 @@ void TestWorkerReports::reportThatHasArrivedCanBeRunWithoutAnEventLoop()
     WorkerReports reports;
     std::atomic<bool> run{false};
     const Worker worker([&] { reports.deliver([&] { run = true; }); });
-    QVERIFY(eventually([&] {
+    const QDeadlineTimer patience(testsupport::patience);
+    while (!run && !patience.hasExpired())
         reports.runArrived();
-        return run.load();
-    }));
+    QVERIFY(run);
+}
+
+/// What it does may close the window, which runs what has arrived.
+void TestWorkerReports::reportIsNotRunAgainFromWithinItself()
+{
+    WorkerReports reports;
+    int run = 0;
+    const Worker worker([&] {
+        reports.deliver([&] {
+            ++run;
+            reports.runArrived();
+            QCoreApplication::processEvents();
+        });
+    });
+    PROMPTLY_VERIFY(worker.done);
+    QCOMPARE(run, 1);
+}
+
+/// The first report's event comes within the second one's own event loop, the others' after
+/// everything.
+void TestWorkerReports::eventOfAReportThatWasRunFindsNothing()
+{
+    WorkerReports reports;
+    int run = 0;
+    int runWithin = 0;
+    const Worker worker([&] {
+        reports.deliver([&] { ++run; });
+        reports.deliver([&] {
+            ++run;
+            const int before = run;
+            QCoreApplication::processEvents();
+            runWithin = run - before;
+        });
+        reports.deliver([&] { ++run; });
+    });
+    const QDeadlineTimer patience(testsupport::patience);
+    while (run != 3 && !patience.hasExpired())
+        reports.runArrived();
+    QCoreApplication::processEvents();
+    QCOMPARE(runWithin, 0);
+    QCOMPARE(run, 3);
 }
 
 QTEST_GUILESS_MAIN(TestWorkerReports)

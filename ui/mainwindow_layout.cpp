@@ -206,6 +206,8 @@ void MainWindow::addMainTable()
     // Styles and large fonts would make the spare column wider and the rows higher than they are.
     mainTable->horizontalHeader()->setMinimumSectionSize(spareColumnWidth);
     mainTable->verticalHeader()->setMinimumSectionSize(0);
+    // A row that comes in another height and is resized has the table laid out once more.
+    mainTable->verticalHeader()->setDefaultSectionSize(RowTable::entryHeight);
     mainTable->setColumnWidth(0, entryColumnWidth);
     mainTable->setColumnWidth(1, spareColumnWidth);
     mainTable->setHorizontalHeaderLabels(

@@ -21,7 +21,6 @@
 namespace
 {
 
-constexpr int rowHeight = 30;
 constexpr int entryColumn = 0;
 
 /// The desktop's icon for a kind of entry is asked for and never shown: rows know two icons only,
@@ -45,11 +44,11 @@ QIcon MainWindow::entryIcon(const QString &fullName)
     return QFileInfo(fullName).isDir() ? folderIcon : fileIcon;
 }
 
-/// Rows that follow each other closely are drawn together at the next refresh of the screen: to
-/// draw the table takes longer than to add a row.
+/// Rows that follow each other closely are drawn together, 30 times a second: to draw the table
+/// takes longer than to add a row.
 void MainWindow::drawRowsTogether()
 {
-    constexpr int refreshMilliseconds = 16;
+    constexpr int refreshMilliseconds = 32;
     if (rowsTimer.isActive())
         mainTable->setUpdatesEnabled(false);
     else
@@ -73,7 +72,7 @@ void MainWindow::addRowToMainTableEva(QString fullName)
     drawRowsTogether();
     const int row = mainTable->rowCount();
     mainTable->setRowCount(row + 1);
-    mainTable->setRowHeight(row, rowHeight);
+    mainTable->setRowHeight(row, RowTable::entryHeight);
     hidePanels();
     if (rowBackground->isNull())
         rowBackground->load(QStringLiteral(":/images/bk_item"));

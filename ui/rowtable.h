@@ -13,6 +13,8 @@ class RowTable : public QTableWidget
     Q_OBJECT
 
 public:
+    static constexpr int entryHeight = 30; ///< pixels of a row
+
     RowTable(int rows, int columns, QWidget *parent);
 
     /// Tells screen readers that @p row has come.

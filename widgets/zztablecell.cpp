@@ -64,13 +64,17 @@ void ZZTableCell::build(const QString &fullPath, const QIcon &icon, const QImage
     setIndex(newRow, newColumn);
     setWindowFlags(Qt::FramelessWindowHint);
     resize(cellWidth, cellHeight);
-    setStyleSheet(stylesheets::row());
 
     const QFileInfo entry(fullPath);
     addCheckBox(entry.fileName(), entry.absolutePath());
-    addTextLabel(QStringLiteral("nameLabel"), namePlace, entry.fileName());
+    QLabel *name = addTextLabel(QStringLiteral("nameLabel"), namePlace, entry.fileName());
     addIconLabel(icon);
-    addTextLabel(QStringLiteral("placeLabel"), placePlace, entry.absolutePath());
+    QLabel *place = addTextLabel(QStringLiteral("placeLabel"), placePlace, entry.absolutePath());
+    // Only now: every widget that is made asks its style for margins, and a style sheet takes
+    // long to answer. But before the overlay, which would else have its own sheet read again.
+    setStyleSheet(stylesheets::row());
+    showElided(name);
+    showElided(place);
     addProgressOverlay();
     built = true;
 }
@@ -96,17 +100,23 @@ void ZZTableCell::addIconLabel(const QIcon &icon)
     label->setPixmap(icon.pixmap(iconPlace.size(), QIcon::Normal, QIcon::Off));
 }
 
-void ZZTableCell::addTextLabel(const QString &objectName, const QRect &place, const QString &text)
+QLabel *ZZTableCell::addTextLabel(const QString &objectName, const QRect &place,
+                                  const QString &text)
 {
     auto *label = new PlainLabel(this);
     label->setObjectName(objectName);
     label->setGeometry(place);
     label->setToolTip(text);
     label->setAccessibleName(text); // who listens is told the whole text
+    return label;
+}
+
+void ZZTableCell::showElided(QLabel *label)
+{
     // Gives the label the style sheet's font now, so that the text is measured in
     // the font it will be drawn in.
     label->ensurePolished();
-    label->setText(elidedKeepingTail(text, place.width(), label));
+    label->setText(elidedKeepingTail(label->toolTip(), label->width(), label));
 }
 
 void ZZTableCell::addProgressOverlay()

@@ -13,6 +13,7 @@
 
 class ProgressOverlay;
 class QCheckBox;
+class QLabel;
 class QIcon;
 class QImage;
 
@@ -57,7 +58,8 @@ private slots:
 private:
     void addCheckBox(const QString &fileName, const QString &folder);
     void addIconLabel(const QIcon &icon);
-    void addTextLabel(const QString &objectName, const QRect &place, const QString &text);
+    QLabel *addTextLabel(const QString &objectName, const QRect &place, const QString &text);
+    static void showElided(QLabel *label);
     void addProgressOverlay();
     void announceTick();
 
