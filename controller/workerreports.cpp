@@ -12,8 +12,8 @@
 namespace
 {
 
-/// Longer than a small file takes; a report that comes later is worth sleeping for.
-constexpr std::chrono::microseconds patience(100);
+/// Longer than a small file takes, on a disk too; a report that comes later is worth sleeping for.
+constexpr std::chrono::microseconds patience(400);
 
 /// After a look-out in vain one is left out, after each further one twice as many, up to this: the
 /// other thread has long work to do, or no processor, which looking out would only take from it.
