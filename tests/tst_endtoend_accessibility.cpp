@@ -186,7 +186,7 @@ void TestEndToEndAccessibility::historyIsReadEntryByEntry()
     QTRY_COMPARE_WITH_TIMEOUT(list->children().size(), 0, patience);
     QCOMPARE(entries.last().name(), QString());
     QVERIFY(history->press(QStringLiteral("关闭")));
-    QTRY_VERIFY_WITH_TIMEOUT(shredder->onlyMainWindowIsOpen(), patience);
+    QVERIFY(eventually([this] { return shredder->onlyMainWindowIsOpen(); }));
 }
 
 void TestEndToEndAccessibility::escapeAnswersAsCancelDoes()

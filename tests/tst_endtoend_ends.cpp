@@ -27,7 +27,7 @@ namespace
 {
 
 constexpr int fewEnds = 2;
-constexpr int files = 400;
+constexpr int files = 3000;
 constexpr quint32 seed = 20261121;
 
 int wantedEnds()

@@ -99,7 +99,7 @@ void TestEndToEndFileManager::fileDialogSpeaksChinese()
     keepPicture("file-dialog");
     const auto cancel = fileDialog->find(QStringLiteral("push button"), QStringLiteral("取消"));
     QVERIFY(cancel && cancel->act());
-    QTRY_VERIFY_WITH_TIMEOUT(shredder->onlyMainWindowIsOpen(), patience);
+    QVERIFY(eventually([this] { return shredder->onlyMainWindowIsOpen(); }));
     QCOMPARE(shredder->rowsShown(), 0);
 }
 

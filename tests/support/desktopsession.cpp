@@ -183,6 +183,13 @@ void DesktopSession::pressKey(const QString &key) const
 
 QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) const
 {
+    // A window that goes while all are searched ends the search without an answer.
+    const QVector<WindowId> windows = searchWindowsOf(pid, title);
+    return windows.isEmpty() ? searchWindowsOf(pid, title) : windows;
+}
+
+QVector<WindowId> DesktopSession::searchWindowsOf(qint64 pid, const QString &title) const
+{
     const QList<QByteArray> lines =
         xdotool({QStringLiteral("search"), QStringLiteral("--all"), QStringLiteral("--onlyvisible"),
                  QStringLiteral("--pid"), QString::number(pid), QStringLiteral("--name"),

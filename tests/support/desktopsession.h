@@ -72,6 +72,7 @@ private:
     bool startServer();
     bool startWindowManager();
     QByteArray xdotool(const QStringList &arguments) const;
+    QVector<WindowId> searchWindowsOf(qint64 pid, const QString &title) const;
 
     TiedProcess server;
     TiedProcess windowManager;

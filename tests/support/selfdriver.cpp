@@ -52,6 +52,7 @@ private:
     void proceed() { QTimer::singleShot(pause, this, &SelfDriver::act); }
     void act();
     void obey(QSocketNotifier *orders);
+    void close();
     void drop() const;
     static void click(QWidget *target, const QRect &place);
 
@@ -96,7 +97,15 @@ void SelfDriver::obey(QSocketNotifier *orders)
     if (::read(STDIN_FILENO, line.data(), line.size() - 1) <= 0)
         orders->setEnabled(false);
     else if (QByteArray(line.data()).contains("close") && window != nullptr)
-        window->close();
+        close();
+}
+
+/// Nobody can close a window that waits for its dialog; when the run is over that is its report.
+void SelfDriver::close()
+{
+    if (QWidget *dialog = QApplication::activeModalWidget())
+        click(dialog, testsupport::dialog::reportOk);
+    window->close();
 }
 
 void SelfDriver::drop() const
