@@ -94,6 +94,6 @@ class Place:
 
 def places():
     """The places that BENCH_PLACES names, both without it."""
-    folders = {"disk": tempfile.gettempdir(), "tmpfs": "/dev/shm"}
+    folders = {"tmpfs": "/dev/shm", "disk": tempfile.gettempdir()}
     wanted = os.environ.get("BENCH_PLACES", " ".join(folders)).split()
     return [Place(name, folders[name]) for name in wanted]
