@@ -104,7 +104,7 @@ void TestWalleKill::checkEntries(const QString &folder) const
     const QByteArray history = home.history();
     // A kill lets the kernel stop a write where a page of the file ends, in the middle of an entry.
     constexpr int page = 4096;
-    if (history.size() % page == 0)
+    if (!history.isEmpty() && history.size() % page == 0)
         return;
     QVERIFY(history.isEmpty() || history.endsWith('\n'));
     const QByteArrayList lines = home.historyLines();
