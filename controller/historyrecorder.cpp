@@ -25,7 +25,8 @@ void HistoryRecorder::append(const QString &file, const QByteArray &text)
 {
     if (!isStill(QFile::encodeName(file)) && !open(file))
         return;
-    // A single call, so a program killed at any moment leaves whole entries.
+    // A single call, so a program killed at any moment leaves whole entries; only where a page of
+    // the file ends within an entry may the kernel, on SIGKILL, stop there.
     const ssize_t written =
         ::write(history.get(), text.constData(), static_cast<std::size_t>(text.size()));
     if (written != text.size() && ::ftruncate(history.get(), status.st_size) != 0)

@@ -14,6 +14,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 
 class WorkerReports : public QObject
@@ -32,6 +33,8 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+
+    static constexpr std::size_t cacheLine = 64; ///< bytes that processors pass to each other
 
     enum State {
         NoneAwaited, ///< no report is here, the GUI thread needs an event to see the next
@@ -57,10 +60,10 @@ private:
 
     /// The only word that both threads write while the other looks at it: each such word is carried
     /// from one processor to the other, which is most of what a report costs.
-    alignas(64) std::atomic<State> state{NoneAwaited};
+    alignas(cacheLine) std::atomic<State> state{NoneAwaited};
     const std::function<void()> *next = nullptr; ///< the worker's until Arrived, then the GUI's
-    alignas(64) LookOut workersLookOut;          ///< worker thread only
-    alignas(64) LookOut windowsLookOut;          ///< GUI thread only
+    alignas(cacheLine) LookOut workersLookOut;   ///< worker thread only
+    alignas(cacheLine) LookOut windowsLookOut;   ///< GUI thread only
     bool running = false;                        ///< GUI thread only
     QSemaphore handled; ///< released once for each report that finds WorkerAsleep
 };
