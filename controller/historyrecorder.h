@@ -10,7 +10,7 @@
 #pragma once
 
 #include "controller/historyentry.h"
-#include "engine/helddirectory.h"
+#include "engine/descriptor.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,30 +1,30 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// FileCrusher is the worker: a thread that takes queued paths one at a time,
-// overwrites and removes what they name, and reports each outcome. The object
-// lives in the GUI thread and belongs to the controller; everything but
-// addPath(), takeBackPaths() and requestStop() runs in the worker thread itself.
+// FileCrusher is the worker: a thread that takes queued paths one at a time, overwrites
+// and removes what they name, and reports each outcome. It lives in the GUI thread and
+// belongs to the controller; all but addPath(), takeBackPaths() and requestStop() runs in
+// the worker thread.
+
+// What it promises: every byte that a regular file holds when its size is asked is
+// overwritten once, in place, before the name goes; and before the verdict on a queued path
+// goes out, the new bytes of all its files have been written to the disk and the drive was
+// asked to empty its cache. Links are removed and never followed; nothing outside the given
+// path is opened for writing.
 //
-// What it promises: every byte that a regular file holds when its size is asked,
-// as long as the file system writes in place, is overwritten once before the
-// name goes, unless a write fails, which goes unnoticed; links are removed
-// and never followed; nothing outside the given path is opened for writing.
-//
-// What it cannot promise: copy-on-write and log-structured file systems, SSDs
-// and flash cards put new bytes elsewhere and may keep the old ones; journals,
-// snapshots and backups may hold copies; a file with a second hard link is
-// overwritten but stays under its other name. The overwriting is handed to the
-// kernel, not forced to the medium, before the name is removed. The folders above
-// the given path are looked up by name when its turn comes, wherever they lead by
-// then; and what somebody puts in the place of an entry of the tree in the moment
-// before that entry is removed goes without having been overwritten.
+// What it cannot promise: a write that fails goes unnoticed. Copy-on-write, log-structured
+// and data-journaling file systems, SSDs and flash cards put new bytes elsewhere and may
+// keep the old ones; snapshots and backups may hold copies; names stay readable in
+// directories and journals. A file with a second hard link is overwritten but stays under
+// its other name. A program killed or a machine that loses power before the verdict may
+// leave the old bytes of the files removed last. The folders above the given path are
+// looked up by name when its turn comes; and what somebody puts in the place of an entry in
+// the moment before that entry is removed goes without having been overwritten.
 
 #pragma once
 
-#include "engine/blockfiller.h"
+#include "engine/overwriter.h"
 
-#include <QByteArray>
 #include <QFileInfo>
 #include <QList>
 #include <QMutex>
@@ -32,13 +32,10 @@
 #include <QStringList>
 #include <QThread>
 
-#include <array>
 #include <atomic>
 #include <cstddef>
-#include <cstdio>
 
-class HeldTree;
-struct OpenFile;
+class ParentDirectory;
 
 /// Results of the shredding routines: these, 0 for nothing to do, or the bytes overwritten.
 namespace CrushResult
@@ -62,9 +59,6 @@ class FileCrusher : public QThread
     Q_OBJECT
 
 public:
-    /// Bytes that go to the kernel in one call while a file is overwritten.
-    static constexpr std::size_t streamBufferSize = 32 * std::size_t{1024};
-
     explicit FileCrusher(QObject *parent = nullptr);
     ~FileCrusher() override;
 
@@ -75,26 +69,30 @@ public:
     /// Asks for a stop (true) or takes the request back. Any thread; returns at once.
     void requestStop(bool value);
 
+    // The steps of shredding, as the worker takes them; each may be called by itself while the
+    // worker does not run. Paths are UTF-8.
+
+    /// Shreds one file, or removes one link, given by itself. Returns a CrushResult or the
+    /// number of bytes overwritten.
+    qint64 shredFile(const char *path);
+    /// Shreds a whole tree. Returns a CrushResult.
+    qint64 shredDirectory(const char *path);
+    /// Bytes of all regular files and link targets of the tree; 0 when it is no directory.
+    static quint64 directorySize(const char *path);
     /// Fills @p buffer with the @p count (at most 4096) bytes of the current second.
     void fillRandom(char *buffer, std::size_t count);
     /// Size in bytes that stat(2) tells; -1 for a null path and when stat fails.
     static qint64 statSize(const char *path);
 
-    /// Shreds one file, or removes one link, given by itself. Returns a CrushResult or the
-    /// number of bytes overwritten.
-    qint64 shredFile(const char *path);
+    // For callers from outside only; the worker goes by open folders instead of paths.
+
     /// Shreds one regular file of the tree @p topDirectory, which holds @p totalBytes in all,
     /// @p doneBytes of them already gone. Returns a CrushResult or the bytes overwritten.
     qint64 shredFileInDirectory(const char *path, quint64 totalBytes, quint64 doneBytes,
                                 const QString &topDirectory);
-
     /// The entries of a directory but "." and "..", in the order the system reads them; empty
     /// when it cannot be read.
     static QList<QFileInfo> listDirectory(const char *path);
-    /// Bytes of all regular files and link targets of the tree; 0 when it is no directory.
-    static quint64 directorySize(const char *path);
-    /// Shreds a whole tree. Returns a CrushResult.
-    qint64 shredDirectory(const char *path);
 
 signals:
     /// @p path was processed and did not fail.
@@ -116,35 +114,14 @@ private:
     qint64 shred(const QString &path);
     void report(const QString &path, qint64 result);
 
-    void overwriteLoneFile(std::FILE *stream, quint64 size, const QString &path);
-    void overwriteFileInTree(std::FILE *stream, quint64 size, quint64 totalBytes, quint64 doneBytes,
-                             const QString &topDirectory);
-
-    /// Where a file is: the open folder that holds it, its name there, its path in reports.
-    struct FilePlace {
-        int directory;
-        QByteArray name;
-        QString path;
-    };
-
-    qint64 shredTreeFile(const FilePlace &place, quint64 totalBytes, quint64 doneBytes,
-                         const QString &topDirectory);
-    qint64 shredOpenFile(const OpenFile &file, const FilePlace &place, quint64 totalBytes,
-                         quint64 doneBytes, const QString &topDirectory);
-    qint64 shredListedFile(HeldTree &tree, int index, const FilePlace &place, quint64 totalBytes,
-                           quint64 doneBytes);
-    qint64 shredEntry(HeldTree &tree, int index, const FilePlace &place, quint64 totalBytes,
-                      quint64 doneBytes);
-    bool walkTree(HeldTree &tree, quint64 totalBytes);
-    bool shredEntries(HeldTree &tree, int index, quint64 totalBytes, quint64 &doneBytes);
-    bool removeDirectories(HeldTree &tree);
+    qint64 removeLink(const ParentDirectory &parent, const QString &path, const QFileInfo &info);
+    qint64 removeEmptyFile(const ParentDirectory &parent, const QString &path);
+    qint64 overwriteAndRemove(const ParentDirectory &parent, const QString &path);
 
     QStringList pathQueue; ///< guarded by queueMutex
     /// Nothing clears it: the thread lives until the process ends.
     std::atomic<bool> keepRunning{true};
     std::atomic<bool> stopRequested{false};
     QMutex queueMutex;
-    BlockFiller filler; ///< worker thread only
-    /// Of the one file that is being overwritten. Worker thread only.
-    std::array<char, streamBufferSize> streamBuffer = {};
+    Overwriter overwriter; ///< worker thread only
 };

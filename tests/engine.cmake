@@ -6,7 +6,7 @@ foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_everyfaul
              tst_filecrusher_faults tst_filecrusher_file tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
              tst_filecrusher_neighbours tst_filecrusher_refused tst_filecrusher_stop
              tst_filecrusher_swapped tst_filecrusher_treefile tst_filecrusher_worker
-             tst_filecrusher_workerstop tst_filecrusher_writes tst_shredprogress)
+             tst_filecrusher_workerstop tst_filecrusher_writeout tst_filecrusher_writes tst_shredprogress)
   add_unit_test(${name} engine)
 endforeach()
 
@@ -48,6 +48,8 @@ endfunction()
 
 intercept(tst_filecrusher_faults fdopendir fstat openat readdir stat)
 intercept(tst_filecrusher_hugefiles fwrite)
+intercept(tst_filecrusher_writeout
+  close fcntl fdatasync fsync openat sync sync_file_range syncfs unlinkat)
 intercept(tst_filecrusher_writes fstat fwrite stat time unlinkat)
 intercept(tst_instancelock fcntl)
 

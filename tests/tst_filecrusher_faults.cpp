@@ -187,7 +187,8 @@ void TestFileCrusherFaults::unusableSizeLeavesTheFile()
     interception().size = size;
     QCOMPARE(FileCrusher::statSize(file.toUtf8().constData()), statFails ? qint64{-1} : size);
     QCOMPARE(shredFile(file), alone);
-    if (statFails || size < 0)
+    // In a tree the size is the open file's.
+    if (!statFails && size < 0)
         QCOMPARE(shredInTree(file, 5000), qint64{-3});
     QCOMPARE(log->records(), SignalRecords());
     QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(5000, 'x'));

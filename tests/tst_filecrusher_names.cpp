@@ -76,7 +76,7 @@ private slots:
     void nameThatIsNotUtf8IsLeftAndTheFolderFails();
     void folderWhoseNameIsNotUtf8IsLeftAndTheFolderFails();
     void longestPathIsShredded();
-    void pathBeyondTheLimitIsLeftAndTheFolderFails();
+    void fileBeyondThePathLimitIsShredded();
     void fiveHundredFoldersDeepAreShredded();
 
 private:
@@ -185,23 +185,26 @@ void TestFileCrusherNames::longestPathIsShredded()
     QCOMPARE(log->firstArguments("addToHistory").first(), file);
 }
 
-void TestFileCrusherNames::pathBeyondTheLimitIsLeftAndTheFolderFails()
+void TestFileCrusherNames::fileBeyondThePathLimitIsShredded()
 {
     const QByteArray folder = longPathBelow(tree->path().toUtf8(), longestPath - 1);
     const QString name = QString::fromUtf8(folder.mid(tree->path().toUtf8().size() + 1));
-    const QString file = tree->makeFile(QStringLiteral("file"), 100);
     tree->makeFolder(name);
     const int descriptor = ::open(folder.constData(), O_DIRECTORY | O_PATH | O_CLOEXEC);
     QVERIFY(descriptor >= 0);
-    const int inner = ::openat(descriptor, "beyond", O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-    QVERIFY(inner >= 0);
-    ::close(inner);
-
-    QCOMPARE(shredFolder(tree->path()), qint64{-3});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->firstArguments("addToHistory"), QStringList{file});
-    QCOMPARE(::unlinkat(descriptor, "beyond", 0), 0);
+    const int file = ::openat(descriptor, "beyond", O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     ::close(descriptor);
+    const QByteArray contents(100, 'x');
+    QCOMPARE(::write(file, contents.constData(), 100), ssize_t{100});
+
+    QCOMPARE(shredFolder(tree->path()), qint64{0});
+    QVERIFY(!entryExists(tree->path()));
+    QCOMPARE(log->firstArguments("addToHistory").first(),
+             QString::fromUtf8(folder) + QStringLiteral("/beyond"));
+    QByteArray left(100, '\0');
+    QCOMPARE(::pread(file, left.data(), 100, 0), ssize_t{100});
+    QVERIFY(left != contents);
+    ::close(file);
 }
 
 void TestFileCrusherNames::fiveHundredFoldersDeepAreShredded()

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-#include "engine/helddirectory.h"
+#include "engine/fileat.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -49,26 +50,10 @@ EntryKind kindOf(mode_t mode)
 
 } // namespace
 
-Descriptor::Descriptor(Descriptor &&other) noexcept
-    : number(other.release())
+void StreamCloser::operator()(std::FILE *stream) const
 {
-}
-
-Descriptor &Descriptor::operator=(Descriptor &&other) noexcept
-{
-    std::swap(number, other.number);
-    return *this;
-}
-
-Descriptor::~Descriptor()
-{
-    if (isOpen())
-        ::close(number);
-}
-
-int Descriptor::release()
-{
-    return std::exchange(number, -1);
+    // NOLINTNEXTLINE(cert-err33-c)
+    static_cast<void>(std::fclose(stream));
 }
 
 QString textOf(const QByteArray &name)
@@ -83,35 +68,35 @@ bool isUtf8(const QByteArray &name)
     return isAscii(name) || textOf(name).toUtf8() == name;
 }
 
-QVector<ListedEntry> entriesIn(int directory)
+QVector<QByteArray> namesIn(int directory)
 {
-    QVector<ListedEntry> entries;
+    QVector<QByteArray> names;
     // A description of its own, since reading moves a position that descriptors share.
     Descriptor own(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!own.isOpen())
-        return entries;
+        return names;
     const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(own.get()));
     if (!stream)
-        return entries;
+        return names;
     own.release(); // the stream closes it
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the stream is this call's own
     while (const dirent *entry = ::readdir(stream.get())) {
         if (!isSelfOrParent(entry->d_name))
-            entries.append(ListedEntry{QByteArray(entry->d_name), entry->d_type == DT_REG});
+            names.append(QByteArray(entry->d_name));
     }
-    return entries;
+    return names;
 }
 
-EntryState lookAt(int directory, const QByteArray &name)
+EntryStatus statAt(int directory, const QByteArray &name)
 {
     struct stat status = {};
     if (::fstatat(directory, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return EntryState();
-    return EntryState{kindOf(status.st_mode), FileIdentity{status.st_dev, status.st_ino},
-                      status.st_size < 0 ? 0 : static_cast<quint64>(status.st_size)};
+        return EntryStatus();
+    return EntryStatus{kindOf(status.st_mode),
+                       status.st_size < 0 ? 0 : static_cast<quint64>(status.st_size)};
 }
 
-quint64 sizeThrough(int directory, const QByteArray &name)
+quint64 targetSizeAt(int directory, const QByteArray &name)
 {
     struct stat status = {};
     if (::fstatat(directory, name.constData(), &status, 0) != 0 || status.st_size < 0)
@@ -119,44 +104,48 @@ quint64 sizeThrough(int directory, const QByteArray &name)
     return static_cast<quint64>(status.st_size);
 }
 
-Descriptor openDirectoryIn(int directory, const QByteArray &name)
+Descriptor openDirectoryAt(int directory, const QByteArray &name)
 {
     return Descriptor(
         ::openat(directory, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-OpenFile openForOverwriting(int directory, const QByteArray &name)
+OpenFile openFileAt(int directory, const QByteArray &name)
 {
-    Descriptor file(
-        ::openat(directory, name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    constexpr int flags = O_RDWR | O_NOFOLLOW | O_CLOEXEC;
+    Descriptor file(::openat(directory, name.constData(), flags | O_NONBLOCK));
+    // A lease, as file servers hold them: its holder is given time to let the file go. Opening a
+    // fifo for reading and writing does not wait, should one take the file's place just now.
+    if (!file.isOpen() && errno == EWOULDBLOCK && statAt(directory, name).kind == EntryKind::File)
+        file = Descriptor(::openat(directory, name.constData(), flags));
     struct stat status = {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return OpenFile();
-    std::FILE *stream = ::fdopen(file.get(), "r+");
-    if (stream != nullptr)
+    Stream stream(::fdopen(file.get(), "r+"));
+    if (stream)
         file.release(); // the stream closes it
-    return OpenFile{stream, FileIdentity{status.st_dev, status.st_ino}};
+    return OpenFile{std::move(stream), FileIdentity{status.st_dev, status.st_ino}, status.st_size};
 }
 
-bool removeNameIn(int directory, const QByteArray &name)
+bool unlinkAt(int directory, const QByteArray &name)
 {
     return ::unlinkat(directory, name.constData(), 0) == 0;
 }
 
-bool removeDirectoryIn(int directory, const QByteArray &name)
+bool removeDirectoryAt(int directory, const QByteArray &name)
 {
     return ::unlinkat(directory, name.constData(), AT_REMOVEDIR) == 0;
 }
 
-HeldPlace::HeldPlace(const QByteArray &path)
+ParentDirectory::ParentDirectory(const QByteArray &path)
 {
     if (path.isEmpty())
-        return; // no place at all; least of all the current folder
+        return; // leads nowhere; least of all to the current folder
     QByteArray trimmed = path;
     while (trimmed.size() > 1 && trimmed.endsWith('/'))
         trimmed.chop(1);
     const int slash = trimmed.lastIndexOf('/');
     lastName = trimmed.mid(slash + 1);
-    const QByteArray folder = slash < 0 ? QByteArray(".") : trimmed.left(slash + 1);
-    parent = Descriptor(::open(folder.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const QByteArray parent = slash < 0 ? QByteArray(".") : trimmed.left(slash + 1);
+    folder = Descriptor(::open(parent.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }

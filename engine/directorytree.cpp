@@ -1,41 +1,29 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-#include "engine/heldtree.h"
+#include "engine/directorytree.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <sys/stat.h>
+#include <utility>
 
-namespace
-{
-
-bool isIdentity(int descriptor, const FileIdentity &identity)
-{
-    struct stat status = {};
-    return ::fstat(descriptor, &status) == 0
-           && FileIdentity{status.st_dev, status.st_ino} == identity;
-}
-
-} // namespace
-
-HeldTree::HeldTree(const QString &path)
-    : place(path.toUtf8())
-    , top(openDirectoryIn(place.directory(),
-                          place.name().isEmpty() ? QByteArray(".") : place.name()))
+DirectoryTree::DirectoryTree(const QString &path)
+    : parent(path.toUtf8())
+    , top(openDirectoryAt(parent.descriptor(),
+                          parent.name().isEmpty() ? QByteArray(".") : parent.name()))
     , base(QDir::cleanPath(QFileInfo(path).absoluteFilePath()))
 {
-    directories.append(Directory{path, -1, place.name(), FileIdentity()});
+    directories.append(Directory{path, -1, parent.name()});
 }
 
-QString HeldTree::pathOf(int index, const QString &name) const
+QString DirectoryTree::pathOf(int index, const QString &name) const
 {
     const QString &folder = index == 0 ? base : directories.at(index).path;
     return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
-const HeldTree::Open *HeldTree::find(int index) const
+const DirectoryTree::Open *DirectoryTree::find(int index) const
 {
     for (const Open &open : recent) {
         if (open.index == index && open.descriptor.isOpen())
@@ -44,7 +32,7 @@ const HeldTree::Open *HeldTree::find(int index) const
     return nullptr;
 }
 
-int HeldTree::descriptorOf(int index)
+int DirectoryTree::descriptorOf(int index)
 {
     if (index == 0)
         return top.get();
@@ -64,8 +52,8 @@ int HeldTree::descriptorOf(int index)
     while (!missing.isEmpty()) {
         const int next = missing.takeLast();
         const Directory &directory = directories.at(next);
-        Descriptor opened = openDirectoryIn(from, directory.name);
-        if (!opened.isOpen() || !isIdentity(opened.get(), directory.identity))
+        Descriptor opened = openDirectoryAt(from, directory.name);
+        if (!opened.isOpen())
             return -1;
         std::swap(recent[0], recent[1]);
         recent[0] = Open{next, std::move(opened)};
@@ -74,15 +62,16 @@ int HeldTree::descriptorOf(int index)
     return from;
 }
 
-void HeldTree::append(int parent, const QByteArray &name, const FileIdentity &identity)
+void DirectoryTree::append(int holder, const QByteArray &name)
 {
-    directories.append(Directory{pathOf(parent, textOf(name)), parent, name, identity});
+    directories.append(Directory{pathOf(holder, textOf(name)), holder, name});
 }
 
-bool HeldTree::remove(int index)
+bool DirectoryTree::remove(int index)
 {
     if (index == 0)
-        return removeDirectoryIn(place.directory(), place.name());
-    const int parent = descriptorOf(directories.at(index).parent);
-    return parent >= 0 && removeDirectoryIn(parent, directories.at(index).name);
+        return removeDirectoryAt(parent.descriptor(), parent.name());
+    const Directory &directory = directories.at(index);
+    const int holder = descriptorOf(directory.parent);
+    return holder >= 0 && removeDirectoryAt(holder, directory.name);
 }

@@ -1,26 +1,25 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The directories of a tree in the order in which a walk finds them, the top
-// first and held open. Any of them is reached from the top, one name at a time,
-// and only if it still is the directory that was found; one that was moved away or
-// replaced meanwhile cannot be reached any more. Few descriptors are open however
+// The directories of a tree in the order in which a walk finds them, the top first
+// and kept open. Any of them is reached from the top, one name at a time and never
+// through a link, so the walk stays in the tree. Few descriptors are open however
 // large the tree is. Worker thread only; made for one walk.
 
 #pragma once
 
-#include "engine/helddirectory.h"
+#include "engine/fileat.h"
 
 #include <QString>
 #include <QVector>
 
 #include <array>
 
-class HeldTree final
+class DirectoryTree final
 {
 public:
     /// Opens the directory @p path; isOpen() is false when it is none or a link.
-    explicit HeldTree(const QString &path);
+    explicit DirectoryTree(const QString &path);
 
     bool isOpen() const { return top.isOpen(); }
     int size() const { return directories.size(); }
@@ -31,7 +30,7 @@ public:
     /// A descriptor of directory @p index, or -1. Valid until the next call.
     int descriptorOf(int index);
     /// Adds the directory @p name found in directory @p parent.
-    void append(int parent, const QByteArray &name, const FileIdentity &identity);
+    void append(int parent, const QByteArray &name);
     /// Removes directory @p index, which must be empty.
     bool remove(int index);
 
@@ -40,7 +39,6 @@ private:
         QString path;
         int parent = -1;
         QByteArray name;
-        FileIdentity identity;
     };
     struct Open {
         int index = -1;
@@ -49,7 +47,7 @@ private:
 
     const Open *find(int index) const;
 
-    HeldPlace place;
+    ParentDirectory parent;
     Descriptor top;
     QString base; ///< the top's absolute and clean path
     QVector<Directory> directories;
