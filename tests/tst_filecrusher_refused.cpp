@@ -14,9 +14,13 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using testsupport::entryExists;
 using testsupport::OrdinaryUser;
@@ -56,6 +60,57 @@ private:
     QProcess process;
 };
 
+/// Another process with a lease on a file, as file servers take it: the kernel asks for the lease
+/// back when somebody opens the file, and the process gives it back a moment later.
+class LeaseHolder
+{
+public:
+    explicit LeaseHolder(const QString &path)
+    {
+        const QByteArray name = path.toUtf8();
+        int ready[2] = {};
+        if (::pipe(ready) != 0)
+            qFatal("no pipe");
+        child = ::fork();
+        if (child == 0)
+            hold(name.constData(), ready[1]);
+        ::close(ready[1]);
+        char answer = '-';
+        holds = ::read(ready[0], &answer, 1) == 1 && answer == '+';
+        ::close(ready[0]);
+    }
+    ~LeaseHolder()
+    {
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+    }
+    LeaseHolder(const LeaseHolder &) = delete;
+    LeaseHolder &operator=(const LeaseHolder &) = delete;
+
+    bool isHeld() const { return holds; }
+
+private:
+    [[noreturn]] static void hold(const char *path, int ready)
+    {
+        constexpr useconds_t moment = 100000; // microseconds
+        sigset_t asked;
+        sigemptyset(&asked);
+        sigaddset(&asked, SIGIO);
+        sigprocmask(SIG_BLOCK, &asked, nullptr);
+        const int file = ::open(path, O_RDONLY | O_CLOEXEC);
+        const bool held = ::fcntl(file, F_SETLEASE, F_RDLCK) == 0;
+        static_cast<void>(::write(ready, held ? "+" : "-", 1));
+        int signal = 0;
+        sigwait(&asked, &signal);
+        ::usleep(moment);
+        ::fcntl(file, F_SETLEASE, F_UNLCK);
+        ::_exit(0);
+    }
+
+    pid_t child = -1;
+    bool holds = false;
+};
+
 } // namespace
 
 class TestFileCrusherRefused : public QObject
@@ -76,6 +131,7 @@ private slots:
     void linkThatCannotBeRemovedIsAFailure();
     void contentsOfAWriteProtectedFolderStay();
     void unreadableFolderIsNotWalked();
+    void fileUnderALeaseIsWaitedFor();
 
 private:
     qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
@@ -250,6 +306,24 @@ void TestFileCrusherRefused::unreadableFolderIsNotWalked()
     setMode(top, 0755);
     QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
     QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestFileCrusherRefused::fileUnderALeaseIsWaitedFor()
+{
+    const QString lone = tree->makeFile(QStringLiteral("lone"), 5000);
+    const QString inTree = tree->makeFile(QStringLiteral("top/file"), 5000);
+    {
+        const LeaseHolder holder(lone);
+        if (!holder.isHeld())
+            QSKIP("no leases on this file system");
+        QCOMPARE(crusher->shredFile(lone.toUtf8().constData()), qint64{5000});
+    }
+    const LeaseHolder holder(inTree);
+    QVERIFY(holder.isHeld());
+    QCOMPARE(crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData()),
+             qint64{0});
+    QVERIFY(!entryExists(lone));
+    QVERIFY(!entryExists(inTree));
 }
 
 QTEST_GUILESS_MAIN(TestFileCrusherRefused)

@@ -23,11 +23,13 @@
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using testsupport::entryExists;
 using testsupport::inventoryOf;
 using testsupport::SignalLog;
+using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::TemporaryTree;
 
@@ -57,13 +59,14 @@ bool enterOwnMounts()
     return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// A file system in memory, mounted over a folder for the life of the object.
+/// A file system, in memory unless said otherwise, mounted over a folder for the life of the
+/// object.
 class Mount
 {
 public:
-    Mount(const QString &folder, const char *options)
+    Mount(const QString &folder, const char *options, const char *type = "tmpfs")
         : place(folder.toUtf8())
-        , done(::mount("tmpfs", place.constData(), "tmpfs", 0, options) == 0)
+        , done(::mount(type, place.constData(), type, 0, options) == 0)
     {
     }
     ~Mount()
@@ -112,6 +115,7 @@ private slots:
     void fullDiskKeepsTheHistoryAsItWas();
     void mountedFolderIsEmptiedAndStays();
     void immutableFileStays();
+    void folderWhoseInodeNumberDoesNotLastIsShredded();
 
 private:
     qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
@@ -221,6 +225,45 @@ void TestFileSystems::immutableFileStays()
     QCOMPARE(verdicts[2], qint64{CrushResult::DirectoryFailed});
     QCOMPARE(after, before);
     QCOMPARE(log->records(), SignalRecords());
+}
+
+/// FAT, network and FUSE file systems and overlays number a folder anew when the kernel had
+/// forgotten it.
+void TestFileSystems::folderWhoseInodeNumberDoesNotLastIsShredded()
+{
+    const QString layers = tree->makeFolder(QStringLiteral("layers"));
+    const QString changes = tree->makeFolder(QStringLiteral("changes"));
+    MOUNT_OR_SKIP(lower, layers, "");
+    const Mount upper(changes, "");
+    QVERIFY(upper.isDone());
+    tree->makeFile(QStringLiteral("layers/file"), 100);
+    tree->makeFile(QStringLiteral("layers/sub/deep/file"), 100);
+    tree->makeFolder(QStringLiteral("changes/upper"));
+    tree->makeFolder(QStringLiteral("changes/work"));
+    const QByteArray options = "xino=off,lowerdir=" + layers.toUtf8() + ",upperdir="
+                               + changes.toUtf8() + "/upper,workdir=" + changes.toUtf8() + "/work";
+    const Mount mount(top, options.constData(), "overlay");
+    if (!mount.isDone())
+        QSKIP("no overlays here");
+
+    const QByteArray sub = top.toUtf8() + "/sub";
+    QSet<ino_t> numbers;
+    const auto forget = [&] {
+        struct stat status = {};
+        if (::stat(sub.constData(), &status) == 0)
+            numbers.insert(status.st_ino);
+        write("/proc/sys/vm/drop_caches", "2");
+    };
+    forget();
+    forget();
+    if (numbers.size() < 2)
+        QSKIP("the kernel keeps the numbers here");
+    log->onRecord = [&](const SignalRecord &) { forget(); };
+    // The mount itself stays.
+    QCOMPARE(shredFolder(top), qint64{CrushResult::DirectoryFailed});
+    QVERIFY(numbers.size() > 2);
+    QVERIFY(QDir(top).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    QCOMPARE(log->firstArguments("addToHistory").size(), 4);
 }
 
 int main(int argc, char **argv)

@@ -190,6 +190,22 @@ PASS_ON(OpenFolder, DIR *, nullptr, fdopendir, (int folder), (folder))
 PASS_ON(ReadFolder, dirent *, nullptr, readdir, (DIR * folder), (folder))
 PASS_ON(ReadFolder, dirent64 *, nullptr, readdir64, (DIR * folder), (folder))
 
+PASS_ON(WriteOut, int, -1, fdatasync, (int file), (file))
+PASS_ON(WriteOut, int, -1, sync_file_range,
+        (int file, off64_t offset, off64_t length, unsigned flags), (file, offset, length, flags))
+
+int fcntl(int file, int command, ...)
+{
+    static auto *const real = next<int(int, int, ...)>("fcntl");
+    std::va_list rest;
+    va_start(rest, command);
+    void *const argument = va_arg(rest, void *);
+    va_end(rest);
+    if (command != F_DUPFD_CLOEXEC)
+        return real(file, command, argument);
+    return performed(FileCall::Open, -1, [&] { return real(file, command, argument); });
+}
+
 int unlinkat(int folder, const char *name, int flags) noexcept
 {
     static auto *const real = next<int(int, const char *, int)>("unlinkat");

@@ -17,6 +17,7 @@ enum class FileCall {
     Open,
     Read,
     Write,
+    WriteOut,
     Close,
     Look,
     Remove,
