@@ -58,7 +58,8 @@ target_compile_definitions(endtoendfixture PRIVATE
 # Leaks are not looked for: Qt's X11 and font code keeps memory until the process
 # ends, and the program's threads end with the process by design.
 foreach(name tst_endtoend_accessibility tst_endtoend_admission tst_endtoend_ends
-             tst_endtoend_filemanager tst_endtoend_history tst_endtoend_process
+             tst_endtoend_filemanager tst_endtoend_history tst_endtoend_medium
+             tst_endtoend_process
              tst_endtoend_shredding tst_endtoend_wayland tst_endtoend_windows)
   add_executable(${name} ${name}.cpp)
   target_link_libraries(${name} PRIVATE fileshredder_strictness endtoendfixture)
@@ -69,3 +70,4 @@ foreach(name tst_endtoend_accessibility tst_endtoend_admission tst_endtoend_ends
     LABELS endtoend
     TIMEOUT 600)
 endforeach()
+target_link_libraries(tst_endtoend_medium PRIVATE mediumsupport)

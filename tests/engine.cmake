@@ -6,13 +6,24 @@ foreach(name tst_blockfiller tst_filecrusher_directory tst_filecrusher_everyfaul
              tst_filecrusher_faults tst_filecrusher_file tst_filecrusher_hugefiles tst_filecrusher_links tst_filecrusher_names
              tst_filecrusher_neighbours tst_filecrusher_refused tst_filecrusher_stop
              tst_filecrusher_swapped tst_filecrusher_treefile tst_filecrusher_worker
-             tst_filecrusher_workerstop tst_filecrusher_writeout tst_filecrusher_writes tst_shredprogress)
+             tst_filecrusher_workerstop tst_filecrusher_writeout tst_filecrusher_writes tst_medium
+             tst_shredprogress)
   add_unit_test(${name} engine)
 endforeach()
 
-foreach(name tst_blockfiller tst_filecrusher_file tst_filecrusher_treefile tst_filecrusher_writes)
+foreach(name tst_blockfiller tst_filecrusher_file tst_filecrusher_treefile tst_filecrusher_writes
+             tst_medium)
   target_sources(${name} PRIVATE support/expectedbytes.cpp)
 endforeach()
+
+# File systems in images, and bytes that are recognised in them.
+add_library(mediumsupport STATIC
+  support/loopimage.cpp
+  support/loopimage.h
+  support/oldbytes.cpp
+  support/oldbytes.h)
+target_link_libraries(mediumsupport PUBLIC testsupport PRIVATE fileshredder_strictness)
+target_link_libraries(tst_medium PRIVATE mediumsupport)
 
 # The rules of the engine as a model, and random trees for both to work on.
 add_library(modelsupport STATIC
