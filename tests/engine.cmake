@@ -70,3 +70,7 @@ watch_file_calls(tst_filecrusher_swapped)
 # Thousands of small trees are made and shredded: in memory, not on the disk.
 set_property(TEST tst_filecrusher_everyfault tst_filecrusher_neighbours tst_filecrusher_swapped
   APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
+
+# What scripts/medium runs: a table of what is left, by file system.
+add_executable(mediumfacts support/mediumfacts.cpp)
+target_link_libraries(mediumfacts PRIVATE fileshredder_strictness engine mediumsupport)

@@ -26,6 +26,12 @@ virtual_desktop_packages=(
     xauth xclip xdotool xvfb
 )
 
+# File systems in images, in which the tests look for old bytes.
+# shellcheck disable=SC2034
+medium_packages=(
+    e2fsprogs mount xfsprogs
+)
+
 # shellcheck disable=SC2034
 check_packages=(
     appstream               # appstreamcli

@@ -53,19 +53,25 @@ QByteArray OldBytes::take(int size)
 PiecePlaces OldBytes::placesIn(const QString &imageFile) const
 {
     PiecePlaces places(taken, -1);
+    readImage(imageFile,
+              [&](qint64 place, const QByteArray &bytes) { findPieces(bytes, place, places); });
+    return places;
+}
+
+void readImage(const QString &imageFile,
+               const std::function<void(qint64 place, const QByteArray &bytes)> &look)
+{
     QFile image(imageFile);
     if (!image.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         qFatal("cannot read %s", qPrintable(imageFile));
-    // Most of an image are holes, which nothing was ever written to.
     const off_t size = image.size();
     off_t end = 0;
     for (off_t start = ::lseek(image.handle(), 0, SEEK_DATA); start >= 0 && start < size;
          start = ::lseek(image.handle(), end, SEEK_DATA)) {
         end = ::lseek(image.handle(), start, SEEK_HOLE);
         image.seek(start);
-        findPieces(image.read(end - start), start, places);
+        look(start, image.read(end - start));
     }
-    return places;
 }
 
 int piecesLeft(const PiecePlaces &places, const PieceRange &range)

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+
 namespace testsupport
 {
 
@@ -41,6 +43,11 @@ private:
     int taken = 0;
     PieceRange lastTaken;
 };
+
+/// Gives @p look what @p imageFile holds, stretch by stretch with its place, but for the holes that
+/// nothing was ever written to.
+void readImage(const QString &imageFile,
+               const std::function<void(qint64 place, const QByteArray &bytes)> &look);
 
 /// How many pieces of @p range have a place.
 int piecesLeft(const PiecePlaces &places, const PieceRange &range);
