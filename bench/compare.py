@@ -4,7 +4,8 @@
 """Measures the program beside its peers and holds the figures against limits.
 
 Ours and the peers take turns, so that whatever else the machine does meets all
-of them; the table shows medians. Started by scripts/bench, which builds the
+of them; the table shows medians. On a disk the peers write to it too: each is
+given all files in one process, one random pass, and its fastest removal. Started by scripts/bench, which builds the
 measuring programs. Arguments: their folder, the real program, where to write,
 the document that a whole measurement goes into.
 """
@@ -18,12 +19,33 @@ import subprocess
 import sys
 import time
 
+from dirtymemory import DirtyMemory
 from places import Place, places
 
 ROUNDS = int(os.environ.get("BENCH_ROUNDS", "5"))
-LARGE = int(os.environ.get("BENCH_LARGE_MIB", "1024"))
+SCALE = float(os.environ.get("BENCH_SCALE", "1"))
 IDLE_SECONDS = int(os.environ.get("BENCH_IDLE_SECONDS", "3600"))
-TREES = (1000, 10000, 100000)
+
+
+def scaled(number):
+    """A size or a number of files, as large as is wanted today."""
+    return max(1, round(number * SCALE))
+
+
+MEBIBYTE = 1024 * 1024
+LARGE = scaled(1024)  # MiB
+HUGE = scaled(4096)  # MiB
+MANY = scaled(10000)
+TREES = tuple(map(scaled, (1000, 10000, 100000)))
+
+# One random pass and the fastest removal that each of them has.
+PEERS = {
+    "shred -n1 -u": ["shred", "-n1", "-u"],
+    "shred -n1 --remove=unlink": ["shred", "-n1", "--remove=unlink"],
+    "wipe -q -Q1 -F -Z": ["wipe", "-f", "-s", "-q", "-Q1", "-F", "-Z", "-Sp"],
+    "srm -ll": ["srm", "-ll"],
+    "scrub -p random -r": ["scrub", "-S", "-p", "random", "-r"],
+}
 
 PROGRAMS, SHREDDER, OUTPUT, DOCUMENT = sys.argv[1:5]
 
@@ -84,70 +106,105 @@ def rounds(*measurements, count=ROUNDS):
     return [statistics.median(values) for values in zip(*taken)]
 
 
+def removal(command, paths):
+    """How long a peer takes to shred all of the paths."""
+    took = milliseconds([*command, *paths])
+    if any(map(os.path.lexists, paths)):
+        sys.exit(f"{command[0]} has left something")
+    return took
+
+
 def large_file(table, place):
-    size = LARGE * 1024 * 1024
-
     def on_file(measure):
-        return lambda: measure(place.file(size))
+        return lambda: measure(place.file(LARGE * MEBIBYTE))
 
-    def overwrite(path):
-        took = milliseconds(["dd", "if=/dev/zero", f"of={path}", "bs=4096",
-                             f"count={size // 4096}", "conv=notrunc", "status=none"])
-        os.unlink(path)
-        return took
+    def overwrite(*how):
+        def dd(path):
+            took = milliseconds(["dd", "if=/dev/zero", f"of={path}", "status=none", *how])
+            os.unlink(path)
+            return took
+        return dd
 
-    def shred(path):
-        took = milliseconds(["shred", "-n1", path])
-        os.unlink(path)
-        return took
+    def engine(path):
+        return ours(place, "benchengine", path)["run_ms"]
 
-    engine, dd, remove, only, whole = rounds(
-        on_file(lambda path: ours(place, "benchengine", path)["run_ms"]),
-        on_file(overwrite),
-        on_file(lambda path: milliseconds(["shred", "-n1", "-u", path])),
-        on_file(shred),
-        on_file(lambda path: ours(place, "benchwindow", "run", path)["run_ms"]))
+    def window(path):
+        return ours(place, "benchwindow", "run", path)["run_ms"]
+
+    def peer(command):
+        return lambda path: removal(command, [path])
+
     name = f"one file of {LARGE} MiB"
-    table.against(f"{name}, engine", place.name, engine, "dd bs=4096 conv=notrunc", dd, 1.15)
-    table.against(f"{name}, engine", place.name, engine, "shred -n1 -u", remove, 1)
-    table.against(f"{name}, engine", place.name, engine, "shred -n1", only, 1)
-    table.below(f"{name}, whole program beyond the engine", place.name, whole - engine, 300, "ms")
+    if place.is_disk:
+        dd = overwrite("bs=1M", f"count={LARGE}", "conv=notrunc,fdatasync")
+        alone, whole, limit, *peers = rounds(*map(on_file, (engine, window, dd,
+                                                            *map(peer, PEERS.values()))))
+        table.against(f"{name}, whole program", place.name, whole,
+                      "dd bs=1M conv=notrunc,fdatasync", limit, 1.15)
+        for told, taken in zip(PEERS, peers):
+            table.against(f"{name}, whole program", place.name, whole, told, taken, 1)
+    else:
+        dd = overwrite("bs=4096", f"count={LARGE * MEBIBYTE // 4096}", "conv=notrunc")
+        alone, whole, limit = rounds(*map(on_file, (engine, window, dd)))
+        table.against(f"{name}, engine", place.name, alone, "dd bs=4096 conv=notrunc", limit, 1.15)
+    table.below(f"{name}, whole program beyond the engine", place.name, whole - alone, 300, "ms")
 
 
 def many_files(table, place):
-    count = 10000
     stalls = []
 
     def whole():
-        told = ours(place, "benchwindow", "run", place.flat(count))
+        told = ours(place, "benchwindow", "run", place.flat(MANY))
         stalls.append(told["stall_ms"])
         return told["run_ms"]
 
     def stop():
-        told = ours(place, "benchwindow", "stop", place.flat(count))
+        told = ours(place, "benchwindow", "stop", place.flat(MANY))
         place.clear()
         stalls.append(told["stall_ms"])
         return told["stop_ms"]
 
-    def shred():
-        tree = place.flat(count)
-        took = milliseconds(["find", tree, "-type", "f", "-exec", "shred", "-n1", "-u", "{}", ";"])
-        place.clear()
-        return took
+    def peer(command):
+        return lambda: removal(command, place.loose(MANY))
 
-    window, engine, remove, answer, peer = rounds(
+    def bare_loop():
+        return ours(place, "bareloop", place.flat(MANY))["run_ms"]
+
+    def remove():
+        return milliseconds(["rm", "-rf", place.flat(MANY)])
+
+    window, engine, answer, limit, *peers = rounds(
         whole,
-        lambda: ours(place, "benchengine", place.flat(count))["run_ms"],
-        lambda: milliseconds(["rm", "-rf", place.flat(count)]),
+        lambda: ours(place, "benchengine", place.flat(MANY))["run_ms"],
         stop,
-        shred)
-    name = f"{count} files of 4 KiB, whole program with history"
-    table.against(name, place.name, window, "find -exec shred -n1 -u", peer, 0.2)
-    table.against(name, place.name, window, "rm -rf", remove, 4)
-    table.against(f"{count} files of 4 KiB, engine", place.name, engine, "rm -rf", remove, 4)
-    table.below(f"longest stall of the window in a run of {count} files", place.name,
+        *([bare_loop, *map(peer, PEERS.values())] if place.is_disk else [remove]))
+    alone = f"{MANY} files of 4 KiB, engine"
+    name = f"{MANY} files of 4 KiB, whole program with history"
+    if place.is_disk:
+        table.against(alone, place.name, engine, "bare loop", limit, 1.5)
+        table.against(name, place.name, window, "bare loop", limit, 2.5)
+        for told, taken in zip(PEERS, peers):
+            table.against(name, place.name, window, told, taken, 1 / 3)
+    else:
+        table.against(alone, place.name, engine, "rm -rf", limit, 4)
+        table.against(name, place.name, window, "rm -rf", limit, 4)
+    table.below(f"longest stall of the window in a run of {MANY} files", place.name,
                 max(stalls), 50, "ms")
     table.below("a click on stop until the button answers", place.name, answer, 100, "ms")
+
+
+def dirty_memory(table, place):
+    """What waits to be written while a huge file is shredded, and the desktop with it."""
+    def most():
+        path = place.file(HUGE * MEBIBYTE)
+        os.sync()
+        with DirtyMemory() as dirty:
+            ours(place, "benchwindow", "run", path)
+        return dirty.growth_mib()
+
+    growth_mib, = rounds(most)
+    table.below(f"dirty memory while {HUGE} MiB are shredded, above what it was", place.name,
+                growth_mib, 256, "MiB")
 
 
 def growth(table, place, curves):
@@ -291,6 +348,8 @@ def measure(wanted, table, curves):
             for name, one in (("large", large_file), ("many", many_files), ("rows", table_rows)):
                 if name in wanted:
                     one(table, place)
+            if "dirty" in wanted and place.is_disk:
+                dirty_memory(table, place)
             if "growth" in wanted:
                 growth(table, place, curves)
     with Place("tmpfs", "/dev/shm") as place:
@@ -305,7 +364,7 @@ def measure(wanted, table, curves):
 def main():
     os.makedirs(OUTPUT, exist_ok=True)
     table, curves = Table(), []
-    everything = "large many growth rows start idle history"
+    everything = "large many dirty growth rows start idle history"
     try:
         told = measure(os.environ.get("BENCH_ONLY", everything).split(), table, curves)
     finally:

@@ -16,6 +16,7 @@ class Place:
 
     def __init__(self, name, folder):
         self.name = name
+        self.is_disk = name == "disk"
         self.parent = folder
 
     def __enter__(self):
