@@ -36,6 +36,7 @@ MEBIBYTE = 1024 * 1024
 LARGE = scaled(1024)  # MiB
 HUGE = scaled(4096)  # MiB
 MANY = scaled(10000)
+STOPPED = 10000  # fewer would be gone before the click
 TREES = tuple(map(scaled, (1000, 10000, 100000)))
 
 # One random pass and the fastest removal that each of them has.
@@ -159,7 +160,7 @@ def many_files(table, place):
         return told["run_ms"]
 
     def stop():
-        told = ours(place, "benchwindow", "stop", place.flat(MANY))
+        told = ours(place, "benchwindow", "stop", place.flat(STOPPED))
         place.clear()
         stalls.append(told["stall_ms"])
         return told["stop_ms"]

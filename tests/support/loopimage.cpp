@@ -72,13 +72,6 @@ QString whyNoImages()
     return QString();
 }
 
-bool FileSystemKind::isKnownToKernel() const
-{
-    QFile known(QStringLiteral("/proc/filesystems"));
-    return known.open(QIODevice::ReadOnly)
-           && known.readAll().contains('\t' + type.toLatin1() + '\n');
-}
-
 FileSystemKind plainFileSystem(const QString &type)
 {
     const QString force =
@@ -91,7 +84,8 @@ LoopImage::LoopImage(const FileSystemKind &fileSystem)
     : kind(fileSystem)
     , mountPoint(QFileInfo(scratch.path()).canonicalFilePath() + QStringLiteral("/mounted"))
 {
-    if (make(kind.makeCommand))
+    made = make(kind.makeCommand);
+    if (made)
         mount();
 }
 
@@ -100,6 +94,14 @@ LoopImage::~LoopImage()
     // Whatever a failed test left open goes with the process.
     if (mounted)
         ::umount2(mountPoint.toUtf8().constData(), MNT_DETACH);
+}
+
+bool LoopImage::isUnknownToKernel() const
+{
+    // Trying to mount it has loaded the module, if there is one.
+    QFile known(QStringLiteral("/proc/filesystems"));
+    return made && !mounted && known.open(QIODevice::ReadOnly)
+           && !known.readAll().contains('\t' + kind.type.toLatin1() + '\n');
 }
 
 QString LoopImage::path(const QString &name) const

@@ -27,7 +27,6 @@ struct FileSystemKind {
     QString type;            ///< as mount(8) names it
     QStringList makeCommand; ///< the program and its arguments; the image follows
     QString mountOptions;    ///< behind "loop"
-    bool isKnownToKernel() const;
 };
 
 /// The kinds that shredding promises something for: ext4, ext2 or xfs.
@@ -44,12 +43,14 @@ public:
 
     /// What went wrong last; empty when it is mounted.
     QString problem() const { return problemText; }
+    /// Whether it cannot be mounted because the kernel has no such file system.
+    bool isUnknownToKernel() const;
     /// The file that stands for the medium.
     QString imageFile() const { return scratch.filePath(QStringLiteral("image")); }
     /// The absolute path of @p name in the file system; nothing is made.
     QString path(const QString &name) const;
 
-    /// Makes a file with its parent folders, flushed to nowhere; returns its path.
+    /// Makes a file with its parent folders; returns its path.
     QString makeFile(const QString &name, const QByteArray &contents) const;
     QString makeFolder(const QString &name) const;
 
@@ -67,6 +68,7 @@ private:
     FileSystemKind kind;
     QString mountPoint;
     QString problemText;
+    bool made = false;
     bool mounted = false;
 };
 
