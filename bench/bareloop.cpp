@@ -5,6 +5,7 @@
 // argument is overwritten, removed and written out in place, and nothing else is done. As many
 // removed files are held as have their writes under way; the last gets an fdatasync.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -29,14 +30,14 @@ void require(bool done, const char *what)
 {
     if (!done) {
         std::perror(what);
-        std::exit(EXIT_FAILURE);
+        std::_Exit(EXIT_FAILURE);
     }
 }
 
 std::vector<char> randomBlock()
 {
     std::vector<char> block(blockSize);
-    std::minstd_rand random;
+    std::minstd_rand random(std::random_device{}());
     for (char &byte : block)
         byte = static_cast<char>(random() & 0xFF);
     return block;

@@ -9,13 +9,18 @@
 
 void BlockFiller::fill(char *buffer, std::size_t count, std::time_t second)
 {
-    if (!blockValid || second != blockSecond)
-        generate(second);
+    if (count > blockSize)
+        return generate(buffer, count, second);
+    if (!blockValid || second != blockSecond) {
+        generate(block.data(), blockSize, second);
+        blockSecond = second;
+        blockValid = true;
+    }
     // Filling runs backwards from the last byte, so a shorter fill is the tail of the block.
     std::memcpy(buffer, block.data() + (blockSize - count), count);
 }
 
-void BlockFiller::generate(std::time_t second)
+void BlockFiller::generate(char *buffer, std::size_t count, std::time_t second)
 {
     // The same sequence as srand() and rand(), from a state of our own: rand()'s
     // state belongs to the whole process, and whoever else draws from it in
@@ -25,11 +30,9 @@ void BlockFiller::generate(std::time_t second)
     random_data generator = {};
     initstate_r(static_cast<unsigned>(second), state.data(), state.size(), &generator);
 
-    for (auto byte = block.rbegin(); byte != block.rend(); ++byte) {
+    for (std::size_t left = count; left > 0; --left) {
         std::int32_t number = 0;
         random_r(&generator, &number);
-        *byte = static_cast<char>(number & 0xFF);
+        buffer[left - 1] = static_cast<char>(number & 0xFF);
     }
-    blockSecond = second;
-    blockValid = true;
 }

@@ -16,14 +16,14 @@
 class BlockFiller final
 {
 public:
-    /// The most that one fill() can ask for, in bytes.
+    /// Bytes that are kept from one fill to the next.
     static constexpr std::size_t blockSize = 4096;
 
-    /// Fills @p buffer with the @p count bytes of @p second; @p count is at most blockSize.
+    /// Fills @p buffer with the @p count bytes of @p second.
     void fill(char *buffer, std::size_t count, std::time_t second);
 
 private:
-    void generate(std::time_t second);
+    static void generate(char *buffer, std::size_t count, std::time_t second);
 
     std::array<char, blockSize> block = {};
     std::time_t blockSecond = 0;

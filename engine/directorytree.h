@@ -4,7 +4,7 @@
 // The directories of a tree in the order in which a walk finds them, the top first
 // and kept open. Any of them is reached from the top, one name at a time and never
 // through a link, so the walk stays in the tree. Few descriptors are open however
-// large the tree is. Worker thread only; made for one walk.
+// large the tree is. A local of the routines of FileCrusher; worker thread only.
 
 #pragma once
 
@@ -29,8 +29,8 @@ public:
     QString pathOf(int index, const QString &name) const;
     /// A descriptor of directory @p index, or -1. Valid until the next call.
     int descriptorOf(int index);
-    /// Adds the directory @p name found in directory @p parent.
-    void append(int parent, const QByteArray &name);
+    /// Adds the directory @p name found in directory @p holder.
+    void append(int holder, const QByteArray &name);
     /// Removes directory @p index, which must be empty.
     bool remove(int index);
 
@@ -51,6 +51,6 @@ private:
     Descriptor top;
     QString base; ///< the top's absolute and clean path
     QVector<Directory> directories;
-    /// The directory reached last and the one that holds it: a walk mostly goes on near there.
+    /// The directory reached last and the one that holds it; the next is usually in one of them.
     std::array<Open, 2> recent;
 };

@@ -48,6 +48,15 @@ EntryKind kindOf(mode_t mode)
     }
 }
 
+EntryStatus entryStatus(int directory, const QByteArray &name, int flags)
+{
+    struct stat status = {};
+    if (::fstatat(directory, name.constData(), &status, flags) != 0)
+        return EntryStatus();
+    return EntryStatus{kindOf(status.st_mode),
+                       status.st_size < 0 ? 0 : static_cast<quint64>(status.st_size)};
+}
+
 } // namespace
 
 void StreamCloser::operator()(std::FILE *stream) const
@@ -68,17 +77,15 @@ bool isUtf8(const QByteArray &name)
     return isAscii(name) || textOf(name).toUtf8() == name;
 }
 
-QVector<QByteArray> namesIn(int directory)
+QVector<QByteArray> namesIn(Descriptor directory)
 {
     QVector<QByteArray> names;
-    // A description of its own, since reading moves a position that descriptors share.
-    Descriptor own(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!own.isOpen())
+    if (!directory.isOpen())
         return names;
-    const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(own.get()));
+    const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(directory.get()));
     if (!stream)
         return names;
-    own.release(); // the stream closes it
+    directory.release(); // the stream closes it
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the stream is this call's own
     while (const dirent *entry = ::readdir(stream.get())) {
         if (!isSelfOrParent(entry->d_name))
@@ -87,21 +94,19 @@ QVector<QByteArray> namesIn(int directory)
     return names;
 }
 
-EntryStatus statAt(int directory, const QByteArray &name)
+QVector<QByteArray> namesIn(int directory)
 {
-    struct stat status = {};
-    if (::fstatat(directory, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return EntryStatus();
-    return EntryStatus{kindOf(status.st_mode),
-                       status.st_size < 0 ? 0 : static_cast<quint64>(status.st_size)};
+    return namesIn(Descriptor(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
 }
 
-quint64 targetSizeAt(int directory, const QByteArray &name)
+EntryStatus statAt(int directory, const QByteArray &name)
 {
-    struct stat status = {};
-    if (::fstatat(directory, name.constData(), &status, 0) != 0 || status.st_size < 0)
-        return 0;
-    return static_cast<quint64>(status.st_size);
+    return entryStatus(directory, name, AT_SYMLINK_NOFOLLOW);
+}
+
+EntryStatus statTargetAt(int directory, const QByteArray &name)
+{
+    return entryStatus(directory, name, 0);
 }
 
 Descriptor openDirectoryAt(int directory, const QByteArray &name)
@@ -118,13 +123,17 @@ OpenFile openFileAt(int directory, const QByteArray &name)
     // fifo for reading and writing does not wait, should one take the file's place just now.
     if (!file.isOpen() && errno == EWOULDBLOCK && statAt(directory, name).kind == EntryKind::File)
         file = Descriptor(::openat(directory, name.constData(), flags));
+    if (!file.isOpen())
+        return OpenFile();
     struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+    const bool isKnown = ::fstat(file.get(), &status) == 0;
+    if (isKnown && !S_ISREG(status.st_mode))
         return OpenFile();
     Stream stream(::fdopen(file.get(), "r+"));
     if (stream)
         file.release(); // the stream closes it
-    return OpenFile{std::move(stream), FileIdentity{status.st_dev, status.st_ino}, status.st_size};
+    return OpenFile{std::move(stream), FileIdentity{status.st_dev, status.st_ino},
+                    isKnown ? status.st_size : -1};
 }
 
 bool unlinkAt(int directory, const QByteArray &name)

@@ -53,12 +53,13 @@ struct OpenFile {
     bool isOpen() const { return stream != nullptr; }
 };
 
-/// The names in the open folder @p directory but "." and "..", whatever type the file system
-/// reports for them; walking into ".." would leave the tree. Empty when unreadable.
+/// The names in the folder @p directory, open for reading, but "." and "..", whatever type the file
+/// system reports for them; walking into ".." would leave the tree. Empty when unreadable.
+QVector<QByteArray> namesIn(Descriptor directory);
+/// The names in the open folder @p directory, which need not be open for reading.
 QVector<QByteArray> namesIn(int directory);
 
-/// @p name as text. Only at the start of a text does a byte order mark stand for none; here it is
-/// the start of a name, which must stay what it is.
+/// @p name as text. QString::fromUtf8() drops a byte order mark at the start; in a name it is kept.
 QString textOf(const QByteArray &name);
 
 /// False for a name that QString cannot hold unchanged. Such an entry is left alone: what is
@@ -68,15 +69,16 @@ bool isUtf8(const QByteArray &name);
 /// fstatat of the entry itself.
 EntryStatus statAt(int directory, const QByteArray &name);
 
-/// Bytes of what the link @p name leads to; 0 when that cannot be told.
-quint64 targetSizeAt(int directory, const QByteArray &name);
+/// fstatat of what the entry leads to, should it be a link.
+EntryStatus statTargetAt(int directory, const QByteArray &name);
 
 /// Opens a folder, to reach its entries by; it need not be readable, as one that is empty can be
 /// removed all the same. Not open on failure.
 Descriptor openDirectoryAt(int directory, const QByteArray &name);
 
 /// Opens a regular file for overwriting. Waits while another process holds a lease on it, never
-/// for the other end of a fifo. Not open when it cannot be opened or is no regular file.
+/// for the other end of a fifo. Not open when it cannot be opened or is no regular file; its size
+/// is -1 when fstat fails.
 OpenFile openFileAt(int directory, const QByteArray &name);
 
 /// Removes the name of a file or link.

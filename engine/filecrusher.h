@@ -12,14 +12,15 @@
 // asked to empty its cache. Links are removed and never followed; nothing outside the given
 // path is opened for writing.
 //
-// What it cannot promise: a write that fails goes unnoticed. Copy-on-write, log-structured
-// and data-journaling file systems, SSDs and flash cards put new bytes elsewhere and may
-// keep the old ones; snapshots and backups may hold copies; names stay readable in
-// directories and journals. A file with a second hard link is overwritten but stays under
-// its other name. A program killed or a machine that loses power before the verdict may
-// leave the old bytes of the files removed last. The folders above the given path are
-// looked up by name when its turn comes; and what somebody puts in the place of an entry in
-// the moment before that entry is removed goes without having been overwritten.
+// What it cannot promise: a write that fails, or a file for which no second descriptor was
+// to be had, goes unnoticed. Copy-on-write, log-structured and data-journaling file systems,
+// SSDs and flash cards put new bytes elsewhere and may keep the old ones; snapshots and
+// backups may hold copies; names stay readable in directories and journals. A file with a
+// second hard link is overwritten but stays under its other name. A program killed or a
+// machine that loses power before the verdict may leave the old bytes of the files removed
+// last. The folders above the given path are looked up by name when its turn comes; and what
+// somebody puts in the place of an entry in the moment before that entry is removed goes
+// without having been overwritten.
 
 #pragma once
 
@@ -45,7 +46,7 @@ constexpr qint64 Stopped = 255;
 constexpr qint64 NullPath = -1;
 constexpr qint64 OpenFailed = -2;      ///< a file that cannot be opened for reading and writing
 constexpr qint64 NoSuchDirectory = -2; ///< a directory that went before it was walked
-constexpr qint64 SizeUnusable = -3;    ///< a file's size was not told, or is another's
+constexpr qint64 SizeUnusable = -3;    ///< stat failed, or the path names another file by now
 constexpr qint64 DirectoryFailed = -3; ///< not a directory, or one could not be removed
 constexpr qint64 WrongKind = -4;       ///< a directory given as a file, or no top directory
 constexpr qint64 LinkFailed = -5;      ///< a link could not be removed
@@ -79,7 +80,7 @@ public:
     qint64 shredDirectory(const char *path);
     /// Bytes of all regular files and link targets of the tree; 0 when it is no directory.
     static quint64 directorySize(const char *path);
-    /// Fills @p buffer with the @p count (at most 4096) bytes of the current second.
+    /// Fills @p buffer with the @p count bytes of the current second.
     void fillRandom(char *buffer, std::size_t count);
     /// Size in bytes that stat(2) tells; -1 for a null path and when stat fails.
     static qint64 statSize(const char *path);
@@ -87,7 +88,8 @@ public:
     // For callers from outside only; the worker goes by open folders instead of paths.
 
     /// Shreds one regular file of the tree @p topDirectory, which holds @p totalBytes in all,
-    /// @p doneBytes of them already gone. Returns a CrushResult or the bytes overwritten.
+    /// @p doneBytes of them already gone. A link is refused. Returns a CrushResult or the bytes
+    /// overwritten.
     qint64 shredFileInDirectory(const char *path, quint64 totalBytes, quint64 doneBytes,
                                 const QString &topDirectory);
     /// The entries of a directory but "." and "..", in the order the system reads them; empty

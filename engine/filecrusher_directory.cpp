@@ -8,6 +8,8 @@
 #include "engine/filecrusher.h"
 #include "engine/treeshredder.h"
 
+#include <QDir>
+
 #include <fcntl.h>
 
 QList<QFileInfo> FileCrusher::listDirectory(const char *path)
@@ -15,9 +17,9 @@ QList<QFileInfo> FileCrusher::listDirectory(const char *path)
     QList<QFileInfo> entries;
     if (path == nullptr)
         return entries;
-    const Descriptor directory(::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const QString prefix = QString::fromUtf8(path) + QLatin1Char('/');
-    const QVector<QByteArray> names = namesIn(directory.get());
+    const QVector<QByteArray> names =
+        namesIn(Descriptor(::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
     for (const QByteArray &name : names)
         entries.append(QFileInfo(prefix + textOf(name)));
     return entries;
@@ -25,7 +27,8 @@ QList<QFileInfo> FileCrusher::listDirectory(const char *path)
 
 quint64 FileCrusher::directorySize(const char *path)
 {
-    DirectoryTree tree(QString::fromUtf8(path));
+    const QFileInfo info(QString::fromUtf8(path));
+    DirectoryTree tree(info.isSymLink() ? info.canonicalFilePath() : info.filePath());
     quint64 bytes = 0;
     for (int index = 0; tree.isOpen() && index < tree.size(); ++index) {
         const int directory = tree.descriptorOf(index);
@@ -37,7 +40,7 @@ quint64 FileCrusher::directorySize(const char *path)
             if (status.kind == EntryKind::File)
                 bytes += status.size;
             else if (status.kind == EntryKind::Link)
-                bytes += targetSizeAt(directory, name);
+                bytes += statTargetAt(directory, name).size;
             else if (status.kind == EntryKind::Directory)
                 tree.append(index, name);
         }
@@ -53,7 +56,7 @@ qint64 FileCrusher::shredDirectory(const char *path)
     if (!QFileInfo(topDirectory).isDir())
         return CrushResult::DirectoryFailed;
     const quint64 totalBytes = directorySize(path);
-    if (!QFileInfo::exists(topDirectory))
+    if (!QDir(topDirectory).exists())
         return CrushResult::NoSuchDirectory;
     // A link to a directory is none, also where a slash behind its name hides that.
     DirectoryTree tree(topDirectory);

@@ -8,6 +8,7 @@
 #include "engine/shredprogress.h"
 #include "engine/treeshredder.h"
 
+#include <cstdio>
 #include <utility>
 
 #include <sys/stat.h>
@@ -15,8 +16,6 @@
 namespace
 {
 
-/// Progress goes out in steps: each report holds the worker until the GUI has drawn it.
-constexpr int loneFileStep = 1;
 /// The end of a file is told by its verdict, so its progress stops short of 100.
 constexpr int lastPercent = 99;
 
@@ -106,15 +105,16 @@ qint64 FileCrusher::overwriteAndRemove(const ParentDirectory &parent, const QStr
     overwriter.overwrite(file.stream.get(), static_cast<quint64>(named.size),
                          [&](quint64 blocks, quint64 index) {
                              const int percent = shredprogress::loneFilePercent(blocks, index);
-                             if (percent - last <= loneFileStep)
+                             if (!shredprogress::isStepAbove(static_cast<quint64>(percent),
+                                                             static_cast<quint64>(last),
+                                                             shredprogress::loneFileStep))
                                  return;
                              emit finishPercent(path, percent);
                              last = percent;
                          });
     emit finishPercent(path, lastPercent);
-    Descriptor overwritten = overwriter.close(std::move(file));
-    const bool removed = unlinkAt(parent.descriptor(), parent.name());
-    overwriter.writeOut(std::move(overwritten), static_cast<quint64>(named.size));
+    const bool removed = overwriter.closeAndRemove(std::move(file), parent.descriptor(),
+                                                   parent.name(), static_cast<quint64>(named.size));
     if (removed)
         emit addToHistory(path);
     overwriter.waitForDisk();
@@ -130,10 +130,14 @@ qint64 FileCrusher::shredFileInDirectory(const char *path, quint64 totalBytes, q
         return CrushResult::WrongKind;
     const ParentDirectory parent{QByteArray(path)};
     const QString name = QString::fromUtf8(path);
-    if (statAt(parent.descriptor(), parent.name()).kind == EntryKind::Missing)
+    if (statTargetAt(parent.descriptor(), parent.name()).kind == EntryKind::Missing)
         return CrushResult::Success;
-    if (totalBytes == 0)
-        return removeEmptyFile(parent, QFileInfo(name).absoluteFilePath());
+    if (totalBytes == 0) {
+        if (std::remove(path) != 0)
+            return CrushResult::RemoveFailed;
+        emit addToHistory(QFileInfo(name).absoluteFilePath());
+        return CrushResult::Success;
+    }
 
     TreeShredder shredder(*this, overwriter, topDirectory, totalBytes, doneBytes);
     const qint64 result =

@@ -3,6 +3,8 @@
 
 #include "engine/overwriter.h"
 
+#include "engine/writewindow.h"
+
 #include <ctime>
 #include <utility>
 
@@ -34,6 +36,8 @@ void Overwriter::overwrite(std::FILE *stream, quint64 size, const BlockWritten &
     // The stream gathers blocks for one call to the kernel; a call for each takes four times as
     // long. NOLINTNEXTLINE(cert-err33-c): without the buffer it is only slower
     static_cast<void>(std::setvbuf(stream, streamBuffer.data(), _IOFBF, streamBuffer.size()));
+    // NOLINTNEXTLINE(cert-err33-c): a regular file can be sought in
+    static_cast<void>(std::fseek(stream, 0, SEEK_SET));
     Block block;
     WriteWindow window(::fileno(stream));
     const quint64 blocks = size >> blockShift;
@@ -48,23 +52,28 @@ void Overwriter::overwrite(std::FILE *stream, quint64 size, const BlockWritten &
     writeBytes(stream, block, tail);
 }
 
-Descriptor Overwriter::close(OpenFile file)
+bool Overwriter::closeAndRemove(OpenFile file, int directory, const QByteArray &name, quint64 size)
 {
-    if (file.size <= 0)
-        return Descriptor();
-    const int stream = ::fileno(file.stream.get());
-    Descriptor second(::fcntl(stream, F_DUPFD_CLOEXEC, 0));
-    if (!second.isOpen()) {
-        // Out of descriptors, perhaps for the files that are kept open here.
-        waitForDisk();
-        second = Descriptor(::fcntl(stream, F_DUPFD_CLOEXEC, 0));
-    }
-    return second;
+    Descriptor overwritten;
+    if (size > 0)
+        overwritten = dupAndClose(std::move(file.stream));
+    file.stream.reset();
+    const bool removed = unlinkAt(directory, name);
+    // Without a second descriptor nothing can be written out; not reported, like a failed write.
+    if (overwritten.isOpen())
+        pendingWrites.add(std::move(overwritten), file.identity.device, size);
+    return removed;
 }
 
-void Overwriter::writeOut(Descriptor file, quint64 size)
+/// The second descriptor keeps the file alive when its name goes.
+Descriptor Overwriter::dupAndClose(Stream stream)
 {
-    // A file that could not be kept open is as unnoticed as a failed write.
-    if (file.isOpen())
-        pendingWrites.add(std::move(file), size);
+    const int file = ::fileno(stream.get());
+    Descriptor second(::fcntl(file, F_DUPFD_CLOEXEC, 0));
+    if (!second.isOpen()) {
+        // EMFILE, perhaps because of the files held here: close them and try again.
+        waitForDisk();
+        second = Descriptor(::fcntl(file, F_DUPFD_CLOEXEC, 0));
+    }
+    return second;
 }

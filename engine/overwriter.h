@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Overwrites open files, one after the other, and sees to it that the new bytes
-// reach the disk. Worker thread only; owned by the worker.
+// Overwrites open files one after the other, removes their names and has the new bytes
+// written to the disk. Owned by FileCrusher; worker thread only.
 
 #pragma once
 
 #include "engine/blockfiller.h"
 #include "engine/fileat.h"
 #include "engine/pendingwrites.h"
+
+#include <QByteArray>
 
 #include <array>
 #include <cstddef>
@@ -24,25 +26,23 @@ public:
     /// Bytes that go to the kernel in one call.
     static constexpr std::size_t streamBufferSize = 32 * std::size_t{1024};
 
-    /// Fills @p buffer with the @p count bytes (at most 4096) of the current second.
+    /// Fills @p buffer with the @p count bytes of the current second.
     void fillRandom(char *buffer, std::size_t count);
 
     /// Writes @p size bytes, as blocks of 4096 and one tail, from the start of @p stream. A write
     /// that fails is not noticed: whoever chose the file wants it gone.
     void overwrite(std::FILE *stream, quint64 size, const BlockWritten &blockWritten);
 
-    /// Closes @p file and returns another descriptor of it, which keeps it alive when its name
-    /// goes. Not open for an empty file, which has no bytes to write.
-    Descriptor close(OpenFile file);
+    /// Closes @p file, removes @p name from the open folder @p directory, and has the @p size bytes
+    /// that were overwritten written to the disk, also when the name stays. False when it stays.
+    bool closeAndRemove(OpenFile file, int directory, const QByteArray &name, quint64 size);
 
-    /// Has all @p size bytes of @p file written to the disk; when its name is gone, or has turned
-    /// out to stay. A file that is not open is passed over.
-    void writeOut(Descriptor file, quint64 size);
-
-    /// Returns when all files given to writeOut() are on the disk.
+    /// Returns when all removed files are on the disk.
     void waitForDisk() { pendingWrites.waitForAll(); }
 
 private:
+    Descriptor dupAndClose(Stream stream);
+
     BlockFiller filler;
     PendingWrites pendingWrites;
     /// Of the one file that is being overwritten.

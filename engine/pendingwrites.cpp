@@ -3,9 +3,14 @@
 
 #include "engine/pendingwrites.h"
 
+#include "engine/writewindow.h"
+
+#include <algorithm>
 #include <utility>
 
-#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/resource.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace
@@ -13,28 +18,69 @@ namespace
 
 constexpr off_t toTheEnd = 0; // as a length
 
-void startWriting(int file, off_t offset, off_t length)
+// Those that linux/magic.h does not name.
+constexpr quint32 xfsMagic = 0x58465342;
+constexpr quint32 exfatMagic = 0x2011BAB0;
+constexpr quint32 ntfsMagic = 0x7366746E;
+
+enum class WriteOut { InRanges, Whole, None };
+
+/// How files of this file system are written out. Those on a disk of their own are known by name:
+/// overlays, FUSE and network file systems answer sync_file_range with success and write nothing.
+WriteOut writeOutOf(int file)
 {
-    static_cast<void>(::sync_file_range(file, offset, length, SYNC_FILE_RANGE_WRITE));
+    struct statfs status = {};
+    if (::fstatfs(file, &status) != 0)
+        return WriteOut::Whole;
+    switch (static_cast<quint32>(status.f_type)) {
+    case EXT4_SUPER_MAGIC: // of ext2 and ext3 as well
+    case xfsMagic:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case MSDOS_SUPER_MAGIC:
+    case exfatMagic:
+    case ntfsMagic:
+        return WriteOut::InRanges;
+    case TMPFS_MAGIC:
+    case RAMFS_MAGIC:
+        return WriteOut::None;
+    default:
+        return WriteOut::Whole;
+    }
 }
 
-/// False where the file system or the kernel does not know this call, or a write has failed.
-bool waitForWriting(int file, off_t offset, off_t length)
+/// A small part of what the process may have open: others need descriptors too.
+std::size_t affordableFiles()
 {
-    return ::sync_file_range(file, offset, length,
-                             SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE
-                                 | SYNC_FILE_RANGE_WAIT_AFTER)
-           == 0;
+    constexpr rlim_t share = 8;
+    struct rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return 1;
+    return std::clamp(static_cast<std::size_t>(limit.rlim_cur / share), std::size_t{1},
+                      PendingWrites::maxFiles);
 }
 
 } // namespace
 
-void PendingWrites::add(Descriptor file, quint64 size)
+PendingWrites::PendingWrites()
+    : allowedFiles(affordableFiles())
 {
-    startWriting(file.get(), 0, toTheEnd);
-    while (!files.empty() && (files.size() >= maxFiles || bytes + size > maxBytes))
+}
+
+void PendingWrites::add(Descriptor file, dev_t device, quint64 size)
+{
+    const WriteOut writeOut = writeOutOf(file.get());
+    if (writeOut == WriteOut::None)
+        return;
+    const bool inRanges = writeOut == WriteOut::InRanges;
+    if (inRanges)
+        startWriting(file.get(), 0, toTheEnd);
+    // Another file system may lie on another drive, so this one's cache is emptied first.
+    if (!files.empty() && files.back().device != device)
+        waitForAll();
+    while (!files.empty() && (files.size() >= allowedFiles || bytes + size > maxBytes))
         waitForOldest();
-    files.push_back(File{std::move(file), size});
+    files.push_back(File{std::move(file), device, size, inRanges});
     bytes += size;
 }
 
@@ -43,7 +89,7 @@ void PendingWrites::waitForOldest()
     const File oldest = std::move(files.front());
     files.pop_front();
     bytes -= oldest.size;
-    if (!waitForWriting(oldest.descriptor.get(), 0, toTheEnd))
+    if (!oldest.inRanges || !waitForWriting(oldest.descriptor.get(), 0, toTheEnd))
         ::fdatasync(oldest.descriptor.get());
 }
 
@@ -53,19 +99,7 @@ void PendingWrites::waitForAll()
         waitForOldest();
     if (files.empty())
         return;
-    // sync_file_range leaves what the drive itself still holds; one fdatasync has it written too.
     ::fdatasync(files.front().descriptor.get());
     files.clear();
     bytes = 0;
-}
-
-void WriteWindow::advanceTo(quint64 overwritten)
-{
-    const auto end = static_cast<off_t>(overwritten);
-    if (end - started < windowSize)
-        return;
-    startWriting(file, started, windowSize);
-    if (started >= windowSize)
-        waitForWriting(file, started - windowSize, windowSize);
-    started += windowSize;
 }

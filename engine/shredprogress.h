@@ -12,6 +12,11 @@
 namespace shredprogress
 {
 
+// Each report blocks the worker until the controller's slot has returned, so small steps are left
+// out: of a lone file, and of a file in a tree.
+constexpr int loneFileStep = 1;
+constexpr int treeStep = 5;
+
 /// Percent of a lone file of @p blocks whole blocks after block @p index was written.
 inline int loneFilePercent(quint64 blocks, quint64 index)
 {

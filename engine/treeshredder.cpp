@@ -9,17 +9,9 @@
 
 #include <utility>
 
-namespace
-{
-
-/// Progress goes out in steps: each report holds the worker until the GUI has drawn it.
-constexpr int treeStep = 5;
-
-} // namespace
-
-TreeShredder::TreeShredder(FileCrusher &reportingCrusher, Overwriter &fileOverwriter,
-                           const QString &top, quint64 total, quint64 done)
-    : crusher(reportingCrusher)
+TreeShredder::TreeShredder(FileCrusher &reporter, Overwriter &fileOverwriter, const QString &top,
+                           quint64 total, quint64 done)
+    : crusher(reporter)
     , overwriter(fileOverwriter)
     , topDirectory(top)
     , totalBytes(total)
@@ -95,15 +87,12 @@ qint64 TreeShredder::shredFile(const Entry &entry)
         // Counts down while the file is written, so it rises above the last report only at the
         // start of a file that is large within its tree.
         const quint64 percent = shredprogress::treePercentInFile(done, total, blocks, index);
-        if (!shredprogress::isStepAbove(percent, last, treeStep))
+        if (!shredprogress::isStepAbove(percent, last, shredprogress::treeStep))
             return;
         emit crusher.finishPercent(topDirectory, static_cast<int>(percent));
         last = percent;
     });
-    Descriptor overwritten = overwriter.close(std::move(file));
-    const bool removed = unlinkAt(entry.directory, entry.name);
-    overwriter.writeOut(std::move(overwritten), size);
-    if (!removed)
+    if (!overwriter.closeAndRemove(std::move(file), entry.directory, entry.name, size))
         return CrushResult::RemoveFailed;
     emit crusher.finishPercent(topDirectory,
                                static_cast<int>(shredprogress::treePercent(done + size, total)));

@@ -3,8 +3,8 @@
 
 // Shreds the files and removes the links of one tree, breadth-first, then its
 // directories in the reverse order of their discovery. A file that fails does not end
-// the walk; it shows when its directory cannot be removed. Worker thread only; made
-// for one walk.
+// the walk; it shows when its directory cannot be removed. A local of the routines of
+// FileCrusher; worker thread only.
 
 #pragma once
 
@@ -22,22 +22,23 @@ class Overwriter;
 class TreeShredder final
 {
 public:
-    /// An entry: the open folder that holds it, its name there, its path in reports.
+    /// An entry: the open folder that holds it, which is not owned, its name there, its path in
+    /// reports.
     struct Entry {
         int directory;
         QByteArray name;
         QString path;
     };
 
-    /// Reports through the signals of @p crusher, under the path @p topDirectory. The tree holds
-    /// @p totalBytes, of which @p doneBytes are gone.
-    TreeShredder(FileCrusher &crusher, Overwriter &overwriter, const QString &topDirectory,
-                 quint64 totalBytes, quint64 doneBytes = 0);
+    /// Reports through the signals of @p reporter, under the path @p top. The tree holds @p total
+    /// bytes, of which @p done are gone.
+    TreeShredder(FileCrusher &reporter, Overwriter &fileOverwriter, const QString &top,
+                 quint64 total, quint64 done = 0);
 
-    /// Empties @p tree, which so far knows its top only; every directory found is added to it.
-    /// False as soon as @p stopRequested is set, which stays set.
+    /// Shreds all files and removes all links. @p tree holds only its top at first; directories are
+    /// appended as they are found. False as soon as @p stopRequested is set, which stays set.
     bool shredFiles(DirectoryTree &tree, const std::atomic<bool> &stopRequested);
-    /// Removes the directories, emptied by then. The first that does not go ends it.
+    /// Removes the directories, the one found last first. False at the first that cannot go.
     bool removeDirectories(DirectoryTree &tree);
     /// Shreds one regular file. Returns a CrushResult or the bytes overwritten.
     qint64 shredFile(const Entry &entry);

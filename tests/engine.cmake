@@ -60,7 +60,7 @@ endfunction()
 intercept(tst_filecrusher_faults fdopendir fstat openat readdir stat)
 intercept(tst_filecrusher_hugefiles fwrite)
 intercept(tst_filecrusher_writeout
-  close fcntl fdatasync fsync openat sync sync_file_range syncfs unlinkat)
+  close fcntl fdatasync fstat fstatfs fsync openat sync sync_file_range syncfs unlinkat)
 intercept(tst_filecrusher_writes fstat fwrite stat time unlinkat)
 intercept(tst_instancelock fcntl)
 

@@ -131,6 +131,12 @@ void TestBlockFiller::everyCountIsTheSeededSequenceBackwards()
     BlockFiller filler;
     for (int count = 0; count <= blockSize; ++count)
         QCOMPARE(filled(filler, someSecond, count), expectedBytes(count, someSecond));
+    constexpr int beyond = 2 * blockSize + 5;
+    QByteArray expected(beyond, '\0');
+    std::srand(someSecond);
+    for (int index = beyond - 1; index >= 0; --index)
+        expected[index] = static_cast<char>(std::rand() & 0xFF); // NOLINT: the bytes are rand()'s
+    QCOMPARE(filled(filler, someSecond, beyond), expected);
 }
 
 void TestBlockFiller::bytesAroundTheCountAreLeftAlone()

@@ -186,6 +186,9 @@ void TestFileCrusherDirectory::sizeCountsFilesAndTargetsOfLinks()
     const QString folder = QFileInfo(outside).path();
     tree->makeLink(QStringLiteral("top/linked folder"), folder);
     QCOMPARE(size(), 70011 + static_cast<quint64>(QFileInfo(folder).size()));
+    // Given by itself it is what it leads to.
+    const QByteArray link = tree->path(QStringLiteral("top/linked folder")).toUtf8();
+    QCOMPARE(FileCrusher::directorySize(link.constData()), quint64{70000});
 }
 
 void TestFileCrusherDirectory::sizeOfWhatIsNoDirectoryIsZero()

@@ -130,6 +130,7 @@ private slots:
     void fileThatCannotBeRemovedIsAFailure();
     void linkThatCannotBeRemovedIsAFailure();
     void contentsOfAWriteProtectedFolderStay();
+    void folderThatCannotBeSearchedIsListed();
     void unreadableFolderIsNotWalked();
     void fileUnderALeaseIsWaitedFor();
 
@@ -290,6 +291,15 @@ void TestFileCrusherRefused::contentsOfAWriteProtectedFolderStay()
     QVERIFY(entryExists(empty));
     QVERIFY(entryExists(folder));
     QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestFileCrusherRefused::folderThatCannotBeSearchedIsListed()
+{
+    const QString top = tree->makeFolder(QStringLiteral("top"));
+    tree->makeFile(QStringLiteral("top/file"), 10);
+    setMode(top, 0444);
+    const OrdinaryUser user;
+    QCOMPARE(FileCrusher::listDirectory(top.toUtf8().constData()).size(), 1);
 }
 
 void TestFileCrusherRefused::unreadableFolderIsNotWalked()

@@ -7,6 +7,7 @@
 
 #include "engine/filecrusher.h"
 #include "engine/pendingwrites.h"
+#include "engine/writewindow.h"
 
 #include "eventually.h"
 #include "signallog.h"
@@ -18,10 +19,14 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 using testsupport::entryExists;
@@ -50,6 +55,8 @@ struct Interception {
     int failingDuplications = 0;
     bool removalFails = false;
     int opensThatWriteThrough = 0;
+    long fileSystem = EXT4_SUPER_MAGIC; ///< what fstatfs tells, whatever the test runs on
+    std::function<dev_t(ino_t)> deviceOf;
 };
 
 Interception &interception()
@@ -58,10 +65,12 @@ Interception &interception()
     return theOne;
 }
 
+extern "C" int __real_fstat(int file, struct stat *status); // NOLINT: the linker's name
+
 void note(Call call, int file, off_t offset = 0, off_t length = 0)
 {
     struct stat status = {};
-    if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+    if (__real_fstat(file, &status) == 0 && S_ISREG(status.st_mode))
         interception().calls.append(
             CallRecord{call, status.st_ino, offset, length, status.st_nlink > 0});
 }
@@ -119,6 +128,21 @@ int __wrap_fdatasync(int file)
     return __real_fdatasync(file);
 }
 
+int __wrap_fstat(int file, struct stat *status)
+{
+    const int result = __real_fstat(file, status);
+    if (result == 0 && interception().deviceOf)
+        status->st_dev = interception().deviceOf(status->st_ino);
+    return result;
+}
+
+int __wrap_fstatfs(int, struct statfs *status)
+{
+    *status = {};
+    status->f_type = interception().fileSystem;
+    return 0;
+}
+
 int __wrap_fsync(int file)
 {
     note(Call::ForbiddenSync, file);
@@ -172,7 +196,11 @@ private slots:
     void fileWhoseRemovalFailsIsWrittenOut();
     void lastFileOfAPathIsSyncedOnce();
     void everyFileIsSyncedWhereRangesAreUnknown();
+    void everyFileIsSyncedWhereRangesDoNothing();
+    void nothingIsWrittenOutInMemory();
+    void everyDriveIsAskedToEmptyItsCache();
     void fewFilesAreKeptOpenAtOnce();
+    void fewDescriptorsAreShared();
     void fewBytesAreKeptOpenAtOnce();
     void nothingIsHeldWhenTheFirstFolderGoes();
     void stoppedFolderIsWrittenOutBeforeStoppedIsTold();
@@ -185,6 +213,7 @@ private:
     void runWorker(const QString &path, const char *lastSignal);
     int indexOf(Call call, ino_t inode = 0, int from = 0) const;
     int countOf(Call call, ino_t inode = 0) const;
+    static int mostHeld();
     void checkWrittenOut(ino_t inode) const;
     void checkAllWrittenOut(const QList<ino_t> &inodes) const;
 
@@ -255,6 +284,20 @@ int TestFileCrusherWriteOut::countOf(Call call, ino_t inode) const
     for (int index = indexOf(call, inode); index >= 0; index = indexOf(call, inode, index + 1))
         ++count;
     return count;
+}
+
+/// The most files that were open at once after their removal.
+int TestFileCrusherWriteOut::mostHeld()
+{
+    int held = 0;
+    int most = 0;
+    for (const CallRecord &record : qAsConst(interception().calls)) {
+        if (record.call == Call::Unlink)
+            most = qMax(most, ++held);
+        else if (record.call == Call::Close && !record.hasName)
+            --held;
+    }
+    return held == 0 ? most : -1;
 }
 
 /// The file lost its name, then was written from its start to its end, then closed for good.
@@ -402,21 +445,69 @@ void TestFileCrusherWriteOut::everyFileIsSyncedWhereRangesAreUnknown()
     }
 }
 
+/// Overlays, FUSE and network file systems answer sync_file_range with success.
+void TestFileCrusherWriteOut::everyFileIsSyncedWhereRangesDoNothing()
+{
+    for (const long fileSystem : {long{OVERLAYFS_SUPER_MAGIC}, long{FUSE_SUPER_MAGIC}}) {
+        interception() = Interception();
+        interception().fileSystem = fileSystem;
+        const QList<ino_t> inodes = makeFiles(QStringLiteral("top"), 100, 100);
+        crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
+        for (const ino_t inode : inodes) {
+            const int sync = indexOf(Call::DataSync, inode);
+            QVERIFY(sync > indexOf(Call::Unlink, inode));
+            QVERIFY(sync < indexOf(Call::Close, inode, indexOf(Call::Unlink, inode)));
+        }
+        QCOMPARE(countOf(Call::DataSync), 100);
+    }
+}
+
+void TestFileCrusherWriteOut::nothingIsWrittenOutInMemory()
+{
+    interception().fileSystem = TMPFS_MAGIC;
+    makeFiles(QStringLiteral("top"), 10, 100);
+    crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
+    QCOMPARE(countOf(Call::Start) + countOf(Call::Wait) + countOf(Call::DataSync), 0);
+}
+
+/// A tree may hold a mounted folder, and so lie on two drives.
+void TestFileCrusherWriteOut::everyDriveIsAskedToEmptyItsCache()
+{
+    const QList<ino_t> here = makeFiles(QStringLiteral("top"), 10, 100);
+    const QList<ino_t> there = makeFiles(QStringLiteral("top/mounted"), 10, 100);
+    interception().deviceOf = [&](ino_t inode) { return there.contains(inode) ? 2 : 1; };
+    crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
+    QCOMPARE(countOf(Call::DataSync), 2);
+    const ino_t first = interception().calls.at(indexOf(Call::DataSync)).inode;
+    QVERIFY(here.contains(first));
+    const int next = indexOf(Call::DataSync, 0, indexOf(Call::DataSync) + 1);
+    QVERIFY(there.contains(interception().calls.at(next).inode));
+}
+
 void TestFileCrusherWriteOut::fewFilesAreKeptOpenAtOnce()
 {
     makeFiles(QStringLiteral("top"), 300, 100);
     crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
-    int held = 0;
-    int most = 0;
-    for (const CallRecord &record : qAsConst(interception().calls)) {
-        if (record.call == Call::Unlink)
-            most = qMax(most, ++held);
-        else if (record.call == Call::Close && !record.hasName)
-            --held;
-    }
-    QCOMPARE(held, 0);
+    const int most = mostHeld();
     QVERIFY(most > 1);
     QVERIFY(most <= static_cast<int>(PendingWrites::maxFiles) + 1);
+}
+
+/// The window and the desktop's libraries need descriptors too.
+void TestFileCrusherWriteOut::fewDescriptorsAreShared()
+{
+    struct rlimit before = {};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    struct rlimit few = before;
+    few.rlim_cur = 64;
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    FileCrusher frugal;
+    makeFiles(QStringLiteral("top/one/two"), 100, 100);
+    const qint64 result =
+        frugal.shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    QCOMPARE(result, qint64{0});
+    QVERIFY(mostHeld() <= 64 / 8 + 1);
 }
 
 void TestFileCrusherWriteOut::fewBytesAreKeptOpenAtOnce()
@@ -424,14 +515,7 @@ void TestFileCrusherWriteOut::fewBytesAreKeptOpenAtOnce()
     constexpr qint64 size = PendingWrites::maxBytes / 4;
     makeFiles(QStringLiteral("top"), 20, size);
     crusher->shredDirectory(tree->path(QStringLiteral("top")).toUtf8().constData());
-    int held = 0;
-    int most = 0;
-    for (const CallRecord &record : qAsConst(interception().calls)) {
-        if (record.call == Call::Unlink)
-            most = qMax(most, ++held);
-        else if (record.call == Call::Close && !record.hasName)
-            --held;
-    }
+    const int most = mostHeld();
     QVERIFY(most > 1);
     QVERIFY(most <= 5);
 }

@@ -21,6 +21,7 @@
 #include <ctime>
 #include <memory>
 
+#include <sys/mount.h>
 #include <unistd.h>
 
 using namespace testsupport;
@@ -55,6 +56,8 @@ private slots:
     void nothingIsLeftOfAFileWithTwoNamesInTheTree();
     void definedBytesStandWhereANameCannotGo_data() { fileSystems(); }
     void definedBytesStandWhereANameCannotGo();
+    void nothingIsLeftBelowAnOverlay_data() { fileSystems(); }
+    void nothingIsLeftBelowAnOverlay();
     void stoppedFolderHasLeftNothingOfWhatIsReported_data() { fileSystems(); }
     void stoppedFolderHasLeftNothingOfWhatIsReported();
 
@@ -243,6 +246,27 @@ void TestMedium::definedBytesStandWhereANameCannotGo()
     QVERIFY(loneFailed && treeFailed && entryExists(lone) && entryExists(inTree));
     QVERIFY(wasOverwritten(standingOfLone, beginOfLone, end));
     QVERIFY(wasOverwritten(standingOfTree, begin, end));
+    QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
+}
+
+/// An overlay has its files written in place once they are in its upper layer, and writes nothing
+/// when it is asked for a range of a file.
+void TestMedium::nothingIsLeftBelowAnOverlay()
+{
+    for (int file = 0; file < 200; ++file)
+        makeOld(QStringLiteral("upper/top/%1").arg(file), 3000 + file);
+    for (const char *folder : {"lower", "work", "merged"})
+        image->makeFolder(QString::fromLatin1(folder));
+    QVERIFY(putOnTheMedium());
+    const QByteArray root = image->path(QString()).toUtf8();
+    const QByteArray options =
+        "lowerdir=" + root + "lower,upperdir=" + root + "upper,workdir=" + root + "work";
+    const QByteArray merged = root + "merged";
+    if (::mount("overlay", merged.constData(), "overlay", 0, options.constData()) != 0)
+        QSKIP("no overlay over this file system");
+    const bool shredded = shred(image->path(QStringLiteral("merged/top")));
+    ::umount2(merged.constData(), 0);
+    QVERIFY(shredded);
     QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
 }
 

@@ -17,8 +17,8 @@
 #include <QSemaphore>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
 
 #include <unistd.h>
@@ -143,7 +143,7 @@ void Trial::fill(bool withCopy)
         return;
     ::sync(); // what a file system in user space has given to the device
     if (piecesLeft(old.placesIn(image.imageFile()), old.all()) != old.all().count)
-        std::printf("not every old piece is on the medium before the run:\n");
+        std::cout << "not every old piece is on the medium before the run:" << std::endl;
 }
 
 /// What a power cut would have left at this moment of files that are already reported.
@@ -185,11 +185,16 @@ void Trial::printRow(const char *name)
     image.unmount();
     ::sync();
     const PiecePlaces later = old.placesIn(image.imageFile());
-    std::printf("| %s | %d → %d → %d | %d → %d → %d | %d | %d → %d |%s\n", name, ofSmall.count,
-                piecesLeft(atVerdict, ofSmall), piecesLeft(later, ofSmall), ofBig.count,
-                piecesLeft(atVerdict, ofBig), piecesLeft(later, ofBig), mostUnwritten,
-                namesAtVerdict, namesIn(image.imageFile()), failed ? " (reported as failed)" : "");
-    std::fflush(stdout);
+    const auto pieces = [&](const PieceRange &range) {
+        std::cout << " | " << range.count << " → " << piecesLeft(atVerdict, range) << " → "
+                  << piecesLeft(later, range);
+    };
+    std::cout << "| " << name;
+    pieces(ofSmall);
+    pieces(ofBig);
+    std::cout << " | " << mostUnwritten << " | " << namesAtVerdict << " → "
+              << namesIn(image.imageFile()) << " |" << (failed ? " (reported as failed)" : "")
+              << std::endl;
 }
 
 } // namespace
@@ -200,27 +205,28 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const QString reason = whyNoImages();
     if (!reason.isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(reason));
+        std::cerr << qPrintable(reason) << std::endl;
         return EXIT_FAILURE;
     }
-    std::printf(
-        "Old pieces of 32 bytes on the medium before the run → at the verdict → after a sync "
-        "and unmounting.\nUnwritten: the most of %d small files that were reported removed "
-        "while old pieces of them\nstill stood there. Names: of those, how many are readable "
-        "at the verdict → after unmounting.\n\n",
-        smallFiles);
-    std::printf("| file system | small files | a file of 16 MiB | unwritten | names |\n"
-                "| --- | --- | --- | --- | --- |\n");
+    std::cout << "Old pieces of 32 bytes on the medium before the run → at the verdict → after a "
+                 "sync and unmounting.\nUnwritten: the most of "
+              << smallFiles
+              << " small files that were reported removed while old\npieces of them still stood "
+                 "there. Names: of those, how many are readable at the verdict →\nafter "
+                 "unmounting.\n\n"
+                 "| file system | small files | a file of 16 MiB | unwritten | names |\n"
+                 "| --- | --- | --- | --- | --- |"
+              << std::endl;
     const QVector<Kind> all = kinds();
     for (const Kind &kind : all) {
         Trial trial(kind);
         if (!trial.problem().isEmpty()) {
-            std::printf("| %s | %s |\n", kind.name, qPrintable(trial.problem()));
+            std::cout << "| " << kind.name << " | " << qPrintable(trial.problem()) << " |"
+                      << std::endl;
             continue;
         }
         trial.shred();
         trial.printRow(kind.name);
     }
-    std::fflush(stdout);
     std::_Exit(EXIT_SUCCESS); // the workers still run
 }
