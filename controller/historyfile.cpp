@@ -8,8 +8,6 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
-
 #include <unistd.h>
 
 namespace historyfile
@@ -18,31 +16,13 @@ namespace historyfile
 namespace
 {
 
-constexpr QChar visibleLineBreak(0x2424);
-
-/// Everything that some program takes for the end of a line.
-bool isLineBreak(QChar character)
-{
-    switch (character.unicode()) {
-    case '\n':
-    case '\v':
-    case '\f':
-    case '\r':
-    case 0x0085:
-    case 0x2028:
-    case 0x2029:
-        return true;
-    default:
-        return false;
-    }
-}
+constexpr QChar visibleLineFeed(0x2424);
 
 } // namespace
 
 QByteArray line(QString text)
 {
-    std::replace_if(text.begin(), text.end(), isLineBreak, visibleLineBreak);
-    return text.toUtf8() + '\n';
+    return text.replace(QLatin1Char('\n'), visibleLineFeed).toUtf8() + '\n';
 }
 
 QString path()
@@ -75,8 +55,13 @@ void append(const QString &file, const QByteArray &entry)
 QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted)
 {
     QStringList lines;
-    while (!device.atEnd() && !aborted)
-        lines.append(QString::fromUtf8(device.readLine()).trimmed());
+    while (!aborted) {
+        const QByteArray line = device.readLine();
+        // The end, or an error. atEnd() would not do: it stays false when a disk fails.
+        if (line.isEmpty())
+            break;
+        lines.append(QString::fromUtf8(line).trimmed());
+    }
     return lines;
 }
 

@@ -52,13 +52,15 @@ bool HistoryRecorder::isStill(const QByteArray &name)
 
 bool HistoryRecorder::open(const QString &file)
 {
+    const QByteArray name = QFile::encodeName(file);
+    constexpr int flags = O_RDWR | O_APPEND | O_CLOEXEC | O_NONBLOCK;
     history = Descriptor();
-    // Made without being cut off: a file that could not be looked at just now may be there.
+    // Made without being cut off: a file that could not be looked at just now may be there. Made
+    // for its owner alone, as it tells what was worth destroying; one that exists keeps its mode.
     if (!QFileInfo::exists(file))
-        QFile(file).open(QIODevice::WriteOnly | QIODevice::Append);
+        Descriptor(::open(name.constData(), flags | O_CREAT, S_IRUSR | S_IWUSR));
     if (!historyfile::isUsable(file))
         return false;
-    history = Descriptor(
-        ::open(QFile::encodeName(file).constData(), O_RDWR | O_APPEND | O_CLOEXEC | O_NONBLOCK));
+    history = Descriptor(::open(name.constData(), flags));
     return history.isOpen() && ::fstat(history.get(), &status) == 0;
 }

@@ -67,7 +67,6 @@ constexpr int Stopped = 8;
 struct CellToggle {
     int row = 0;
     bool state = false; ///< the state the window would draw; the controller decides for itself
-    /// Empty: the entry that is in the row when the click is posted, or if the row does not exist
-    /// yet, when it is performed.
+    /// Empty: the entry that is in the row when the click is performed.
     QString path;
 };

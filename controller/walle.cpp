@@ -39,25 +39,12 @@ Walle::~Walle()
 void Walle::connectWorker()
 {
     // The worker waits for each, so that it never runs ahead of the list and the history.
-    const auto direct = Qt::DirectConnection;
-    connect(
-        crusher, &FileCrusher::finishOne, this,
-        [this](const QString &path) { reports.deliver([&] { finishOneWalle(path); }); }, direct);
-    connect(
-        crusher, &FileCrusher::failedOne, this,
-        [this](const QString &path) { reports.deliver([&] { failedOneWalle(path); }); }, direct);
-    connect(
-        crusher, &FileCrusher::finishPercent, this,
-        [this](const QString &path, int percent) {
-            reports.deliver([&] { finishPercentWalle(path, percent); });
-        },
-        direct);
-    connect(
-        crusher, &FileCrusher::addToHistory, this,
-        [this](const QString &path) { reports.deliver([&] { addToHistoryWalle(path); }); }, direct);
-    connect(
-        crusher, &FileCrusher::stopped, this, [this] { reports.deliver([&] { stoppedWalle(); }); },
-        direct);
+    const auto blocking = Qt::BlockingQueuedConnection;
+    connect(crusher, &FileCrusher::finishOne, this, &Walle::finishOneWalle, blocking);
+    connect(crusher, &FileCrusher::failedOne, this, &Walle::failedOneWalle, blocking);
+    connect(crusher, &FileCrusher::finishPercent, this, &Walle::finishPercentWalle, blocking);
+    connect(crusher, &FileCrusher::addToHistory, this, &Walle::addToHistoryWalle, blocking);
+    connect(crusher, &FileCrusher::stopped, this, &Walle::stoppedWalle, blocking);
 }
 
 void Walle::postCommand(int code)
@@ -68,13 +55,8 @@ void Walle::postCommand(int code)
 
 void Walle::postCellToggle(const CellToggle &entry)
 {
-    CellToggle toggle = entry;
-    if (toggle.path.isEmpty()) {
-        const QMutexLocker locker(&listMutex);
-        toggle.path = jobPaths.value(toggle.row);
-    }
     const QMutexLocker locker(&queueMutex);
-    toggleQueue.append(toggle);
+    toggleQueue.append(entry);
 }
 
 void Walle::addChosenFiles(const QStringList &names)
@@ -108,6 +90,10 @@ bool Walle::takeCommand(int &code)
 {
     const QMutexLocker locker(&queueMutex);
     if (commandQueue.isEmpty())
+        return false;
+    // The worker's answer to the last stop would end the run that is to start. It is here within
+    // 40 ms, or when the user has closed the report.
+    if (commandQueue.first() == CommandStartCrush && runPhase == RunPhase::Ended)
         return false;
     code = commandQueue.takeFirst();
     return true;

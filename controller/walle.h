@@ -12,7 +12,6 @@
 #include "controller/deliveryfence.h"
 #include "controller/historyrecorder.h"
 #include "controller/protocol.h"
-#include "controller/workerreports.h"
 
 #include <QList>
 #include <QMutex>
@@ -85,16 +84,25 @@ signals:
 
 public slots:
     // The worker's reports. GUI thread, while the worker waits.
-    void finishOneWalle(QString path);
-    void finishPercentWalle(QString path, int percent);
-    void failedOneWalle(QString path);
-    void addToHistoryWalle(QString path);
+    void finishOneWalle(QString);
+    void finishPercentWalle(QString, int percent);
+    void failedOneWalle(QString);
+    void addToHistoryWalle(QString);
     void stoppedWalle();
 
 protected:
     void run() override;
 
 private:
+    /// Where a run is, from an accepted start to the worker's answer to its stop.
+    enum class RunPhase {
+        Idle,     ///< a start is accepted
+        Running,  ///< until the last verdict, or a stop; a further start is dropped
+        Stopping, ///< a stop was asked for, and a verdict may still come
+        Spared,   ///< the same, but what was handed over was taken back: no verdict will come
+        Ended,    ///< the worker's answer to a stop is still to come; a start waits for it
+        Silent    ///< the window has gone; nothing is handed over any more
+    };
     /// A row of the job list as it was at one moment; row is -1 when there is none.
     struct Job {
         int row = -1;
@@ -128,7 +136,6 @@ private:
     bool isChecked(int row) const;
     void setChecked(int row, bool state);
     bool uncheckFirstInStep();
-    void uncheckAllInStep();
     std::unique_lock<QMutex> lockListInStep();
     Job firstChecked() const;
     Selection selection() const;
@@ -139,7 +146,13 @@ private:
     void stopCrush();
     void crushNext();
     void handOver(const QString &path);
+    void takeBack();
     void endRun();
+    void tellEnd(quint32 succeeded, quint32 failed);
+    bool enterRun();
+    bool enterStop();
+    void leaveRun();
+    bool runGoesOn() const;
     void takeFinished(const QString &path);
 
     // walle_history.cpp
@@ -168,9 +181,8 @@ private:
     std::atomic<qint32> finishedCount{0};
     qint32 maxJobs = 200;
     std::atomic<bool> stopPending{false};
-    std::atomic<bool> silent{false};    ///< the window has gone; nothing is handed over any more
-    std::atomic<bool> runGoesOn{false}; ///< the recorder keeps the history open meanwhile
-    HistoryRecorder recorder;           ///< guarded by historyMutex
+    std::atomic<RunPhase> runPhase{RunPhase::Idle}; ///< changed under listMutex only
+    HistoryRecorder recorder;                       ///< guarded by historyMutex
 
     QMutex jobMutex;     ///< makes an operation on the job list one step for all others
     QMutex historyMutex; ///< guards the history file
@@ -180,5 +192,4 @@ private:
     mutable QMutex listMutex;
     mutable QMutex queueMutex;
     DeliveryFence fence;
-    WorkerReports reports;
 };

@@ -30,7 +30,7 @@ void Walle::appendHistory(const QString &path)
         return;
     const QMutexLocker locker(&historyMutex);
     recorder.record(path);
-    if (!runGoesOn)
+    if (!runGoesOn()) // a run keeps the history open
         recorder.release();
 }
 

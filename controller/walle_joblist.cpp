@@ -9,8 +9,6 @@
 
 #include <QMutexLocker>
 
-#include <algorithm>
-
 void Walle::setAllChecked(bool state)
 {
     const QMutexLocker locker(&jobMutex);
@@ -113,12 +111,6 @@ bool Walle::uncheckFirstInStep()
         return false;
     jobChecked[row] = false;
     return true;
-}
-
-void Walle::uncheckAllInStep()
-{
-    const std::unique_lock<QMutex> lock = lockListInStep();
-    std::fill(jobChecked.begin(), jobChecked.end(), false);
 }
 
 /// Locks listMutex at a moment when every change of the controller thread has reached the

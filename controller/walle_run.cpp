@@ -9,6 +9,8 @@
 
 #include "engine/filecrusher.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QMutexLocker>
 
 #include <sys/stat.h>
@@ -29,12 +31,13 @@ bool isOfAnotherKind(const QString &path)
 
 void Walle::startCrush()
 {
+    if (!enterRun())
+        return;
     const DeliveryFence::Emission emission(fence);
     succeededCount = 0;
     failedCount = 0;
     resultKind = 1;
     stopPending = false;
-    runGoesOn = true;
     emit setCrushStarted(RunState::Running);
     crushNext();
 }
@@ -44,11 +47,11 @@ void Walle::stopCrush()
     // Open before the worker hears of it: its answer must not overtake the two signals below,
     // or the window would say "stopping" for ever.
     const DeliveryFence::Emission emission(fence);
+    // One answer is enough for several stops; a second would come into the next run.
+    if (enterStop())
+        crusher->requestStop(true);
     stopPending = true;
-    crusher->requestStop(true);
-    // What the worker has not begun is spared. Left in its queue it would be shredded after the
-    // window shows an idle program, and the next start would hand it over a second time.
-    crusher->takeBackPaths();
+    takeBack();
     refreshControls(ControlSituation::StopAsked);
     emit setCrushStarted(RunState::Stopping);
 }
@@ -74,29 +77,78 @@ void Walle::handOver(const QString &path)
 
     // A stop that came after crushNext() looked for one, or the end of the window, after which a
     // start may still be under way, has emptied the queue too early.
-    if (stopPending || silent)
-        crusher->takeBackPaths();
+    if (stopPending || runPhase == RunPhase::Silent)
+        takeBack();
+}
+
+/// What the worker has not begun is spared. Left in its queue it would be shredded after the
+/// window shows an idle program.
+void Walle::takeBack()
+{
+    if (!crusher->takeBackPaths())
+        return;
+    const QMutexLocker locker(&listMutex);
+    if (runPhase == RunPhase::Stopping)
+        runPhase = RunPhase::Spared;
 }
 
 void Walle::endRun()
 {
-    runGoesOn = false;
+    // Looked at before a new start, which sets them to 0, is accepted.
+    const quint32 succeeded = succeededCount;
+    const quint32 failed = failedCount;
+    leaveRun();
+    tellEnd(succeeded, failed);
+}
+
+void Walle::tellEnd(quint32 succeeded, quint32 failed)
+{
     emit setCrushStarted(RunState::Idle);
     emit finishAll(finishedCount);
     refreshControls(ControlSituation::RowsRemoved);
     finishedCount = 0;
-    // The result report unticks every row in the table. After a stop some are still checked
-    // here; what is shown as unticked must not be shredded by the next run. The start command,
-    // in the controller thread, comes here only with nothing checked.
-    if (QThread::currentThread() == thread())
-        uncheckAllInStep();
-    emit showResultDialog(resultKind, succeededCount, failedCount);
+    emit showResultDialog(resultKind, succeeded, failed);
+}
+
+/// False when a start is not accepted.
+bool Walle::enterRun()
+{
+    const QMutexLocker locker(&listMutex);
+    if (runPhase != RunPhase::Idle)
+        return false;
+    runPhase = RunPhase::Running;
+    return true;
+}
+
+/// False when the worker's answer to an earlier stop is still to come, or nobody waits for any.
+bool Walle::enterStop()
+{
+    const QMutexLocker locker(&listMutex);
+    if (runPhase != RunPhase::Idle && runPhase != RunPhase::Running)
+        return false;
+    runPhase = runPhase == RunPhase::Running ? RunPhase::Stopping : RunPhase::Ended;
+    return true;
+}
+
+void Walle::leaveRun()
+{
+    const QMutexLocker locker(&listMutex);
+    if (runPhase == RunPhase::Running)
+        runPhase = RunPhase::Idle;
+    else if (runPhase == RunPhase::Stopping || runPhase == RunPhase::Spared)
+        runPhase = RunPhase::Ended;
+}
+
+bool Walle::runGoesOn() const
+{
+    const RunPhase phase = runPhase;
+    return phase == RunPhase::Running || phase == RunPhase::Stopping || phase == RunPhase::Spared;
 }
 
 void Walle::finishOneWalle(QString path)
 {
     takeFinished(path);
-    if (!runGoesOn)
+    if (!runGoesOn())
         releaseHistory();
 }
 
@@ -128,17 +180,28 @@ void Walle::failedOneWalle(QString path)
     ++failedCount;
     finishPercentWalle(path, 0);
     crushNext();
-    if (!runGoesOn)
+    if (!runGoesOn())
         recorder.release();
 }
 
 void Walle::stoppedWalle()
 {
-    fence.deliverPending();
-    runGoesOn = false;
+    const quint32 succeeded = succeededCount;
+    const quint32 failed = failedCount;
+    bool spared = false;
+    {
+        // A stop that is under way is either told by now and answered by this, or will ask anew.
+        const std::unique_lock<QMutex> lock = lockListInStep();
+        spared = runPhase == RunPhase::Spared;
+        if (runPhase != RunPhase::Silent)
+            runPhase = RunPhase::Idle;
+    }
     releaseHistory();
     emit setCrushStarted(RunState::Idle);
     refreshControls(ControlSituation::Stopped);
+    // No verdict will come that would end the run with its report.
+    if (spared)
+        tellEnd(succeeded, failed);
 }
 
 void Walle::fallSilent()
@@ -149,13 +212,16 @@ void Walle::fallSilent()
         const QMutexLocker locker(&queueMutex);
         commandQueue.clear();
     }
-    silent = true;
+    {
+        const QMutexLocker locker(&listMutex);
+        runPhase = RunPhase::Silent;
+    }
     stopPending = true;
     crusher->requestStop(true);
-    crusher->takeBackPaths();
+    takeBack();
     disconnect(crusher, nullptr, nullptr, nullptr);
     // What the worker had reported by then still arrives: an item that was just removed gets its
     // history entry.
-    reports.runArrived();
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     disconnect(&fence, nullptr, nullptr, nullptr);
 }

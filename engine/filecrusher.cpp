@@ -28,10 +28,12 @@ void FileCrusher::addPath(const QString &path)
     pathQueue.append(path);
 }
 
-void FileCrusher::takeBackPaths()
+bool FileCrusher::takeBackPaths()
 {
     const QMutexLocker locker(&queueMutex);
+    const bool anyTaken = !pathQueue.isEmpty();
     pathQueue.clear();
+    return anyTaken;
 }
 
 void FileCrusher::requestStop(bool value)

@@ -18,7 +18,6 @@ add_unit_test(tst_deliveryfence controller)
 add_unit_test(tst_droppedurls controller)
 add_unit_test(tst_filesystems controller)
 add_unit_test(tst_historyfile controller)
-add_unit_test(tst_workerreports controller)
 add_unit_test(tst_historyrecorder controller)
 
 # The rules of the controller as a model, and both of them side by side.
@@ -37,7 +36,7 @@ target_link_libraries(controllermodelsupport
 foreach(name tst_model_controller tst_walle_admission tst_walle_batches tst_walle_controls
              tst_walle_everyfault tst_walle_history tst_walle_historyload tst_walle_joblist
              tst_walle_kill tst_walle_order tst_walle_queue tst_walle_races tst_walle_run
-             tst_walle_stop tst_walle_toggles tst_walle_verdicts)
+             tst_walle_starts tst_walle_stop tst_walle_stopreport tst_walle_toggles tst_walle_verdicts)
   add_unit_test(${name} controllersupport)
   set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
     "LD_PRELOAD=libnss_wrapper.so"
@@ -48,7 +47,9 @@ endforeach()
 set_property(TEST tst_walle_kill APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 set_tests_properties(tst_walle_kill PROPERTIES TIMEOUT 600)
 
-target_sources(tst_model_controller PRIVATE support/model/briskthreads.cpp)
+foreach(name tst_model_controller tst_walle_starts tst_walle_stopreport)
+  target_sources(${name} PRIVATE support/briskthreads.cpp)
+endforeach()
 target_link_libraries(tst_model_controller PRIVATE controllermodelsupport)
 set_property(TEST tst_model_controller APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 

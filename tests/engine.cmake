@@ -39,7 +39,7 @@ add_library(modelsupport STATIC
 target_link_libraries(modelsupport PUBLIC testsupport PRIVATE fileshredder_strictness)
 
 add_unit_test(tst_model_engine engine modelsupport)
-target_sources(tst_model_engine PRIVATE support/model/briskthreads.cpp)
+target_sources(tst_model_engine PRIVATE support/briskthreads.cpp)
 set_property(TEST tst_model_engine APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 
 foreach(name tst_instancelock tst_instancelock_places)

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <atomic>
 #include <csignal>
 
 #include <sys/resource.h>
@@ -46,6 +48,39 @@ private:
     void (*handlerBefore)(int);
 };
 
+/// Gives its text and then only errors, as a file on a bad disk, which never comes to its end.
+class BadDisk : public QIODevice
+{
+public:
+    BadDisk(const QByteArray &text, std::atomic<bool> &endless)
+        : rest(text)
+        , tooMany(endless)
+    {
+        open(ReadOnly | Text);
+    }
+    bool atEnd() const override { return false; }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        constexpr int mostErrors = 1000;
+        if (rest.isEmpty()) {
+            tooMany = ++errors > mostErrors;
+            return -1;
+        }
+        const int count = static_cast<int>(qMin<qint64>(maxSize, rest.size()));
+        std::copy_n(rest.constData(), count, data);
+        rest.remove(0, count);
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray rest;
+    std::atomic<bool> &tooMany;
+    int errors = 0;
+};
+
 } // namespace
 
 class TestHistoryFile : public QObject
@@ -66,6 +101,7 @@ private slots:
     void missingFolderIsSilent();
     void bytesThatAreNotUtf8AreKept();
     void usableMeansARegularFileToReadAndWrite();
+    void readErrorEndsTheReading();
     void clipboardTextIsOneLineAnEntry();
     void clipboardTextLeavesOutAnIncompleteEntry_data();
     void clipboardTextLeavesOutAnIncompleteEntry();
@@ -90,10 +126,9 @@ void TestHistoryFile::entryHasThreeLinesWhateverTheNameHolds_data()
     plain("Chinese", QStringLiteral("粉碎记录.txt"));
     plain("emoji", QStringLiteral("🗑️.txt"));
     plain("tab", QStringLiteral("a\tb"));
+    plain("what some take for a line break", QStringLiteral("a\rb\u2028c\u2029d\u0085e\vf\fg"));
     QTest::newRow("line feeds") << QStringLiteral("a\nb\n\nc") << QStringLiteral("a␤b␤␤c");
-    QTest::newRow("carriage return") << QStringLiteral("a\r\nb") << QStringLiteral("a␤␤b");
-    QTest::newRow("separators") << QStringLiteral("a\u2028b\u2029c\u0085d\ve\ff")
-                                << QStringLiteral("a␤b␤c␤d␤e␤f");
+    QTest::newRow("carriage return") << QStringLiteral("a\r\nb") << QStringLiteral("a\r␤b");
 }
 
 void TestHistoryFile::entryHasThreeLinesWhateverTheNameHolds()
@@ -194,6 +229,16 @@ void TestHistoryFile::usableMeansARegularFileToReadAndWrite()
     QVERIFY(!historyfile::isUsable(tree.path(QStringLiteral("missing"))));
     QVERIFY(!historyfile::isUsable(tree.path()));
     QVERIFY(!historyfile::isUsable(tree.makeFifo(QStringLiteral("fifo"))));
+}
+
+void TestHistoryFile::readErrorEndsTheReading()
+{
+    std::atomic<bool> endless{false};
+    BadDisk disk("one\n\n  two\nthr", endless);
+    const QStringList lines = historyfile::linesOf(disk, endless);
+    QVERIFY(!endless);
+    QCOMPARE(lines, (QStringList{QStringLiteral("one"), QString(), QStringLiteral("two"),
+                                 QStringLiteral("thr")}));
 }
 
 void TestHistoryFile::clipboardTextIsOneLineAnEntry()

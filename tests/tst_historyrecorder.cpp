@@ -17,6 +17,8 @@
 
 #include <memory>
 
+#include <sys/stat.h>
+
 using testsupport::OrdinaryUser;
 using testsupport::TemporaryTree;
 
@@ -33,6 +35,13 @@ QStringList openFiles()
     return files;
 }
 
+mode_t modeOf(const QString &path)
+{
+    struct stat status = {};
+    ::stat(QFile::encodeName(path).constData(), &status);
+    return status.st_mode & ALLPERMS;
+}
+
 } // namespace
 
 class TestHistoryRecorder : public QObject
@@ -41,6 +50,7 @@ class TestHistoryRecorder : public QObject
 
 private slots:
     void init();
+    void cleanup() { ::umask(maskBefore); }
 
     void entriesFollowEachOther();
     void deletedHistoryIsMadeAnew();
@@ -50,6 +60,8 @@ private slots:
     void historyThatMayNotBeReadAnyMoreGetsNothing();
     void entriesSayWhatEachOfThemWouldSayAlone();
     void releasedHistoryIsClosed();
+    void historyIsMadeForItsOwnerAlone();
+    void historyThatExistsKeepsItsMode();
 
 private:
     QByteArray history() const { return TemporaryTree::contentsOf(file); }
@@ -57,10 +69,12 @@ private:
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<HistoryRecorder> recorder;
     QString file;
+    mode_t maskBefore = 0;
 };
 
 void TestHistoryRecorder::init()
 {
+    maskBefore = ::umask(0); // what is made has the mode that was asked for
     tree = std::make_unique<TemporaryTree>();
     recorder = std::make_unique<HistoryRecorder>();
     file = tree->path(QStringLiteral("history"));
@@ -143,6 +157,21 @@ void TestHistoryRecorder::releasedHistoryIsClosed()
     QVERIFY(openFiles().contains(file));
     recorder->release();
     QVERIFY(!openFiles().contains(file));
+}
+
+void TestHistoryRecorder::historyIsMadeForItsOwnerAlone()
+{
+    QCOMPARE(modeOf(file), mode_t{S_IRUSR | S_IWUSR});
+}
+
+void TestHistoryRecorder::historyThatExistsKeepsItsMode()
+{
+    const mode_t wide = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
+    QCOMPARE(::chmod(QFile::encodeName(file).constData(), wide), 0);
+    recorder->release();
+    recorder->append(file, "two\n");
+    QCOMPARE(modeOf(file), wide);
+    QCOMPARE(history(), QByteArray("one\ntwo\n"));
 }
 
 QTEST_GUILESS_MAIN(TestHistoryRecorder)

@@ -60,6 +60,7 @@ private slots:
 
     void runAmongFaults();
     void historyAmongFaults();
+    void historyThatCannotBeReadEndsItsLoad();
 
 private:
     int sessionWithFault(int number, CallFate fate);
@@ -217,6 +218,20 @@ int TestWalleEveryFault::historyWithFault(int number, CallFate fate)
         QTest::qFail("another history than before", __FILE__, __LINE__);
     harness->takeLog();
     return calls;
+}
+
+void TestWalleEveryFault::historyThatCannotBeReadEndsItsLoad()
+{
+    home.forgetHistory();
+    home.writeHistory(oldHistory);
+    std::atomic<int> reads{0};
+    const FileCallWatch watch([&](FileCall call) {
+        return call == FileCall::Read && ++reads > 0 ? CallFate{EIO, false} : CallFate();
+    });
+    harness->post(CommandLoadHistory);
+    QVERIFY(WalleHarness::waitFor([&] { return reads > 0; }));
+    QVERIFY(harness->performed());
+    QCOMPARE(harness->count("addRowToHistoryTable"), 0);
 }
 
 QTEST_GUILESS_MAIN(TestWalleEveryFault)

@@ -219,7 +219,7 @@ void TestWalleToggles::clickWithoutAPathMeansTheRowAtThatTime()
     harness->post(CommandRemoveChecked);
     toggle(1);
     QVERIFY(harness->performed());
-    QCOMPARE(harness->checkedPaths(), QStringList{paths.at(1)});
+    QCOMPARE(harness->checkedPaths(), QStringList{paths.at(2)});
 }
 
 QTEST_GUILESS_MAIN(TestWalleToggles)

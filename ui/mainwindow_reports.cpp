@@ -5,6 +5,7 @@
 
 #include "ui/mainwindow.h"
 
+#include "controller/walle.h"
 #include "ui/reporttexts.h"
 #include "ui/rowtable.h"
 #include "widgets/customdialog.h"
@@ -26,6 +27,10 @@ void MainWindow::showResultDialogEva(uint first, uint succeeded, uint failed)
     }
     if (selectAllCheckBox->checkState() != Qt::Unchecked)
         selectAllCheckBox->setCheckState(Qt::Unchecked);
+    // After a stop some rows are still checked in the list, and a row may be on its way here. What
+    // is shown as unticked must not be shredded by the next run.
+    if (walle)
+        walle->postCommand(CommandUncheckAll);
     showReport(reporttexts::resultText(succeeded, failed),
                reporttexts::resultDialogKind(succeeded, failed));
 }

@@ -6,6 +6,7 @@
 #include "briskthreads.h"
 #include "seeds.h"
 
+#include "engine/filecrusher.h"
 #include "eventually.h"
 
 #include <QCoreApplication>
@@ -158,8 +159,9 @@ QString TwinControllers::differenceInSaid()
     harness.performed();
     // The last thing the worker does for a path may be one that the window is not told.
     waitUntil([this] { return linesOnDisk() >= model.linesOfHistory(); });
-    const int before = workerPasses();
-    waitUntil([before] { return workerPasses() > before + 1; });
+    const QThread *const worker = harness.walle().findChild<FileCrusher *>();
+    const int before = pausesOf(worker);
+    waitUntil([worker, before] { return pausesOf(worker) > before + 1; });
     return differenceBetween(std::exchange(model.said, {}), withSomeTime(harness.takeLog()));
 }
 
