@@ -14,6 +14,7 @@
 #include <QTableWidget>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using testsupport::Answer;
@@ -64,6 +65,7 @@ private slots:
     void untickedRowsAreSpared();
     void rowDarkensFromTheLeft();
     void stoppedFolderKeepsItsRow();
+    void stopBetweenFilesTellsTheUserWhatIsGone();
 
 private:
     void drop(const QStringList &paths);
@@ -222,6 +224,37 @@ void TestMainWindowFlow::stoppedFolderKeepsItsRow()
     // The question, and no other.
     QCOMPARE(dialogs->seen().first().buttons.size(), 2);
     QVERIFY(window->isEnabled("selectAllCheckBox"));
+}
+
+void TestMainWindowFlow::stopBetweenFilesTellsTheUserWhatIsGone()
+{
+    constexpr int manyFiles = 100;
+    QStringList files;
+    for (int file = 0; file < manyFiles; ++file)
+        files.append(tree->makeFile(QString::number(file), 10));
+    drop(files);
+    dialogs->next(Answer::Ok);
+    dialogs->next(Answer::Ok);
+    window->click("crushButton");
+    PROMPTLY_VERIFY(window->rows().size() < manyFiles);
+    QCOMPARE(window->textOf("crushButton"), QStringLiteral("停止粉碎"));
+    window->click("crushButton");
+    PROMPTLY_COMPARE(dialogs->seen().size(), 2);
+    PROMPTLY_VERIFY(dialogs->isDone());
+    QVERIFY(window->settle());
+    QVERIFY(window->settle()); // the report kept "uncheck all" from being performed
+    QCOMPARE(window->textOf("crushButton"), QStringLiteral("粉碎文件"));
+    const int gone = manyFiles - window->rows().size();
+    QVERIFY(gone > 0 && gone < manyFiles);
+    QCOMPARE(dialogs->seen().last().text,
+             QStringLiteral("本次文件粉碎任务已经结束\n%1 个文件(文件夹)已被成功粉碎").arg(gone));
+    QCOMPARE(window->textOf("subtitleLabel"),
+             QStringLiteral("已成功粉碎%1个文件（文件夹）").arg(gone));
+    QCOMPARE(std::count_if(files.cbegin(), files.cend(),
+                           [](const QString &file) { return !entryExists(file); }),
+             gone);
+    QCOMPARE(window->tickedRows(), QStringList());
+    QVERIFY(!window->isEnabled("crushButton"));
 }
 
 WINDOW_TEST_MAIN(TestMainWindowFlow)

@@ -55,6 +55,8 @@ private slots:
     void nothingIsTickedAfterAResult_data();
     void nothingIsTickedAfterAResult();
     void nothingIsTickedWhileTheResultIsShown();
+    void resultUnticksTheListBeforeItIsClosed();
+    void rowOnItsWayWhenTheResultComesIsUntickedToo();
 
 private:
     /// What the window shows for these reasons; it must have an OK button only and stand in the
@@ -213,6 +215,51 @@ void TestMainWindowReports::nothingIsTickedWhileTheResultIsShown()
     window->showResultDialogEva(1, 1, 0);
     QCOMPARE(ticked, QStringList());
     QVERIFY(!allTicked);
+}
+
+/// What is shown as unticked is not shredded by the next run, nor removed.
+void TestMainWindowReports::resultUnticksTheListBeforeItIsClosed()
+{
+    const TemporaryTree tree;
+    const QStringList files = {tree.makeFile(QStringLiteral("a"), 1),
+                               tree.makeFile(QStringLiteral("b"), 1)};
+    ShownWindow window;
+    window.drop(files);
+    QVERIFY(window.settle());
+    QVERIFY(window.isEnabled("removeButton"));
+    DialogDriver dialogs;
+    dialogs.next([&](QDialog &report) {
+        PROMPTLY_VERIFY(!window.isEnabled("removeButton"));
+        DialogDriver::press(report, Answer::Ok);
+    });
+    window->showResultDialogEva(1, 1, 0);
+    QVERIFY(window.settle());
+    QVERIFY(!window.isEnabled("crushButton"));
+    QVERIFY(!window.isEnabled("removeButton"));
+    // A click ticks the row, in the list as well.
+    window.clickRow(1);
+    QVERIFY(window.settle());
+    window.click("removeButton");
+    QVERIFY(window.settle());
+    QCOMPARE(window.rows(), QStringList(files.first()));
+}
+
+void TestMainWindowReports::rowOnItsWayWhenTheResultComesIsUntickedToo()
+{
+    const TemporaryTree tree;
+    const QString file = tree.makeFile(QStringLiteral("late"), 1);
+    ShownWindow window;
+    DialogDriver dialogs;
+    dialogs.next(Answer::Ok);
+    window.drop({file});
+    window->showResultDialogEva(1, 1, 0);
+    QVERIFY(window.settle());
+    QCOMPARE(window.rows(), QStringList(file));
+    QCOMPARE(window.tickedRows(), QStringList());
+    QVERIFY(!window.isEnabled("crushButton"));
+    window.clickRow(0);
+    QVERIFY(window.settle());
+    QCOMPARE(window.tickedRows(), QStringList(file));
 }
 
 WINDOW_TEST_MAIN(TestMainWindowReports)

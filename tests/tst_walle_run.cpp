@@ -142,6 +142,10 @@ void TestWalleRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
                                      {"showResultDialog", {1, 2, 1}},
                                  }));
     QCOMPARE(harness->paths(), QStringList{second});
+    harness->post(CommandCheckAll);
+    QVERIFY(harness->performed());
+    QCOMPARE(harness->log({"setTableItemCheckBoxState"}),
+             (SignalRecords{{"setTableItemCheckBoxState", {0, true}}}));
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 

@@ -39,6 +39,8 @@ public:
     void removeChecked();
     void start();
     void stop();
+    /// True from a start to its end: another start is dropped.
+    bool isRunning() const { return open; }
     void loadHistory();
     void copyHistory();
     void clearHistory();
@@ -69,7 +71,8 @@ private:
     bool anyUnchecked() const;
 
     void hearWorker(const SignalRecord &report);
-    void crushNext(bool afterVerdict);
+    void crushNext();
+    void endRun();
     void finishOne(const QString &path);
     void failedOne(const QString &path);
     void showPercent(const QString &path, int percent);
@@ -83,6 +86,8 @@ private:
     uint failed = 0;
     int finished = 0;
     bool stopPending = false;
+    bool open = false;   ///< a run, until its end
+    bool spared = false; ///< the stop took back what was handed over
     QStringList historyFile;
     QStringList historyLines;
 };

@@ -21,22 +21,25 @@ constexpr int linesPerEntry = 3;
 /// An entry has three lines whatever it is called.
 QString inOneLine(QString text)
 {
-    return text.replace(QRegularExpression(QStringLiteral("[\n\v\f\r\u0085\u2028\u2029]")),
-                        QStringLiteral("\u2424"));
+    return text.replace(QLatin1Char('\n'), QStringLiteral("\u2424"));
 }
 
 } // namespace
 
 void ModelWalle::start()
 {
+    if (open)
+        return;
+    worker.endPass(); // a stop is answered before the next run starts
+    open = true;
     succeeded = 0;
     failed = 0;
     stopPending = false;
     say("setCrushStarted", {running});
-    crushNext(false);
+    crushNext();
 }
 
-void ModelWalle::crushNext(bool afterVerdict)
+void ModelWalle::crushNext()
 {
     const int row = firstChecked();
     if (row >= 0 && !stopPending) {
@@ -48,14 +51,17 @@ void ModelWalle::crushNext(bool afterVerdict)
             queue.append(path);
         return;
     }
+    endRun();
+}
+
+void ModelWalle::endRun()
+{
+    open = false;
+    spared = false;
     say("setCrushStarted", {idle});
     say("finishAll", {finished});
     refresh(2);
     finished = 0;
-    if (afterVerdict) { // the report unticks the rows in the window, and so they are here
-        for (Row &each : rows)
-            each.checked = false;
-    }
     say("showResultDialog", {1U, succeeded, failed});
 }
 
@@ -63,6 +69,8 @@ void ModelWalle::stop()
 {
     stopPending = true;
     worker.stopRequested = true;
+    spared = spared || (open && !queue.isEmpty());
+    queue.clear();
     refresh(7);
     say("setCrushStarted", {stopping});
 }
@@ -85,8 +93,12 @@ void ModelWalle::hearWorker(const SignalRecord &report)
         return showPercent(path, report.arguments.at(1).toInt());
     if (report.name == "addToHistory")
         return record(path);
+    const bool endsTheRun = spared;
+    open = false;
     say("setCrushStarted", {idle});
     refresh(8);
+    if (endsTheRun) // no verdict will
+        endRun();
 }
 
 void ModelWalle::finishOne(const QString &path)
@@ -100,7 +112,7 @@ void ModelWalle::finishOne(const QString &path)
         ++finished;
         ++succeeded;
     }
-    crushNext(true);
+    crushNext();
 }
 
 void ModelWalle::failedOne(const QString &path)
@@ -111,7 +123,7 @@ void ModelWalle::failedOne(const QString &path)
     rows[row].checked = false;
     ++failed;
     showPercent(path, 0);
-    crushNext(true);
+    crushNext();
 }
 
 void ModelWalle::showPercent(const QString &path, int percent)

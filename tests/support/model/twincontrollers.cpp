@@ -15,6 +15,7 @@
 #include <QUrl>
 
 #include <ctime>
+#include <memory>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -43,6 +44,11 @@ void waitUntil(const std::function<bool()> &condition)
         QCoreApplication::processEvents();
         ::usleep(shortPause);
     }
+}
+
+const QThread *workerOf(const WalleHarness &product)
+{
+    return product.walle().findChild<FileCrusher *>();
 }
 
 /// Calls @p react at the @p at-th signal of the name @p signal.
@@ -100,9 +106,19 @@ QString TwinControllers::differenceInStep()
     QList<Request> requests;
     for (int number = dice.upTo(4); number > 0; --number)
         requests.append(randomRequest());
-    switch (dice.upTo(4)) {
+    const Request start = plain(CommandStartCrush, &ModelWalle::start);
+    const Request stop = plain(CommandStopCrush, &ModelWalle::stop);
+    switch (dice.upTo(6)) {
     case 0:
-        requests.append(plain(CommandStopCrush, &ModelWalle::stop));
+        requests.append(stop);
+        break;
+    case 2:
+        return differenceAfterStopInTime(requests);
+    case 3:
+        requests.append(stop);
+        // Whether a start finds a stop answered that ends a run, nobody can tell.
+        if (!model.isRunning())
+            requests.append(start);
         break;
     case 1: {
         // The user wants no more of a history that is being loaded.
@@ -114,11 +130,33 @@ QString TwinControllers::differenceInStep()
     }
     default: {
         const Request during = randomRunRequest();
-        requests.append(plain(CommandStartCrush, &ModelWalle::start));
+        requests.append(start);
         return differenceAfter(requests, dice.onceIn(2) ? &during : nullptr, "setTableRowHeight",
                                1 + dice.upTo(10));
     }
     }
+    return differenceAfter(requests, nullptr, QByteArray(), 0);
+}
+
+/// A run after @p requests that is stopped before the worker has begun anything.
+QString TwinControllers::differenceAfterStopInTime(QList<Request> requests)
+{
+    std::unique_ptr<HeldThread> held;
+    const Request hold{[&held](WalleHarness &product) {
+                           held = std::make_unique<HeldThread>(workerOf(product));
+                           waitUntil([&held] { return held->stands(); });
+                       },
+                       [](ModelWalle &) {}};
+    const Request release{[&held](WalleHarness &product) {
+                              product.performed();
+                              held.reset();
+                          },
+                          [](ModelWalle &) {}};
+    requests.prepend(hold);
+    for (int starts = 1 + dice.upTo(2); starts > 0; --starts)
+        requests.append(plain(CommandStartCrush, &ModelWalle::start));
+    requests.append(plain(CommandStopCrush, &ModelWalle::stop));
+    requests.append(release);
     return differenceAfter(requests, nullptr, QByteArray(), 0);
 }
 
@@ -159,7 +197,7 @@ QString TwinControllers::differenceInSaid()
     harness.performed();
     // The last thing the worker does for a path may be one that the window is not told.
     waitUntil([this] { return linesOnDisk() >= model.linesOfHistory(); });
-    const QThread *const worker = harness.walle().findChild<FileCrusher *>();
+    const QThread *const worker = workerOf(harness);
     const int before = pausesOf(worker);
     waitUntil([worker, before] { return pausesOf(worker) > before + 1; });
     return differenceBetween(std::exchange(model.said, {}), withSomeTime(harness.takeLog()));
@@ -268,11 +306,13 @@ TwinControllers::Request TwinControllers::randomRequest()
 /// is not among it, as that waits for the report of a failure to be over.
 TwinControllers::Request TwinControllers::randomRunRequest()
 {
-    switch (dice.upTo(8)) {
+    switch (dice.upTo(9)) {
     case 0:
     case 1:
     case 2:
         return plain(CommandStopCrush, &ModelWalle::stop);
+    case 8:
+        return plain(CommandStartCrush, &ModelWalle::start); // dropped
     case 3:
         return checkAll(dice.onceIn(2));
     case 4:

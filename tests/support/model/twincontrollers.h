@@ -34,6 +34,7 @@ private:
     QString differenceInStep();
     QString differenceAfter(const QList<Request> &requests, const Request *duringRun,
                             const QByteArray &signal, int at);
+    QString differenceAfterStopInTime(QList<Request> requests);
     QString differenceInSaid();
 
     Request randomRequest();
