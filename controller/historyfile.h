@@ -37,8 +37,8 @@ QByteArray entryFor(const QString &path, const QDateTime &time);
 /// True when @p file is a regular file that may be read and written.
 bool isUsable(const QString &file);
 
-/// Appends @p entry to @p file, made first, for its owner alone, when missing, in one write. When the write fails or
-/// comes short the file is as it was before. Silent.
+/// Appends @p entry to @p file, made first, for its owner alone, when missing, in one write. When
+/// the write fails or comes short the file is as it was before. Silent.
 void append(const QString &file, const QByteArray &entry);
 
 /// The lines of @p device, open for reading text, from where it stands: decoded from UTF-8 and

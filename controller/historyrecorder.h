@@ -22,8 +22,8 @@ class HistoryRecorder final
 public:
     /// Appends the entry of the removed item @p path. Silent when that cannot be done.
     void record(const QString &path);
-    /// Appends @p text to @p file, made first, for its owner alone, when missing. When the write fails or comes short
-    /// the file is as it was before. Silent.
+    /// Appends @p text to @p file, made first, for its owner alone, when missing. When the write
+    /// fails or comes short the file is as it was before. Silent.
     void append(const QString &file, const QByteArray &text);
     /// Keeps nothing any more; a history that was deleted frees its space.
     void release();

@@ -65,8 +65,8 @@ public:
 
     /// Queues @p path as the last one. Any thread; returns at once, checks nothing.
     void addPath(const QString &path);
-    /// Empties the queue: what the worker has not begun by now it never begins. False when there was
-    /// nothing to take back. Any thread.
+    /// Empties the queue: what the worker has not begun by now it never begins. False when there
+    /// was nothing to take back. Any thread.
     bool takeBackPaths();
     /// Asks for a stop (true) or takes the request back. Any thread; returns at once.
     void requestStop(bool value);

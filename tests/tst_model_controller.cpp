@@ -4,8 +4,8 @@
 // The controller and a plain model of it with the same random requests: batches,
 // clicks, removals, runs, stops, the history, also while the worker is at work, and
 // with files that change behind the list. Signals in their order with their arguments,
-// the rows and what is left on the disk must be the same. A difference names its seed; one that was a defect
-// once stays below with a name.
+// the rows and what is left on the disk must be the same. A difference names its seed; one that was
+// a defect once stays below with a name.
 
 #include "model/seeds.h"
 #include "model/twincontrollers.h"

@@ -301,12 +301,11 @@ void TestWalleStarts::severalStopsAreAnsweredBeforeTheNextStart()
         postAll({CommandStopCrush, CommandStopCrush, CommandStopCrush, CommandStartCrush});
         QVERIFY(harness->finished());
         const SignalRecords states = harness->log({"setCrushStarted"});
-        QCOMPARE(states.mid(states.size() - 3),
-                 (SignalRecords{
-                     {"setCrushStarted", {RunState::Idle}},
-                     {"setCrushStarted", {RunState::Running}},
-                     {"setCrushStarted", {RunState::Idle}},
-                 }));
+        QCOMPARE(states.mid(states.size() - 3), (SignalRecords{
+                                                    {"setCrushStarted", {RunState::Idle}},
+                                                    {"setCrushStarted", {RunState::Running}},
+                                                    {"setCrushStarted", {RunState::Idle}},
+                                                }));
         QVERIFY(harness->performed());
     }
 }

@@ -98,7 +98,8 @@ void TestWalleStopReport::stopAndRelease()
 /// Then the report is here as well: they come from one slot.
 void TestWalleStopReport::showsIdle()
 {
-    QVERIFY(WalleHarness::waitFor([this] { return harness->controls().runState == RunState::Idle; }));
+    QVERIFY(
+        WalleHarness::waitFor([this] { return harness->controls().runState == RunState::Idle; }));
 }
 
 void TestWalleStopReport::stopBetweenFilesEndsInAReport()
