@@ -4,14 +4,17 @@
 // Recording what was removed, and clearing the record.
 
 #include "controller/homedirectory.h"
+#include "engine/filecrusher.h"
 #include "support/sandboxhome.h"
 #include "support/temporarytree.h"
 #include "support/walleharness.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDateTime>
 #include <QtTest>
 
 #include <memory>
+#include <thread>
 
 using testsupport::entryExists;
 using testsupport::OrdinaryUser;
@@ -44,6 +47,7 @@ private slots:
     void historyThatCannotBeWrittenIsNotCleared();
     void folderInPlaceOfTheHistoryIsNotCleared();
     void recordingGoesOnAfterClearing();
+    void whatWasReportedBeforeTheWindowWentIsRecorded();
 
 private:
     void shred(const QStringList &paths);
@@ -245,6 +249,22 @@ void TestWalleHistory::recordingGoesOnAfterClearing()
     clear();
     harness->walle().addToHistoryWalle(QStringLiteral("/nonexistent/file"));
     QCOMPARE(home.historyLines().mid(1), (QByteArrayList{"file", "/nonexistent"}));
+}
+
+/// The report is in the event queue, the worker waits, and the event loop has ended.
+void TestWalleHistory::whatWasReportedBeforeTheWindowWentIsRecorded()
+{
+    const QString removed = tree->path(QStringLiteral("removed"));
+    auto *worker = harness->walle().findChild<FileCrusher *>();
+    QCoreApplication::processEvents();
+    std::thread reporter([worker, removed] { emit worker->addToHistory(removed); });
+    while (!QAbstractEventDispatcher::instance()->hasPendingEvents())
+        std::this_thread::yield();
+    harness->walle().fallSilent();
+    const QByteArrayList lines = home.historyLines();
+    QCoreApplication::processEvents();
+    reporter.join();
+    QCOMPARE(lines.value(1), QByteArray("removed"));
 }
 
 QTEST_GUILESS_MAIN(TestWalleHistory)
