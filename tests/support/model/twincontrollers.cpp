@@ -112,14 +112,6 @@ QString TwinControllers::differenceInStep()
     case 0:
         requests.append(stop);
         break;
-    case 2:
-        return differenceAfterStopInTime(requests);
-    case 3:
-        requests.append(stop);
-        // Whether a start finds a stop answered that ends a run, nobody can tell.
-        if (!model.isRunning())
-            requests.append(start);
-        break;
     case 1: {
         // The user wants no more of a history that is being loaded.
         const Request abort{[](WalleHarness &product) { product.walle().abortHistoryLoad(); },
@@ -128,6 +120,14 @@ QString TwinControllers::differenceInStep()
         return differenceAfter(requests, dice.onceIn(3) ? &abort : nullptr, "addRowToHistoryTable",
                                1 + dice.upTo(6));
     }
+    case 2:
+        return differenceAfterStopInTime(requests);
+    case 3:
+        requests.append(stop);
+        // Whether a start finds a stop answered that ends a run, nobody can tell.
+        if (!model.isRunning())
+            requests.append(start);
+        break;
     default: {
         const Request during = randomRunRequest();
         requests.append(start);
