@@ -7,6 +7,7 @@
 #include "engine/filecrusher.h"
 
 #include "support/briskthreads.h"
+#include "support/promptly.h"
 #include "support/sandboxhome.h"
 #include "support/temporarytree.h"
 #include "support/walleharness.h"
@@ -89,7 +90,7 @@ void TestWalleStarts::letControllerPoll() const
 {
     constexpr int severalPolls = 10;
     const int enough = pausesOf(&harness->walle()) + severalPolls;
-    QTRY_VERIFY(pausesOf(&harness->walle()) > enough);
+    PROMPTLY_VERIFY(pausesOf(&harness->walle()) > enough);
 }
 
 void TestWalleStarts::secondStartAtOnceIsDropped()
@@ -97,7 +98,7 @@ void TestWalleStarts::secondStartAtOnceIsDropped()
     QVERIFY(harness->admitted({make("a"), make("b")}));
     {
         const HeldThread held(worker);
-        QTRY_VERIFY(held.stands());
+        PROMPTLY_VERIFY(held.stands());
         postAll({CommandStartCrush, CommandStartCrush});
         QVERIFY(harness->performed());
         QCOMPARE(harness->log(), (SignalRecords{{"setCrushStarted", {RunState::Running}}}));
@@ -138,7 +139,7 @@ void TestWalleStarts::startWhileStoppingIsDropped()
     QVERIFY(harness->admitted({file}));
     {
         const HeldThread held(worker);
-        QTRY_VERIFY(held.stands());
+        PROMPTLY_VERIFY(held.stands());
         postAll({CommandStartCrush, CommandStopCrush, CommandStartCrush});
         QVERIFY(harness->performed());
     }
@@ -163,7 +164,7 @@ void TestWalleStarts::startBetweenVerdictAndNextPathIsDropped()
             held = std::make_unique<HeldThread>(worker);
     };
     harness->post(CommandStartCrush);
-    QTRY_VERIFY(held && held->stands());
+    PROMPTLY_VERIFY(held && held->stands());
     harness->onSignal = nullptr;
     harness->post(CommandStartCrush);
     QVERIFY(harness->performed());
@@ -188,7 +189,7 @@ void TestWalleStarts::runLeftOpenByAFifoTakesNoStart()
     QCOMPARE(harness->log(), SignalRecords());
 
     harness->post(CommandStopCrush);
-    QTRY_VERIFY(isIdle() && harness->count("setSelectAllCheckBoxState") > 0);
+    PROMPTLY_VERIFY(isIdle() && harness->count("setSelectAllCheckBoxState") > 0);
     harness->post(CommandStartCrush);
     QVERIFY(harness->finished());
     QVERIFY(!entryExists(path));
@@ -199,7 +200,7 @@ void TestWalleStarts::runLeftOpenBy255BytesTakesNoStart()
     const QString path = tree->makeFile(QStringLiteral("file"), 255);
     QVERIFY(harness->admitted({path}));
     harness->post(CommandStartCrush);
-    QTRY_VERIFY(!entryExists(path));
+    PROMPTLY_VERIFY(!entryExists(path));
     harness->post(CommandStartCrush);
     QVERIFY(harness->performed());
     QCOMPARE(harness->log({"setCrushStarted"}),
@@ -230,12 +231,12 @@ void TestWalleStarts::startAfterAnAnsweredStopShredsTheRest()
         harness->performed();
     };
     harness->post(CommandStartCrush);
-    QTRY_COMPARE(harness->count("setCrushStarted"), 4);
+    PROMPTLY_COMPARE(harness->count("setCrushStarted"), 4);
     QCOMPARE(harness->log({"showResultDialog"}), (SignalRecords{{"showResultDialog", {1, 1, 0}}}));
     QCOMPARE(harness->checkedPaths().size(), 2);
     harness->takeLog();
     harness->post(CommandStartCrush);
-    QTRY_COMPARE(reports(), 1);
+    PROMPTLY_COMPARE(reports(), 1);
     QCOMPARE(harness->log({"finishAll", "showResultDialog"}), (SignalRecords{
                                                                   {"finishAll", {2}},
                                                                   {"showResultDialog", {1, 2, 0}},
@@ -277,9 +278,9 @@ void TestWalleStarts::startBehindAStopWithoutARunWaitsForTheAnswer()
     QVERIFY(harness->admitted({make("a")}));
     {
         const HeldThread held(worker);
-        QTRY_VERIFY(held.stands());
+        PROMPTLY_VERIFY(held.stands());
         postAll({CommandStopCrush, CommandStartCrush});
-        QTRY_COMPARE(harness->count("setCrushStarted"), 1);
+        PROMPTLY_COMPARE(harness->count("setCrushStarted"), 1);
         letControllerPoll();
     }
     QVERIFY(harness->finished());

@@ -7,6 +7,7 @@
 #include "engine/filecrusher.h"
 
 #include "support/briskthreads.h"
+#include "support/promptly.h"
 #include "support/sandboxhome.h"
 #include "support/temporarytree.h"
 #include "support/walleharness.h"
@@ -80,7 +81,7 @@ void TestWalleStopReport::startAndHoldBehind(const QString &path)
             held = std::make_unique<HeldThread>(worker);
     };
     harness->post(CommandStartCrush);
-    QTRY_VERIFY(held && held->stands());
+    PROMPTLY_VERIFY(held && held->stands());
     harness->onSignal = nullptr;
     harness->takeLog();
 }
@@ -132,7 +133,7 @@ void TestWalleStopReport::stopBeforeTheFirstFileReportsNothingDone()
     const QString spared = make("spared");
     QVERIFY(harness->admitted({spared}));
     held = std::make_unique<HeldThread>(worker);
-    QTRY_VERIFY(held->stands());
+    PROMPTLY_VERIFY(held->stands());
     harness->post(CommandStartCrush);
     stopAndRelease();
     QCOMPARE(harness->log({"setCrushStarted", "finishAll", "showResultDialog"}),
@@ -189,7 +190,7 @@ void TestWalleStopReport::nextRunCountsAnew()
     stopAndRelease();
     harness->takeLog();
     harness->post(CommandStartCrush);
-    QTRY_COMPARE(harness->count("showResultDialog"), 1);
+    PROMPTLY_COMPARE(harness->count("showResultDialog"), 1);
     QCOMPARE(harness->log({"finishAll", "showResultDialog"}), (SignalRecords{
                                                                   {"finishAll", {2}},
                                                                   {"showResultDialog", {1, 2, 0}},
@@ -210,7 +211,7 @@ void TestWalleStopReport::stopThatFindsTheFolderBegunGivesNoReport()
         harness->performed();
     };
     harness->post(CommandStartCrush);
-    QTRY_COMPARE(harness->count("setCrushStarted"), 3);
+    PROMPTLY_COMPARE(harness->count("setCrushStarted"), 3);
     QVERIFY(harness->performed());
     QCOMPARE(harness->count("finishAll"), 0);
     QCOMPARE(harness->count("showResultDialog"), 0);
@@ -228,7 +229,7 @@ void TestWalleStopReport::verdictBetweenStopAndAnswerEndsTheRunOnce()
     harness->walle().failedOneWalle(spared);
     harness->takeLog();
     held.reset();
-    QTRY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
     QVERIFY(harness->performed());
     QCOMPARE(harness->count("showResultDialog"), 0);
     QCOMPARE(harness->log({"setCrushStarted"}),
@@ -238,7 +239,7 @@ void TestWalleStopReport::verdictBetweenStopAndAnswerEndsTheRunOnce()
 void TestWalleStopReport::pathOfSomebodyElseIsNoRun()
 {
     held = std::make_unique<HeldThread>(worker);
-    QTRY_VERIFY(held->stands());
+    PROMPTLY_VERIFY(held->stands());
     worker->addPath(make("file"));
     stopAndRelease();
     QCOMPARE(harness->log({"setCrushStarted", "finishAll", "showResultDialog"}),
@@ -252,7 +253,7 @@ void TestWalleStopReport::pathOfSomebodyElseIsNoRun()
 /// verdict is on its way. What the report counts is what is gone.
 void TestWalleStopReport::everyStopOfARunOfFilesEndsInOneReport()
 {
-    constexpr int rounds = 400;
+    constexpr int rounds = 200;
     constexpr int files = 20;
     constexpr int longestPause = 3000;
     std::mt19937 random(2026); // NOLINT(cert-msc32-c, cert-msc51-cpp): the same on purpose
