@@ -19,7 +19,7 @@ namespace
 
 constexpr mode_t lockFileMode = 0644;
 
-/// The descriptor is never closed: closing any descriptor of the file would give the lock back.
+/// The descriptor is never closed: the lock belongs to it.
 void writePid(int fd)
 {
     const QByteArray pid = QByteArray::number(static_cast<qlonglong>(getpid()));
@@ -38,7 +38,12 @@ int lockWholeFile(int fd)
     lock.l_whence = SEEK_SET;
     lock.l_start = 0;
     lock.l_len = 0; // to the end, however far the file grows
-    return fcntl(fd, F_SETLK, &lock);
+    // A lock of the process would go as soon as anything in it closed another descriptor of the
+    // file, and Qt's file dialog opens every file of a folder to choose its icon.
+    const int result = fcntl(fd, F_OFD_SETLK, &lock);
+    if (result != -1 || errno != EINVAL)
+        return result;
+    return fcntl(fd, F_SETLK, &lock); // Linux before 3.15
 }
 
 int acquireInstanceLock(const QString &path)

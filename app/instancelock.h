@@ -15,7 +15,9 @@ namespace instancelock
 constexpr int Acquired = 0;
 constexpr int HeldByAnother = 1;
 
-/// Locks the whole file @p fd for writing without waiting; returns what fcntl() returns.
+/// Locks the whole file @p fd for writing without waiting; returns what fcntl() returns, and
+/// leaves its errno. The lock goes with the last descriptor of this opening of the file, and keeps
+/// out locks of whole processes too.
 int lockWholeFile(int fd);
 
 /// Takes the lock file @p path, made when missing, for the life of the process and writes the

@@ -19,6 +19,8 @@ private slots:
     void windowOpensInTheMiddleOfTheScreen();
     void droppedFileAndFolderBecomeTickedRows();
     void textIsRefusedWhileItHovers();
+    void sourceThatProposesAMoveIsToldCopy();
+    void sourceThatOffersOnlyAMoveIsRefused();
     void dropOfAWebAddressAddsNothing();
     void pathTypedIntoTheFileDialogBecomesARow();
     void escapeFromTheFileDialogAddsNothing();
@@ -74,6 +76,25 @@ void TestEndToEndAdmission::textIsRefusedWhileItHovers()
     QVERIFY(shredder->refuses({QStringLiteral("--text"), path}));
     // The same motion with a file is taken, so the refusal was for the text.
     QVERIFY(shredder->drop({path}));
+    QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
+}
+
+/// Told of a move it would delete the files itself, the refused ones too.
+void TestEndToEndAdmission::sourceThatProposesAMoveIsToldCopy()
+{
+    QVERIFY(openWith());
+    const QString path = tree->makeFile(QStringLiteral("file"), 10);
+    QVERIFY(shredder->drop({QStringLiteral("--propose-move"), path}));
+    QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
+    QVERIFY(entryExists(path));
+}
+
+void TestEndToEndAdmission::sourceThatOffersOnlyAMoveIsRefused()
+{
+    QVERIFY(openWith());
+    const QString path = tree->makeFile(QStringLiteral("file"), 10);
+    QVERIFY(shredder->refuses({QStringLiteral("--offer-move"), path}));
+    QVERIFY(shredder->drop({QStringLiteral("--propose-move"), path}));
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
 }
 

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <unistd.h>
@@ -27,6 +28,7 @@ class TestEndToEndProcess : public EndToEndTest
 
 private slots:
     void secondStartEndsAtOnceAndTheFirstKeepsRunning();
+    void fileDialogOfADesktopKeepsTheOnlyInstance();
     void pidFileHoldsThePidAndNothingElse();
     void openGlIsNotLoaded();
     void homelessUserIsTurnedAway();
@@ -55,6 +57,33 @@ void TestEndToEndProcess::secondStartEndsAtOnceAndTheFirstKeepsRunning()
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
     // The pid file still names the first.
     QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), QByteArray::number(shredder->processId()));
+}
+
+/// With the theme of a desktop, Qt's file dialog opens the files of the home to find their icons,
+/// the pid file among them.
+void TestEndToEndProcess::fileDialogOfADesktopKeepsTheOnlyInstance()
+{
+    const auto desktopIs = [this](const QString &name) {
+        QProcessEnvironment variable;
+        variable.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), name);
+        desktop.addVariables(variable);
+    };
+    const auto noDesktopAgain = qScopeGuard([&] { desktopIs(QString()); });
+    desktopIs(QStringLiteral("GNOME"));
+    QVERIFY(openWith());
+    shredder->click(mainwindow::addButton);
+    shredder->rest();
+    const std::optional<WindowId> fileDialog = shredder->waitForOtherWindow();
+    QVERIFY(fileDialog && !shredder->drawnWindow(*fileDialog).isNull());
+    QVERIFY(eventually([this] {
+        desktop.pressKey(QStringLiteral("Escape"));
+        return shredder->onlyMainWindowIsOpen();
+    }));
+    RunningShredder second(desktop, *user);
+    second.start();
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitStatus(), 0);
+    QVERIFY(shredder->isRunning());
 }
 
 void TestEndToEndProcess::pidFileHoldsThePidAndNothingElse()

@@ -39,6 +39,7 @@ private slots:
     void cleanup();
 
     void newestRowIsOnTop();
+    void rowIsInTheTableAtOnce();
     void onlyRowsNearTheViewHaveFrames();
     void scrollingShowsTheRightTexts_data();
     void scrollingShowsTheRightTexts();
@@ -139,6 +140,16 @@ void TestHistoryRows::newestRowIsOnTop()
     const QWidget *top = table->cellWidget(0, 0);
     QCOMPARE(textOf(top, "timeLabel"), QStringLiteral("time 2"));
     QCOMPARE(textOf(top, "pathLabel"), QStringLiteral("/folder/2"));
+}
+
+void TestHistoryRows::rowIsInTheTableAtOnce()
+{
+    for (int number = 0; number < manyRows; ++number) {
+        prepend(number);
+        QCOMPARE(table->rowCount(), number + 1);
+        QCOMPARE(table->rowHeight(0), 30);
+    }
+    QTRY_COMPARE(namesInView(), expectedInView(manyRows - 1));
 }
 
 void TestHistoryRows::onlyRowsNearTheViewHaveFrames()

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Instances are processes, so every lock here is taken by a child process: a
-// lock belongs to a process, and its own would not stand in its way.
+// Instances are processes, so nearly every lock here is taken by a child process.
 
 #include "app/instancelock.h"
 
@@ -25,7 +24,8 @@ using testsupport::TemporaryTree;
 namespace
 {
 
-int lockError = 0; ///< what locking fails with; 0 leaves it to the system
+int lockError = 0;        ///< what locking fails with; 0 leaves it to the system
+bool kernelIsOld = false; ///< it knows no open file description locks
 
 } // namespace
 
@@ -39,13 +39,42 @@ int __wrap_fcntl(int fd, int command, ...)
     va_start(arguments, command);
     void *lock = va_arg(arguments, void *);
     va_end(arguments);
-    if (lockError == 0 || command != F_SETLK)
+    const bool unknown = kernelIsOld && command == F_OFD_SETLK;
+    const bool failing = lockError != 0 && (command == F_OFD_SETLK || command == F_SETLK);
+    if (!unknown && !failing)
         return __real_fcntl(fd, command, lock);
-    errno = lockError;
+    errno = unknown ? EINVAL : lockError;
     return -1;
 }
 }
 // NOLINTEND(bugprone-reserved-identifier, cert-dcl50-cpp)
+
+namespace
+{
+
+/// Who holds a lock that keeps others from byte @p start of @p fd.
+struct flock holderOf(int fd, off_t start)
+{
+    struct flock question = {};
+    question.l_type = F_RDLCK;
+    question.l_whence = SEEK_SET;
+    question.l_start = start;
+    question.l_len = 1;
+    if (::fcntl(fd, F_GETLK, &question) != 0)
+        question.l_type = -1;
+    return question;
+}
+
+/// Locks as programs did before there were open file description locks.
+int lockForThisProcess(int fd)
+{
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return ::fcntl(fd, F_SETLK, &lock);
+}
+
+} // namespace
 
 class TestInstanceLock : public QObject
 {
@@ -70,6 +99,9 @@ private slots:
     void anyOtherErrorEndsTheProcess_data();
     void anyOtherErrorEndsTheProcess();
     void lockCoversTheWholeFileHoweverItGrows();
+    void lockOutlivesAnotherDescriptorOfTheFile();
+    void lockAndOneOfAProcessExcludeEachOther();
+    void oldKernelLocksForTheProcess();
     void lockWholeFileReturnsWhatTheSystemSays();
 
 private:
@@ -82,11 +114,13 @@ void TestInstanceLock::init()
     tree = std::make_unique<TemporaryTree>();
     path = tree->path(QStringLiteral(".fileshredder.pid"));
     lockError = 0;
+    kernelIsOld = false;
 }
 
 void TestInstanceLock::cleanup()
 {
     lockError = 0;
+    kernelIsOld = false;
     tree.reset();
 }
 
@@ -225,18 +259,55 @@ void TestInstanceLock::lockCoversTheWholeFileHoweverItGrows()
     const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
     QVERIFY(fd >= 0);
     for (const off_t start : {off_t{0}, off_t{1}, off_t{1} << 40}) {
-        struct flock question = {};
-        question.l_type = F_RDLCK;
-        question.l_whence = SEEK_SET;
-        question.l_start = start;
-        question.l_len = 1;
-        QCOMPARE(::fcntl(fd, F_GETLK, &question), 0);
-        QCOMPARE(question.l_type, static_cast<short>(F_WRLCK));
-        QCOMPARE(question.l_pid, instance.pid());
-        QCOMPARE(question.l_start, off_t{0});
-        QCOMPARE(question.l_len, off_t{0});
+        const struct flock held = holderOf(fd, start);
+        QCOMPARE(held.l_type, static_cast<short>(F_WRLCK));
+        QCOMPARE(held.l_start, off_t{0});
+        QCOMPARE(held.l_len, off_t{0});
     }
     ::close(fd);
+}
+
+/// File dialogs open and close every file of a folder to find its icon.
+void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
+{
+    const QByteArray file = tree->makeFile(QStringLiteral(".fileshredder.pid"), 0).toUtf8();
+    const int locked = ::open(file.constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(instancelock::lockWholeFile(locked), 0);
+    ::close(::open(file.constData(), O_RDONLY | O_CLOEXEC));
+    const Instance other(path);
+    ::close(locked);
+    QCOMPARE(other.lockResult(), instancelock::HeldByAnother);
+}
+
+void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
+{
+    const QByteArray file = tree->makeFile(QStringLiteral(".fileshredder.pid"), 0).toUtf8();
+    const int fd = ::open(file.constData(), O_RDWR | O_CLOEXEC);
+    {
+        const Instance instance(path);
+        QCOMPARE(instance.lockResult(), instancelock::Acquired);
+        QCOMPARE(lockForThisProcess(fd), -1);
+        QVERIFY(errno == EAGAIN || errno == EACCES);
+    }
+    QCOMPARE(lockForThisProcess(fd), 0);
+    const Instance instance(path);
+    ::close(fd);
+    QCOMPARE(instance.lockResult(), instancelock::HeldByAnother);
+}
+
+void TestInstanceLock::oldKernelLocksForTheProcess()
+{
+    kernelIsOld = true;
+    const Instance instance(path);
+    QCOMPARE(instance.lockResult(), instancelock::Acquired);
+    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    const struct flock held = holderOf(fd, 0);
+    ::close(fd);
+    QCOMPARE(held.l_type, static_cast<short>(F_WRLCK));
+    QCOMPARE(held.l_pid, instance.pid());
+    QCOMPARE(held.l_len, off_t{0});
+    const Instance second(path);
+    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
 }
 
 void TestInstanceLock::lockWholeFileReturnsWhatTheSystemSays()

@@ -11,6 +11,7 @@
 #include "temporarytree.h"
 #include "windowtestmain.h"
 
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeData>
@@ -63,6 +64,9 @@ private slots:
     void chosenFilesBecomeRows();
     void plainTextIsRefusedAtDragEnter();
     void listOfUrlsIsTakenAtDragEnter();
+    void proposedMoveIsAnsweredWithACopy_data();
+    void proposedMoveIsAnsweredWithACopy();
+    void moveAloneIsRefusedAtDragEnter();
     void dropWithoutUrlsPostsNothing();
     void dropIsNotAccepted();
     void questionStandsOverTheWindow();
@@ -162,6 +166,38 @@ void TestMainWindowActions::listOfUrlsIsTakenAtDragEnter()
     urls.setUrls({QUrl::fromLocalFile(tree->makeFile(QStringLiteral("a"), 1))});
     QVERIFY(window->drop(urls).entered);
     PROMPTLY_COMPARE(window->table()->rowCount(), 1);
+}
+
+void TestMainWindowActions::proposedMoveIsAnsweredWithACopy_data()
+{
+    QTest::addColumn<int>("modifiers");
+    QTest::newRow("copy proposed") << static_cast<int>(Qt::NoModifier);
+    QTest::newRow("move proposed") << static_cast<int>(Qt::ShiftModifier);
+    QTest::newRow("link proposed") << static_cast<int>(Qt::ControlModifier | Qt::ShiftModifier);
+}
+
+void TestMainWindowActions::proposedMoveIsAnsweredWithACopy()
+{
+    QFETCH(int, modifiers);
+    QMimeData urls;
+    urls.setUrls({QUrl::fromLocalFile(tree->makeFile(QStringLiteral("a"), 1))});
+    const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    QDragEnterEvent enter(QPoint(400, 300), offered, &urls, Qt::LeftButton,
+                          static_cast<Qt::KeyboardModifiers>(modifiers));
+    QApplication::sendEvent(&**window, &enter);
+    QVERIFY(enter.isAccepted());
+    QCOMPARE(enter.dropAction(), Qt::CopyAction);
+}
+
+/// What cannot be answered with a copy would be a move.
+void TestMainWindowActions::moveAloneIsRefusedAtDragEnter()
+{
+    QMimeData urls;
+    urls.setUrls({QUrl::fromLocalFile(tree->makeFile(QStringLiteral("a"), 1))});
+    QDragEnterEvent enter(QPoint(400, 300), Qt::MoveAction, &urls, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&**window, &enter);
+    QVERIFY(!enter.isAccepted());
 }
 
 void TestMainWindowActions::dropWithoutUrlsPostsNothing()

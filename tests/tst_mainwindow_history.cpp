@@ -59,6 +59,9 @@ private slots:
     void clearTakesEverythingAway();
     void rowsAfterAClearAreDropped();
     void clearedHistoryCanBeOpenedAgain();
+    void slotTakesARowWhileALoadIsAwaited();
+    void slotEnablesTheButtonsAfterAClear();
+    void rowIsInTheTableWhenTheSlotReturns();
     void longNameIsCutAndShownInFullAsATip();
 
 private:
@@ -289,6 +292,35 @@ void TestMainWindowHistory::clearedHistoryCanBeOpenedAgain()
     QCOMPARE(texts("nameLabel"), QStringList(QStringLiteral("later")));
     QVERIFY(window->isEnabled("copyButton"));
     QVERIFY(window->isEnabled("clearHistoryButton"));
+}
+
+void TestMainWindowHistory::slotTakesARowWhileALoadIsAwaited()
+{
+    (*window)->slotShowHistoryEva();
+    (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                      QStringLiteral("p"));
+    QCOMPARE(texts("nameLabel"), QStringList(QStringLiteral("n")));
+}
+
+void TestMainWindowHistory::slotEnablesTheButtonsAfterAClear()
+{
+    openHistory();
+    (*window)->removeAllFromHistoryEva();
+    (*window)->setHistoryButtonEnabledEva(true, 3);
+    QVERIFY(window->isEnabled("copyButton"));
+    QVERIFY(window->isEnabled("clearHistoryButton"));
+}
+
+void TestMainWindowHistory::rowIsInTheTableWhenTheSlotReturns()
+{
+    constexpr int longHistory = 10000;
+    openHistory();
+    for (int number = 1; number <= longHistory; ++number) {
+        (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                          QStringLiteral("p"));
+        QCOMPARE(table()->rowCount(), number);
+        QCOMPARE(table()->rowHeight(number - 1), 30);
+    }
 }
 
 void TestMainWindowHistory::longNameIsCutAndShownInFullAsATip()

@@ -71,7 +71,7 @@ void MainWindow::connectController()
     connect(walle, &Walle::removeRowFromMainTable, this, &MainWindow::removeRowFromMainTableEva);
     connect(walle, &Walle::setTableItemCheckBoxState, this,
             &MainWindow::setTableItemCheckBoxStateEva);
-    connect(walle, &Walle::addRowToHistoryTable, this, &MainWindow::historyTableAddItemEva,
+    connect(walle, &Walle::addRowToHistoryTable, this, &MainWindow::addRowOfLoad,
             Qt::BlockingQueuedConnection);
     connect(walle, &Walle::removeRowFromHistoryTable, this,
             &MainWindow::removeRowFromHistoryTableEva, Qt::BlockingQueuedConnection);
@@ -81,7 +81,7 @@ void MainWindow::connectController()
     connect(walle, &Walle::setCrushStarted, this, &MainWindow::setCrushStartedEva);
     connect(walle, &Walle::clipboardSetText, this, &MainWindow::slotClipboardSetTextEva,
             Qt::BlockingQueuedConnection);
-    connect(walle, &Walle::setHistoryButtonEnabled, this, &MainWindow::setHistoryButtonEnabledEva,
+    connect(walle, &Walle::setHistoryButtonEnabled, this, &MainWindow::enableButtonsOfLoad,
             Qt::BlockingQueuedConnection);
     connect(walle, &Walle::alertDialog, this, &MainWindow::alertDialogEva,
             Qt::BlockingQueuedConnection);

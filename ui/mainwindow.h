@@ -112,6 +112,8 @@ private:
 
     void connectButtons();
     void connectController();
+    void addRowOfLoad(const QString &time, const QString &fileName, const QString &path);
+    void enableButtonsOfLoad(bool enabled, int phase);
     ZZTableCell *cellAt(int row) const;
     QIcon entryIcon(const QString &fullName);
     void drawRowsTogether();
@@ -159,6 +161,7 @@ private:
     QPushButton *copyButton = nullptr;
     int rowBase = 0; ///< added to a row to form a cell's index
     bool historyCleared = false;
+    bool startAwaited = false; ///< a start was posted and the controller has not answered yet
     HistoryRows *historyRows = nullptr;
     int loadsOutstanding = 0; ///< history loads asked for that have not begun
 };

@@ -59,18 +59,23 @@ void MainWindow::addEva()
     walle->postCommand(CommandAddChosen);
 }
 
+/// Taken as a copy whatever is proposed: a source that was told of a move would delete the files
+/// itself, the refused ones too. One that offers no copy is refused.
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
-        event->acceptProposedAction();
+    if (!event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
+        return;
+    if (event->proposedAction() == Qt::CopyAction)
+        return event->acceptProposedAction();
+    event->setDropAction(Qt::CopyAction); // does nothing when no copy is offered
+    event->setAccepted(event->dropAction() == Qt::CopyAction);
 }
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
     if (!event || !walle)
         return;
-    // The drop is not accepted: whoever dragged must not take it for a move and delete the
-    // files itself.
+    // The drop is not accepted, for the same reason.
     const QList<QUrl> urls = event->mimeData()->urls();
     if (urls.isEmpty())
         return;
@@ -105,12 +110,16 @@ void MainWindow::crushFilesEva()
     question.moveToCentreOf(geometry());
     question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
                         DialogKind::Question);
-    if (question.exec() == QDialog::Accepted)
-        walle->postCommand(CommandStartCrush);
+    if (question.exec() != QDialog::Accepted || startAwaited)
+        return;
+    startAwaited = true;
+    walle->postCommand(CommandStartCrush);
 }
 
 void MainWindow::setCrushStartedEva(int state)
 {
+    // Any answer will do: a start that arrives while a run goes on gets none of its own.
+    startAwaited = false;
     switch (state) {
     case RunState::Idle:
         setCrushButtonText(idleText());

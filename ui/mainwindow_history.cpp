@@ -112,7 +112,6 @@ void MainWindow::addHistoryTable()
     historyTable->setColumnWidth(0, tablePlace.width());
     historyTable->horizontalHeader()->setFixedHeight(headingHeight);
     historyTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft);
-    historyTable->setHorizontalHeaderLabels({QString()});
     historyTable->setShowGrid(false);
     historyTable->verticalHeader()->hide();
     historyTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -202,16 +201,29 @@ void MainWindow::placeHistoryWindow()
     }
 }
 
+/// The window was closed and opened again before an earlier load began: its rows will come again
+/// with the load that was asked for last.
+void MainWindow::addRowOfLoad(const QString &time, const QString &fileName, const QString &path)
+{
+    if (loadsOutstanding == 0)
+        historyTableAddItemEva(time, fileName, path);
+}
+
+/// A load that goes on after its rows were cleared has nothing to offer any more.
+void MainWindow::enableButtonsOfLoad(bool enabled, int phase)
+{
+    if (phase == LoadPhase::Begun && loadsOutstanding > 0)
+        --loadsOutstanding;
+    if (!enabled || !historyCleared)
+        setHistoryButtonEnabledEva(enabled, phase);
+}
+
 void MainWindow::historyTableAddItemEva(QString time, QString fileName, QString path)
 {
     if (!historyTable || !historyMutex)
         return;
     const QMutexLocker locker(historyMutex.get());
     if (historyCleared || !clearHistoryButton || !copyButton)
-        return;
-    // The window was closed and opened again before an earlier load began: its rows will come
-    // again with the load that was asked for last.
-    if (loadsOutstanding > 0)
         return;
     historyRows->prepend(time, fileName, path);
 }
@@ -251,11 +263,6 @@ void MainWindow::slotClipboardSetTextEva(QString text)
 void MainWindow::setHistoryButtonEnabledEva(bool enabled, int n)
 {
     if (!clearHistoryButton || !copyButton)
-        return;
-    if (n == LoadPhase::Begun && loadsOutstanding > 0)
-        --loadsOutstanding;
-    // A load that goes on after its rows were cleared has nothing to offer any more.
-    if (enabled && historyCleared)
         return;
     if (n == LoadPhase::Complete || n == LoadPhase::Begun)
         copyButton->setEnabled(enabled);

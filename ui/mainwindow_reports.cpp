@@ -21,6 +21,8 @@ void MainWindow::alertDialogEva(uint reasons)
 void MainWindow::showResultDialogEva(uint first, uint succeeded, uint failed)
 {
     Q_UNUSED(first)
+    if (!mainTable || !selectAllCheckBox)
+        return;
     for (int row = 0; row < mainTable->rowCount(); ++row) {
         if (ZZTableCell *cell = cellAt(row))
             cell->setChecked(false);

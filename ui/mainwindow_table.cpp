@@ -146,7 +146,7 @@ void MainWindow::slotMoveTable(int x, int y)
 {
     Q_UNUSED(x)
     constexpr int wholePercent = 100;
-    if (mainTable)
+    if (mainTable && tableHost)
         mainTable->move(0, (tableHost->height() - mainTable->height()) * y / wholePercent);
 }
 

@@ -5,6 +5,7 @@
 
 #include "ui/accessiblerows.h"
 
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 namespace
@@ -30,7 +31,18 @@ RowTable::RowTable(int rows, int columns, QWidget *parent)
     : QTableWidget(rows, columns, parent)
 {
     installAccessibleRows();
+    // There are no items to edit, yet a cell without a widget would open a text field.
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
     setItemDelegate(new CellFiller(this));
+}
+
+/// The scroll bar of a long table takes width from the columns. They could then be scrolled
+/// sideways, away from the headings that lie over the table.
+void RowTable::updateGeometries()
+{
+    QTableWidget::updateGeometries();
+    horizontalScrollBar()->setRange(0, 0);
 }
 
 void RowTable::announceRow(int row)

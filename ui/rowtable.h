@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A table whose rows each have one widget, and no items. Screen readers meet it as
-// a list of those rows. Lives in the GUI thread and belongs to its window.
+// A table whose rows each have one widget, and no items. It is looked at, not edited,
+// and scrolls up and down only; Tab leaves it. Screen readers meet it as a list of those rows.
+// Lives in the GUI thread and belongs to its window.
 
 #pragma once
 
@@ -21,5 +22,6 @@ public:
     void announceRow(int row);
 
 protected:
+    void updateGeometries() override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 };

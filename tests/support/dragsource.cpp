@@ -5,13 +5,16 @@
 // from which the pointer drags files, raw URLs or plain text, as often as asked.
 //
 //     dragsource --at X,Y PATH...
+//     dragsource --at X,Y --propose-move PATH...
+//     dragsource --at X,Y --offer-move PATH...
 //     dragsource --at X,Y --url URL...
 //     dragsource --at X,Y --text TEXT
 //
 // It prints "ready" once, and for each drag "begin", "over ACTION" whenever the
 // target under the pointer changes its mind, "end ACTION" with what the drop came
 // to, and "given" when the target fetches the data, which is after the end of the
-// drag: the program has to live on until then. ACTION is copy or ignore.
+// drag: the program has to live on until then. ACTION is copy, move or ignore. A copy is
+// offered and proposed, unless a move is proposed beside it or is all that is offered.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -30,7 +33,14 @@ constexpr QSize windowSize{120, 80};
 
 const char *nameOf(Qt::DropAction action)
 {
-    return action == Qt::IgnoreAction ? "ignore" : "copy";
+    switch (action) {
+    case Qt::CopyAction:
+        return "copy";
+    case Qt::MoveAction:
+        return "move";
+    default:
+        return "ignore";
+    }
 }
 
 void print(const char *event, const char *detail = "")
@@ -71,6 +81,8 @@ public:
 
     QList<QUrl> urls;
     QString text;
+    Qt::DropActions offered = Qt::CopyAction;
+    Qt::DropAction proposed = Qt::CopyAction;
 
 protected:
     void paintEvent(QPaintEvent *event) override
@@ -103,7 +115,7 @@ private:
         connect(drag, &QDrag::actionChanged, this,
                 [](Qt::DropAction action) { print("over ", nameOf(action)); });
         print("begin");
-        print("end ", nameOf(drag->exec(Qt::CopyAction)));
+        print("end ", nameOf(drag->exec(offered, proposed)));
     }
 
     QTimer given;
@@ -127,7 +139,11 @@ int main(int argc, char *argv[])
                                 QStringLiteral("X,Y"), QStringLiteral("0,0"));
     const QCommandLineOption asUrls(QStringLiteral("url"), QStringLiteral("Drag raw URLs."));
     const QCommandLineOption asText(QStringLiteral("text"), QStringLiteral("Drag plain text."));
-    parser.addOptions({at, asUrls, asText});
+    const QCommandLineOption proposeMove(QStringLiteral("propose-move"),
+                                         QStringLiteral("Propose a move, offer a copy too."));
+    const QCommandLineOption offerMove(QStringLiteral("offer-move"),
+                                       QStringLiteral("Offer a move only."));
+    parser.addOptions({at, asUrls, asText, proposeMove, offerMove});
     parser.addPositionalArgument(QStringLiteral("content"), QStringLiteral("What is dragged."));
     parser.process(application);
 
@@ -139,6 +155,12 @@ int main(int argc, char *argv[])
         for (const QString &item : content)
             source.urls.append(parser.isSet(asUrls) ? QUrl(item) : QUrl::fromLocalFile(item));
     }
+    if (parser.isSet(proposeMove) || parser.isSet(offerMove))
+        source.proposed = Qt::MoveAction;
+    if (parser.isSet(proposeMove))
+        source.offered = Qt::CopyAction | Qt::MoveAction;
+    if (parser.isSet(offerMove))
+        source.offered = Qt::MoveAction;
     // Without the window manager's help the window stands exactly where asked.
     source.setWindowFlags(Qt::X11BypassWindowManagerHint);
     source.setGeometry(QRect(pointFrom(parser.value(at)), windowSize));
