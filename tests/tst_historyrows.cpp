@@ -96,7 +96,8 @@ void TestHistoryRows::fill(int count)
 {
     for (int number = 0; number < count; ++number)
         prepend(number);
-    QTRY_COMPARE(table->rowCount(), count);
+    QTRY_COMPARE(namesInView(), expectedInView(count - 1));
+    QCOMPARE(table->rowCount(), count);
 }
 
 /// What stands in each row that can be seen at least in part, from top to bottom.
@@ -202,9 +203,9 @@ void TestHistoryRows::rowsArrivingWhileScrolledKeepTheViewRight()
     table->verticalScrollBar()->setValue(40);
     for (int number = 100; number < 200; ++number)
         prepend(number);
-    QTRY_COMPARE(table->rowCount(), 200);
+    QTRY_COMPARE(namesInView(), expectedInView(199));
+    QCOMPARE(table->rowCount(), 200);
     QCOMPARE(table->verticalScrollBar()->value(), 40);
-    QCOMPARE(namesInView(), expectedInView(199));
 }
 
 void TestHistoryRows::removedRowsCloseTheGap()
@@ -235,6 +236,7 @@ void TestHistoryRows::clearingTakesEveryRowAway()
         prepend(number);
     rows->clear();
     QCOMPARE(table->rowCount(), 0);
+    QVERIFY(table->updatesEnabled());
     QTRY_VERIFY(frames().isEmpty());
     QCOMPARE(table->rowCount(), 0);
 }

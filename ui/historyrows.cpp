@@ -15,8 +15,12 @@ namespace
 
 constexpr int rowHeight = 30;
 constexpr int screenRefreshMilliseconds = 16;
-/// Up to this many rows, about two screens, each row is shown as it arrives.
+/// Up to this many rows, about two screens, each row is drawn as it arrives. To draw the table
+/// takes far longer than to add a row.
 constexpr int rowsShownAtOnce = 30;
+/// Up to this many rows, each is in the table as it arrives. To add one takes the longer the more
+/// there are; what comes later is added in steps.
+constexpr int rowsAddedAtOnce = 10000;
 /// Rows beyond either end of the view that have a frame, for the wheel.
 constexpr int rowsNearView = 3;
 
@@ -39,11 +43,13 @@ HistoryRows::HistoryRows(QTableWidget *owner, QWidget *parentOfFrames)
 void HistoryRows::prepend(const QString &time, const QString &fileName, const QString &path)
 {
     entries.append(Entry{time, fileName, path});
-    // A table grows and moves its frames at a cost that grows with its rows, so a long history
-    // is shown in steps that nobody can see.
     if (entries.size() <= rowsShownAtOnce || sinceShown.elapsed() >= screenRefreshMilliseconds)
-        show();
-    else if (!showTimer.isActive())
+        return show();
+    if (entries.size() <= rowsAddedAtOnce) {
+        table->setUpdatesEnabled(false);
+        table->setRowCount(entries.size());
+    }
+    if (!showTimer.isActive())
         showTimer.start(screenRefreshMilliseconds);
 }
 
@@ -63,6 +69,7 @@ void HistoryRows::clear()
     entries.clear();
     frames.clear();
     table->setRowCount(0);
+    table->setUpdatesEnabled(true);
 }
 
 void HistoryRows::show()
@@ -71,6 +78,7 @@ void HistoryRows::show()
     // The rows are alike but for their frames, so it does not matter at which end they come
     // and go; at the bottom it costs least.
     table->setRowCount(entries.size());
+    table->setUpdatesEnabled(true);
     fillView();
     sinceShown.restart();
 }

@@ -4,8 +4,8 @@
 // The rows of the history table, newest on top. A history can have hundreds of
 // thousands of entries, so every entry keeps its texts, but only the rows in and
 // next to the view have a frame with labels; scrolling brings the others. Rows
-// that stream in are shown in steps of a screen refresh. Lives in the GUI
-// thread; owned by the table.
+// that stream in are drawn in steps of a screen refresh. Lives in the GUI thread;
+// owned by the table.
 
 #pragma once
 
@@ -35,14 +35,15 @@ public:
     /// @p frameParent.
     HistoryRows(QTableWidget *table, QWidget *frameParent);
 
-    /// Puts an entry on top. It is visible at the next screen refresh at the latest.
+    /// Puts an entry on top. One of the first 10,000 has its row in the table at once, a later one
+    /// at the next screen refresh at the latest; it is drawn then.
     void prepend(const QString &time, const QString &fileName, const QString &path);
     /// Takes away row @p row, counted from the top; a row that does not exist is ignored.
     void remove(int row);
     /// Takes away every row, at once.
     void clear();
 
-    /// Rows in all, those included that the next screen refresh will show.
+    /// Rows in all, those included that the next screen refresh will add.
     int count() const { return entries.size(); }
     /// The entry in @p row, which there must be, counted from the top.
     const Entry &entryAt(int row) const { return entries.at(entries.size() - 1 - row); }
