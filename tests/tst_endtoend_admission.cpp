@@ -28,6 +28,7 @@ private slots:
     void pathAddedTwiceIsReported();
     void systemFolderIsReported();
     void severalReasonsMakeAnotherReport();
+    void rowsAreNeitherEditedNorShifted();
     void selectAllTicksAndUnticksEveryRow();
     void removeButtonTakesOnlyTickedRows();
 
@@ -177,6 +178,28 @@ void TestEndToEndAdmission::severalReasonsMakeAnotherReport()
     QCOMPARE(shredder->rowsShown(), 0);
     // The reason is named once, however many paths have it.
     QCOMPARE(reportAfterDropping({missing, missing}, dialog::reportOk), one);
+}
+
+void TestEndToEndAdmission::rowsAreNeitherEditedNorShifted()
+{
+    constexpr int sidewaysWheel = 7;
+    QVERIFY(openWith({tree->makeFile(QStringLiteral("file"), 1)}));
+    const QImage table = shredder->picture(mainwindow::table);
+    const QImage button = shredder->picture(mainwindow::crushButton);
+    const QPoint window = mainwindow::onScreen.topLeft();
+    const QPoint endOfRow = window + mainwindow::rowOrigin(0) + QPoint(790, 15);
+    desktop.click(endOfRow);
+    desktop.click(endOfRow);
+    desktop.pressKey(QStringLiteral("F2"));
+    desktop.type(QStringLiteral("typed"));
+    desktop.pressButton(sidewaysWheel);
+    desktop.releaseButton(sidewaysWheel);
+    // A button that lights up tells that all this has arrived, and takes no focus.
+    desktop.movePointer(window + mainwindow::crushButton.center());
+    QTRY_VERIFY_WITH_TIMEOUT(!samePixels(shredder->picture(mainwindow::crushButton), button),
+                             patience);
+    keepPicture("rows-after-keys");
+    QVERIFY(samePixels(shredder->picture(mainwindow::table), table));
 }
 
 void TestEndToEndAdmission::selectAllTicksAndUnticksEveryRow()
