@@ -39,7 +39,9 @@ endforeach()
 
 intercept(tst_mainwindow_posts _ZN5Walle11postCommandEi) # what the window asks for, unheard
 
-target_sources(tst_soak PRIVATE support/restlessuser.cpp support/restlessuser.h)
+target_sources(tst_soak PRIVATE
+  support/guiwatchdog.cpp support/guiwatchdog.h support/restlessuser.cpp support/restlessuser.h)
+set_target_properties(tst_soak PROPERTIES ENABLE_EXPORTS ON) # stacks with names
 target_link_libraries(tst_soak PRIVATE modelsupport)
 set_property(TEST tst_soak APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
 

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "guiwatchdog.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <cstdio>
+#include <ctime>
+
+#include <csignal>
+#include <execinfo.h>
+#include <semaphore.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace testsupport
+{
+
+namespace
+{
+
+constexpr int turn = 10;          // milliseconds
+constexpr int noticeable = 1000;  // milliseconds of a standstill
+constexpr int deepestStack = 100; // calls
+sem_t printed;
+
+void printOwnStack(int)
+{
+    void *calls[deepestStack];
+    ::backtrace_symbols_fd(calls, ::backtrace(calls, deepestStack), STDERR_FILENO);
+    ::sem_post(&printed);
+}
+
+/// A first call loads a library, which a signal handler must not do.
+void prepareStacks()
+{
+    void *call = nullptr;
+    ::backtrace(&call, 1);
+    ::sem_init(&printed, 0, 0);
+    struct sigaction action = {};
+    action.sa_handler = printOwnStack;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(SIGUSR2, &action, nullptr);
+}
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
+}
+
+/// By a signal, not by a debugger: that is loaded only when the standstill is over. A thread that
+/// the kernel holds answers when it is let go, and shows the call that held it.
+void printAllStacks()
+{
+    constexpr int longestWait = 5; // seconds
+    const QString tasks = QStringLiteral("/proc/self/task/");
+    const QStringList threads = QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &id : threads) {
+        const QByteArray stat = contentsOf(tasks + id + QStringLiteral("/stat"));
+        std::fprintf(stderr, "thread %s, in the kernel at %s:\n%s\n",
+                     stat.left(stat.lastIndexOf(')') + 3).constData(),
+                     contentsOf(tasks + id + QStringLiteral("/wchan")).constData(),
+                     contentsOf(tasks + id + QStringLiteral("/stack")).constData());
+        if (id.toInt() == ::gettid() || ::syscall(SYS_tgkill, ::getpid(), id.toInt(), SIGUSR2) != 0)
+            continue;
+        timespec deadline = {};
+        ::clock_gettime(CLOCK_REALTIME, &deadline);
+        deadline.tv_sec += longestWait;
+        ::sem_timedwait(&printed, &deadline);
+    }
+}
+
+} // namespace
+
+GuiWatchdog::GuiWatchdog(int milliseconds)
+    : delays("/proc/self/task/" + QByteArray::number(::gettid()) + "/schedstat")
+    , thread([this, milliseconds] { watch(milliseconds); })
+{
+    prepareStacks();
+    QObject::connect(&heart, &QTimer::timeout, &heart, [this] { beaten = true; });
+    heart.start(turn);
+}
+
+GuiWatchdog::~GuiWatchdog()
+{
+    done.release();
+    thread.join();
+}
+
+void GuiWatchdog::watch(int milliseconds)
+{
+    QElapsedTimer sinceBeat;
+    sinceBeat.start();
+    qint64 delayAtBeat = delay();
+    bool stacksPrinted = false;
+    while (!done.tryAcquire(1, turn)) {
+        if (beaten.exchange(false)) {
+            sinceBeat.restart();
+            delayAtBeat = delay();
+            stacksPrinted = false;
+            continue;
+        }
+        const auto still = static_cast<int>(sinceBeat.elapsed() - (delay() - delayAtBeat));
+        most = qMax(most.load(), still);
+        if (still > qMin(noticeable, milliseconds) && !stacksPrinted) {
+            printAllStacks();
+            stacksPrinted = true;
+        }
+        if (still > milliseconds)
+            qFatal("the window has not moved for %d milliseconds", still);
+    }
+}
+
+/// Milliseconds that the watched thread has waited for a processor in its life.
+qint64 GuiWatchdog::delay() const
+{
+    constexpr qint64 nanosecondsInOne = 1000000;
+    const QByteArray statistics = contentsOf(QString::fromLatin1(delays));
+    return statistics.split(' ').value(1).toLongLong() / nanosecondsInOne;
+}
+
+} // namespace testsupport
