@@ -15,6 +15,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <future>
 #include <memory>
 
 namespace testsupport
@@ -56,6 +57,7 @@ private:
     QStringList someFiles();
     QString nextName();
     void answerEveryDialog();
+    void noteClipboard();
     void letTheWorkerAnswer();
     bool isHistoryOpen() const { return shown.find("historyWindow")->isVisible(); }
     QString runState() const { return shown.textOf("crushButton"); }
@@ -64,6 +66,7 @@ private:
     ShownWindow shown;
     DialogDriver answers;
     std::unique_ptr<TemporaryTree> tree;
+    std::future<void> leavingFiles;
     QStringList shownFiles;
     QStringList chosen; ///< for the file dialog that opens next
     QString neverShown;
