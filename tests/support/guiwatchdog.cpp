@@ -22,6 +22,10 @@ namespace testsupport
 namespace
 {
 
+/// Places in a thread's schedstat.
+constexpr int onProcessor = 0;
+constexpr int readyToRun = 1;
+
 constexpr int turn = 10;          // milliseconds
 constexpr int noticeable = 1000;  // milliseconds of a standstill
 constexpr int deepestStack = 100; // calls
@@ -76,9 +80,9 @@ void printAllStacks()
 
 } // namespace
 
-GuiWatchdog::GuiWatchdog(int milliseconds)
-    : delays("/proc/self/task/" + QByteArray::number(::gettid()) + "/schedstat")
-    , thread([this, milliseconds] { watch(milliseconds); })
+GuiWatchdog::GuiWatchdog(int tooLong)
+    : statistics("/proc/self/task/" + QByteArray::number(::gettid()) + "/schedstat")
+    , thread([this, tooLong] { watch(tooLong); })
 {
     prepareStacks();
     QObject::connect(&heart, &QTimer::timeout, &heart, [this] { beaten = true; });
@@ -91,36 +95,41 @@ GuiWatchdog::~GuiWatchdog()
     thread.join();
 }
 
-void GuiWatchdog::watch(int milliseconds)
+void GuiWatchdog::watch(int tooLong)
 {
     QElapsedTimer sinceBeat;
     sinceBeat.start();
-    qint64 delayAtBeat = delay();
+    qint64 runAtBeat = milliseconds(onProcessor);
+    qint64 delayAtBeat = milliseconds(readyToRun);
     bool stacksPrinted = false;
     while (!done.tryAcquire(1, turn)) {
         if (beaten.exchange(false)) {
             sinceBeat.restart();
-            delayAtBeat = delay();
+            runAtBeat = milliseconds(onProcessor);
+            delayAtBeat = milliseconds(readyToRun);
             stacksPrinted = false;
             continue;
         }
-        const auto still = static_cast<int>(sinceBeat.elapsed() - (delay() - delayAtBeat));
+        const qint64 delay = milliseconds(readyToRun) - delayAtBeat;
+        const auto still = static_cast<int>(sinceBeat.elapsed() - delay);
         most = qMax(most.load(), still);
-        if (still > qMin(noticeable, milliseconds) && !stacksPrinted) {
+        if (still > qMin(noticeable, tooLong) && !stacksPrinted) {
+            std::fprintf(stderr, "no event for %lld ms: %lld on a processor, %lld ready to run\n",
+                         sinceBeat.elapsed(), milliseconds(onProcessor) - runAtBeat, delay);
             printAllStacks();
             stacksPrinted = true;
         }
-        if (still > milliseconds)
+        if (still > tooLong)
             qFatal("the window has not moved for %d milliseconds", still);
     }
 }
 
-/// Milliseconds that the watched thread has waited for a processor in its life.
-qint64 GuiWatchdog::delay() const
+/// What the watched thread has spent so in its life.
+qint64 GuiWatchdog::milliseconds(int statistic) const
 {
     constexpr qint64 nanosecondsInOne = 1000000;
-    const QByteArray statistics = contentsOf(QString::fromLatin1(delays));
-    return statistics.split(' ').value(1).toLongLong() / nanosecondsInOne;
+    const QByteArray all = contentsOf(QString::fromLatin1(statistics));
+    return all.split(' ').value(statistic).toLongLong() / nanosecondsInOne;
 }
 
 } // namespace testsupport

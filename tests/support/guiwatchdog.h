@@ -21,8 +21,8 @@ namespace testsupport
 class GuiWatchdog
 {
 public:
-    /// Ends the program after a standstill of @p milliseconds.
-    explicit GuiWatchdog(int milliseconds);
+    /// Ends the program after a standstill of @p tooLong milliseconds.
+    explicit GuiWatchdog(int tooLong);
     ~GuiWatchdog();
     GuiWatchdog(const GuiWatchdog &) = delete;
     GuiWatchdog &operator=(const GuiWatchdog &) = delete;
@@ -31,10 +31,10 @@ public:
     int longest() const { return most; }
 
 private:
-    void watch(int milliseconds);
-    qint64 delay() const;
+    void watch(int tooLong);
+    qint64 milliseconds(int statistic) const;
 
-    const QByteArray delays;
+    const QByteArray statistics;
     QTimer heart;
     std::atomic<bool> beaten{false};
     std::atomic<int> most{0};
