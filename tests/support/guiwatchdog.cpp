@@ -65,10 +65,11 @@ void printAllStacks()
     const QStringList threads = QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &id : threads) {
         const QByteArray stat = contentsOf(tasks + id + QStringLiteral("/stat"));
-        std::fprintf(stderr, "thread %s, in the kernel at %s:\n%s\n",
-                     stat.left(stat.lastIndexOf(')') + 3).constData(),
-                     contentsOf(tasks + id + QStringLiteral("/wchan")).constData(),
-                     contentsOf(tasks + id + QStringLiteral("/stack")).constData());
+        static_cast<void>(
+            std::fprintf(stderr, "thread %s, in the kernel at %s:\n%s\n",
+                         stat.left(stat.lastIndexOf(')') + 3).constData(),
+                         contentsOf(tasks + id + QStringLiteral("/wchan")).constData(),
+                         contentsOf(tasks + id + QStringLiteral("/stack")).constData()));
         if (id.toInt() == ::gettid() || ::syscall(SYS_tgkill, ::getpid(), id.toInt(), SIGUSR2) != 0)
             continue;
         timespec deadline = {};
@@ -114,8 +115,9 @@ void GuiWatchdog::watch(int tooLong)
         const auto still = static_cast<int>(sinceBeat.elapsed() - delay);
         most = qMax(most.load(), still);
         if (still > qMin(noticeable, tooLong) && !stacksPrinted) {
-            std::fprintf(stderr, "no event for %lld ms: %lld on a processor, %lld ready to run\n",
-                         sinceBeat.elapsed(), milliseconds(onProcessor) - runAtBeat, delay);
+            static_cast<void>(std::fprintf(
+                stderr, "no event for %lld ms: %lld on a processor, %lld ready to run\n",
+                sinceBeat.elapsed(), milliseconds(onProcessor) - runAtBeat, delay));
             printAllStacks();
             stacksPrinted = true;
         }
