@@ -17,6 +17,7 @@
 #include <QTranslator>
 
 #include <cstdlib>
+#include <memory>
 
 #include <unistd.h>
 
@@ -58,14 +59,13 @@ void applyUserFont()
 
 int runApplication(int &argc, char **argv)
 {
-    drawWithoutOpenGl();
-    QApplication application(argc, argv);
+    const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     QTranslator translator;
-    installTranslation(application, translator);
+    installTranslation(*application, translator);
     applyUserFont();
     MainWindow window;
     window.show();
-    QObject::connect(&window, &MainWindow::quit, &application, &QApplication::quit);
+    QObject::connect(&window, &MainWindow::quit, application.get(), &QApplication::quit);
     return QApplication::exec();
 }
 

@@ -16,6 +16,7 @@
 #include <QApplication>
 
 #include <cstdlib>
+#include <memory>
 
 namespace
 {
@@ -42,8 +43,7 @@ void measureRows(WindowProbe &probe, const QStringList &paths)
 
 int main(int argc, char **argv)
 {
-    drawWithoutOpenGl();
-    QApplication application(argc, argv);
+    const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     const QString what = arguments.value(0);
     const QStringList paths = arguments.mid(1);

@@ -174,11 +174,14 @@ void TestFonts::eachFont()
 {
     QTest::addColumn<QString>("family");
     QTest::addColumn<int>("points");
-    for (const int points : {9, 10, 11}) {
+    // The last two are 12 points on the densest screens that are not scaled: of 107 dots per inch,
+    // and with Qt before 5.14, which scales by whole numbers, of 143.
+    for (const int points : {8, 9, 10, 11, 12, 13, 18}) {
         for (const char *family : {"Noto Sans CJK SC", "WenQuanYi Micro Hei"})
             QTest::addRow("%s %d", family, points) << QString::fromLatin1(family) << points;
     }
-    QTest::newRow("font file in the home folder") << fileFamily << 9;
+    for (const int points : {9, 13, 18})
+        QTest::addRow("font file in the home folder %d", points) << fileFamily << points;
 }
 
 /// False when the machine has no such font.

@@ -5,13 +5,11 @@
 
 #pragma once
 
-#include <QtGlobal>
+#include <QApplication>
 
-/// Before the application is constructed: windows drawn by the processor need no OpenGL, and
-/// loading it takes a third of the start and a third of the memory. Whoever set the variable has
-/// their reasons.
-inline void drawWithoutOpenGl()
-{
-    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
-        qputenv("QT_XCB_GL_INTEGRATION", "none");
-}
+#include <memory>
+
+/// Makes the application of a program with windows, in units that are as many pixels of the screen
+/// as the desktop asks for, fractions included, and drawn without OpenGL. What the user's
+/// environment says about either goes before. Once, by the main thread.
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv);

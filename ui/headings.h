@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "ui/textsize.h"
 #include "widgets/windowpalette.h"
 
 #include <QLabel>
@@ -13,8 +14,9 @@
 /// begin, or at the padding of its sheet where that is further in.
 inline void startTextAt(QLabel *heading, int pixels)
 {
-    // The sheet names no colour for the text.
+    // The sheet names neither colour nor size for the text.
     heading->setPalette(windowPalette());
+    limitTextSize(heading);
     heading->ensurePolished(); // the padding comes from the sheet
     heading->setIndent(qMax(0, pixels - heading->contentsRect().left()));
 }

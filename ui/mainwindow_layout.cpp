@@ -8,6 +8,7 @@
 
 #include "ui/headings.h"
 #include "ui/rowtable.h"
+#include "ui/textsize.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
 #include "widgets/windowpalette.h"
@@ -276,6 +277,8 @@ void MainWindow::addBottomButtons()
         addFlatButton(this, crushPlace, stylesheets::crushButton(), QStringLiteral("粉碎文件"));
     crushButton->setObjectName(QStringLiteral("crushButton"));
     crushButton->setEnabled(false);
+    for (QWidget *widget : QWidgetList{selectAllCheckBox, addButton, removeButton, crushButton})
+        limitTextSize(widget);
 }
 
 namespace
