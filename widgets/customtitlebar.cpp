@@ -5,12 +5,31 @@
 
 #include "accessiblewidgets.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
+#include <QWindow>
 
 namespace
 {
+
 constexpr int buttonSlotWidth = 32;
+
+/// A Wayland client cannot move its window. It can ask the compositor to do so as long as the
+/// button is held, which takes the press as the reason: false where that is not the way, or
+/// before Qt 5.15.
+bool isMovedByCompositor(const QWidget *window)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
+    QWindow *handle = window->windowHandle();
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) && handle != nullptr
+           && handle->startSystemMove();
+#else
+    Q_UNUSED(window)
+    return false;
+#endif
 }
+
+} // namespace
 
 CustomTitleBar::CustomTitleBar(QWidget *parent)
     : QLabel(parent)
@@ -50,6 +69,8 @@ void CustomTitleBar::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton) {
         grabPoint = mapToParent(pressed);
         event->accept();
+        if (isMovedByCompositor(window()))
+            dragging = false;
     }
 }
 

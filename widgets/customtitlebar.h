@@ -3,7 +3,8 @@
 
 // The title strip of a frameless window: while a mouse button is held on it, the
 // window follows the pointer. Lives in the GUI thread and belongs to the window
-// it moves.
+// it moves. As a Wayland client it leaves the moving to the compositor, for the left
+// button only.
 
 #pragma once
 

@@ -59,22 +59,22 @@ DesktopSession::~DesktopSession()
     server.end();
 }
 
-bool DesktopSession::start()
+bool DesktopSession::start(const QSize &size, int dotsPerInch)
 {
-    return startServer() && startWindowManager();
+    return startServer(size, dotsPerInch) && startWindowManager();
 }
 
-bool DesktopSession::startServer()
+bool DesktopSession::startServer(const QSize &size, int dotsPerInch)
 {
     // Access control is off because a second user's shredder shows itself here
     // too; nothing but test windows is ever on this screen.
     server.setStandardErrorFile(scratch.filePath(QStringLiteral("server-messages")));
+    const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
     server.start(QStringLiteral("Xvfb"),
                  {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                  QStringLiteral("0"), QStringLiteral("1920x1080x24"), QStringLiteral("-dpi"),
-                  QStringLiteral("96"), QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                  QStringLiteral("-ac"), QStringLiteral("-noreset"), QStringLiteral("-fbdir"),
-                  scratch.path()});
+                  QStringLiteral("0"), screen, QStringLiteral("-dpi"), number(dotsPerInch),
+                  QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-ac"),
+                  QStringLiteral("-noreset"), QStringLiteral("-fbdir"), scratch.path()});
     while (!server.canReadLine() && server.waitForReadyRead(patience))
         continue;
     const QByteArray line = server.readLine().trimmed();

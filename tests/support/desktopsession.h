@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QRect>
+#include <QSize>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVector>
@@ -30,8 +31,9 @@ public:
     DesktopSession(const DesktopSession &) = delete;
     DesktopSession &operator=(const DesktopSession &) = delete;
 
-    /// Starts server and window manager; false, with a problem(), when that fails.
-    bool start();
+    /// Starts server and window manager, with a screen of @p size pixels that says @p dotsPerInch;
+    /// false, with a problem(), when that fails.
+    bool start(const QSize &size = QSize(1920, 1080), int dotsPerInch = 96);
     QString problem() const { return problemText; }
     QString display() const { return displayName; }
     /// The least a program needs to show itself here, nothing of the caller's desktop.
@@ -69,7 +71,7 @@ public:
     bool savePicture(const QString &file) const;
 
 private:
-    bool startServer();
+    bool startServer(const QSize &size, int dotsPerInch);
     bool startWindowManager();
     QByteArray xdotool(const QStringList &arguments) const;
     QVector<WindowId> searchWindowsOf(qint64 pid, const QString &title) const;

@@ -3,11 +3,12 @@
 
 // Takes a picture of the program in every state it has.
 //
-//     gallery PICTURE-FOLDER [FONT-FAMILY]
+//     gallery PICTURE-FOLDER [FONT-FAMILY [SCALE]]
 //
 // The program starts a virtual desktop and on it, as another user with a home of
 // their own, itself again; that second process has the windows. The font family
-// is the desktop's default, however it is set up outside.
+// is the desktop's default, however it is set up outside. The scale, 1 if none is
+// given, is how many pixels a unit of the windows has.
 
 #include "desktopsession.h"
 #include "galleryscenes.h"
@@ -15,6 +16,7 @@
 #include "tiedprocess.h"
 
 #include "controller/walle.h"
+#include "ui/drawing.h"
 
 #include <QApplication>
 #include <QDir>
@@ -22,6 +24,7 @@
 #include <QTextStream>
 
 #include <cstdlib>
+#include <memory>
 
 using namespace testsupport;
 
@@ -69,12 +72,16 @@ int takePictures(const QDir &folder)
     return EXIT_SUCCESS;
 }
 
-int directPhotographer(const QString &program, const QString &folder, const QString &family)
+int directPhotographer(const QString &program, const QString &folder, const QString &family,
+                       qreal scale)
 {
+    constexpr QSize screen(1920, 1080);
+    constexpr int dotsPerInch = 96;
     DesktopSession desktop;
     const ShredderUser user;
     const QString fonts = user.inHome(QStringLiteral("fonts.conf"));
-    if (!QDir().mkpath(folder) || !desktop.start() || !writeFontSetup(fonts, family)) {
+    if (!QDir().mkpath(folder) || !desktop.start(screen * scale, qRound(dotsPerInch * scale))
+        || !writeFontSetup(fonts, family)) {
         QTextStream(stderr) << "No desktop to take pictures of. " << desktop.problem() << '\n';
         return EXIT_FAILURE;
     }
@@ -95,7 +102,7 @@ int directPhotographer(const QString &program, const QString &folder, const QStr
 int main(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], onTheDesktop) == 0) {
-        QApplication application(argc, argv);
+        const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
         const int status = takePictures(QDir(QString::fromLocal8Bit(argv[2])));
         // The controllers of the windows still run and are never joined.
         QTextStream(stdout).flush();
@@ -103,11 +110,12 @@ int main(int argc, char **argv)
     }
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 2 || arguments.size() > 3) {
-        QTextStream(stderr) << "usage: gallery PICTURE-FOLDER [FONT-FAMILY]\n";
+    const qreal scale = arguments.value(3, QStringLiteral("1")).toDouble();
+    if (arguments.size() < 2 || arguments.size() > 4 || scale < 1) {
+        QTextStream(stderr) << "usage: gallery PICTURE-FOLDER [FONT-FAMILY [SCALE]]\n";
         return EXIT_FAILURE;
     }
     return directPhotographer(QCoreApplication::applicationFilePath(),
                               QDir(arguments.at(1)).absolutePath(),
-                              arguments.value(2, QStringLiteral("Noto Sans CJK SC")));
+                              arguments.value(2, QStringLiteral("Noto Sans CJK SC")), scale);
 }

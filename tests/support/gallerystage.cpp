@@ -38,8 +38,8 @@ void mouse(const QStringList &arguments)
 
 void movePointer(const QPoint &position)
 {
-    mouse({QStringLiteral("mousemove"), QString::number(position.x()),
-           QString::number(position.y())});
+    const QPoint pixel = position * qApp->devicePixelRatio();
+    mouse({QStringLiteral("mousemove"), QString::number(pixel.x()), QString::number(pixel.y())});
     if (!eventually([&] { return QCursor::pos() == position; }))
         qFatal("the pointer does not move");
 }
