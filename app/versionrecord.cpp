@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace
+namespace fileshredder
 {
 
 struct VersionRecord {
@@ -37,21 +37,28 @@ static_assert(offsetof(VersionRecord, executableName) == 192);
 
 constexpr std::size_t reservedBlockSize = 1024;
 
-} // namespace
+} // namespace fileshredder
 
-#define KEPT_IN_SECTION(name)                                                                      \
-    [[gnu::section(name), gnu::used, gnu::retain, gnu::no_reorder, gnu::aligned(32)]]
+// clang emits variables in the order of the source in any case.
+#if __has_cpp_attribute(gnu::no_reorder)
+#define IN_ORDER gnu::no_reorder,
+#else
+#define IN_ORDER
+#endif
+#define PLACED_IN_SECTION(name)                                                                    \
+    [[ gnu::section(name), gnu::used, IN_ORDER gnu::aligned(32), gnu::visibility("hidden") ]]
 
-namespace
-{
+// The link names these two as needed (cmake/versionrecord.cmake); for that their names leave
+// this file, though not the executable.
+extern "C" {
 
 // Filled by the suite's release tooling after the build; the first bytes are how it finds it.
-KEPT_IN_SECTION(".qarvo")
-std::uint8_t reservedBlock[reservedBlockSize] = {0xDE, 0xAD, 0xC0, 0xDE};
+PLACED_IN_SECTION(".qarvo")
+std::uint8_t fileshredderReservedBlock[fileshredder::reservedBlockSize] = {0xDE, 0xAD, 0xC0, 0xDE};
 
-KEPT_IN_SECTION(".version")
-VersionRecord versionRecord = {
-    recordSize,
+PLACED_IN_SECTION(".version")
+fileshredder::VersionRecord fileshredderVersionRecord = {
+    fileshredder::recordSize,
     {3, 0x00410000, 1, 0x04000000},
     {},
     "brenvalesecure",
@@ -61,5 +68,4 @@ VersionRecord versionRecord = {
     "Copyright (c) 2026 Brenvale. Licensed under the MIT License.",
     "fileshredder",
 };
-
-} // namespace
+}

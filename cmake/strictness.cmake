@@ -20,20 +20,11 @@ target_compile_definitions(fileshredder_strictness INTERFACE
   QT_DEPRECATED_WARNINGS
   QT_DISABLE_DEPRECATED_BEFORE=0x050b00)
 
-include(CheckCXXCompilerFlag)
-check_cxx_compiler_flag(-fcf-protection HAVE_CF_PROTECTION) # x86 only
-
-# What users run is hardened: position independent, read-only relocations, guarded
-# stacks, checked library calls and checked jumps; and nothing unused is kept.
-set(optimised "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
-target_compile_options(fileshredder_strictness INTERFACE
-  "$<${optimised}:-fstack-protector-strong;-fstack-clash-protection>"
-  "$<$<AND:${optimised},$<BOOL:${HAVE_CF_PROTECTION}>>:-fcf-protection>"
-  "$<${optimised}:-ffunction-sections;-fdata-sections>")
+# Files of any size, inode numbers and times of any width on 32-bit machines too.
 target_compile_definitions(fileshredder_strictness INTERFACE
-  "$<${optimised}:_FORTIFY_SOURCE=2;_GLIBCXX_ASSERTIONS>")
-target_link_options(fileshredder_strictness INTERFACE
-  -pie "$<${optimised}:-Wl,-z,relro,-z,now,-z,noexecstack,--gc-sections>")
+  _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
+include(cmake/hardening.cmake)
 
 if(FILESHREDDER_COVERAGE)
   # Counted exactly across threads.

@@ -4,14 +4,12 @@
 # What inventory tools read from the built file. The second executable is linked
 # as unkindly as a build can be: everything unused is dropped and the whole
 # program is optimised at once. The third is the program as packagers strip it.
-add_executable(versionrecord_stripped support/emptymain.cpp
-  ${PROJECT_SOURCE_DIR}/app/versionrecord.cpp)
+add_executable(versionrecord_stripped support/emptymain.cpp)
+carry_version_record(versionrecord_stripped)
 target_compile_features(versionrecord_stripped PRIVATE cxx_std_17)
 target_compile_options(versionrecord_stripped PRIVATE -O2 -flto -ffunction-sections -fdata-sections)
 target_link_options(versionrecord_stripped PRIVATE -O2 -flto -Wl,--gc-sections)
 set_target_properties(versionrecord_stripped PROPERTIES AUTOMOC OFF)
-set_source_files_properties(${PROJECT_SOURCE_DIR}/app/versionrecord.cpp PROPERTIES
-  COMPILE_OPTIONS -fno-lto)
 
 set(packaged_executable ${CMAKE_CURRENT_BINARY_DIR}/fileshredder-as-packaged)
 add_custom_command(OUTPUT ${packaged_executable}

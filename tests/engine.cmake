@@ -49,14 +49,6 @@ foreach(name tst_instancelock tst_instancelock_places)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
 endforeach()
 
-# intercept(TARGET CALLS...): the C library calls of the code linked into TARGET
-# go to __wrap_CALL() in the test, which may pass them on to __real_CALL().
-function(intercept name)
-  foreach(call ${ARGN})
-    target_link_options(${name} PRIVATE LINKER:--wrap=${call})
-  endforeach()
-endfunction()
-
 intercept(tst_filecrusher_faults fdopendir fstat openat readdir stat)
 intercept(tst_filecrusher_hugefiles fwrite)
 intercept(tst_filecrusher_writeout

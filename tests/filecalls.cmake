@@ -1,9 +1,11 @@
 # SPDX-FileCopyrightText: 2026 Brenvale
 # SPDX-License-Identifier: MIT
 
-# The C library's checked variants of the calls would pass by those defined there.
+# The C library's checked variants of the calls would pass by those defined there, and
+# asked for files of any size its headers would rename them.
 add_library(filecalls OBJECT support/filecalls.cpp support/filecalls.h)
-target_compile_options(filecalls PRIVATE -U_FORTIFY_SOURCE)
+target_compile_options(filecalls PRIVATE
+  -U_FORTIFY_SOURCE -U_FILE_OFFSET_BITS -U_TIME_BITS)
 target_link_libraries(filecalls PRIVATE fileshredder_strictness)
 set_target_properties(filecalls PROPERTIES AUTOMOC OFF)
 

@@ -5,6 +5,8 @@
 
 #include "eventually.h"
 
+#include <QFileInfo>
+
 #include <csignal>
 
 namespace testsupport
@@ -18,10 +20,13 @@ void DrivenShredder::start(const QString &path, const QProcessEnvironment &base)
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     }
     environment = user.environment(environment);
-    // After a sanitizer's runtime, which comes first in there.
+    // After a sanitizer's runtime, which comes first in there. By its name alone: the list is
+    // divided at spaces, and there may be some in its folder's.
+    const QFileInfo driver(QStringLiteral(SELF_DRIVER_LIBRARY));
     const QString preloaded = QStringLiteral("LD_PRELOAD");
     environment.insert(preloaded,
-                       environment.value(preloaded) + QStringLiteral(" " SELF_DRIVER_LIBRARY));
+                       environment.value(preloaded) + QLatin1Char(' ') + driver.fileName());
+    environment.insert(QStringLiteral("LD_LIBRARY_PATH"), driver.path());
     environment.insert(QStringLiteral("SELFDRIVER_PATH"), path);
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);

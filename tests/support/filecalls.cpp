@@ -59,8 +59,8 @@ CallFate fateOf(FileCall call)
 bool isAboutFile(int descriptor)
 {
     const bool wasAsking = std::exchange(asking, true);
-    struct stat status = {};
-    const bool known = ::fstat(descriptor, &status) == 0;
+    struct stat64 status = {};
+    const bool known = ::fstat64(descriptor, &status) == 0;
     asking = wasAsking;
     return known && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
 }
@@ -166,6 +166,7 @@ PASS_ON(Open, FILE *, nullptr, fopen64, (const char *path, const char *mode), (p
 PASS_ON(Open, FILE *, nullptr, fdopen, (int file, const char *mode) noexcept, (file, mode))
 
 PASS_ON(Look, int, -1, access, (const char *path, int mode) noexcept, (path, mode))
+#if __GLIBC_PREREQ(2, 33)
 PASS_ON(Look, int, -1, stat, (const char *path, struct stat *status) noexcept, (path, status))
 PASS_ON(Look, int, -1, stat64, (const char *path, struct stat64 *status) noexcept, (path, status))
 PASS_ON(Look, int, -1, lstat, (const char *path, struct stat *status) noexcept, (path, status))
@@ -177,6 +178,34 @@ PASS_ON(Look, int, -1, fstatat,
         (folder, name, status, flags))
 PASS_ON(Look, int, -1, fstatat64,
         (int folder, const char *name, struct stat64 *status, int flags) noexcept,
+        (folder, name, status, flags))
+#else
+// The functions that the headers of an older library declare are in every program and call these.
+PASS_ON(Look, int, -1, __xstat, (int version, const char *path, struct stat *status) noexcept,
+        (version, path, status))
+PASS_ON(Look, int, -1, __xstat64, (int version, const char *path, struct stat64 *status) noexcept,
+        (version, path, status))
+PASS_ON(Look, int, -1, __lxstat, (int version, const char *path, struct stat *status) noexcept,
+        (version, path, status))
+PASS_ON(Look, int, -1, __lxstat64, (int version, const char *path, struct stat64 *status) noexcept,
+        (version, path, status))
+PASS_ON(Look, int, -1, __fxstat, (int version, int file, struct stat *status) noexcept,
+        (version, file, status))
+PASS_ON(Look, int, -1, __fxstat64, (int version, int file, struct stat64 *status) noexcept,
+        (version, file, status))
+PASS_ON(Look, int, -1, __fxstatat,
+        (int version, int folder, const char *name, struct stat *status, int flags) noexcept,
+        (version, folder, name, status, flags))
+PASS_ON(Look, int, -1, __fxstatat64,
+        (int version, int folder, const char *name, struct stat64 *status, int flags) noexcept,
+        (version, folder, name, status, flags))
+#endif
+// With times of 64 bits on a machine of 32 bits; nobody calls them elsewhere.
+PASS_ON(Look, int, -1, __stat64_time64, (const char *path, void *status) noexcept, (path, status))
+PASS_ON(Look, int, -1, __lstat64_time64, (const char *path, void *status) noexcept, (path, status))
+PASS_ON(Look, int, -1, __fstat64_time64, (int file, void *status) noexcept, (file, status))
+PASS_ON(Look, int, -1, __fstatat64_time64,
+        (int folder, const char *name, void *status, int flags) noexcept,
         (folder, name, status, flags))
 PASS_ON(Look, int, -1, statx,
         (int folder, const char *name, int flags, unsigned mask, struct statx *status) noexcept,

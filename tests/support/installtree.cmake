@@ -3,11 +3,13 @@
 
 # Installs what is built in BUILD_FOLDER to INSTALL_FOLDER and looks at what came of
 # it: every file at its place and no other, icons of the size that their folder
-# promises, texts with every blank filled in and with VERSION.
+# promises, texts with every blank filled in and with VERSION. It is installed by
+# somebody whose new files nobody else may read, which is not what is installed.
 
 file(REMOVE_RECURSE ${INSTALL_FOLDER})
 execute_process(
-  COMMAND ${CMAKE_COMMAND} --install ${BUILD_FOLDER} --prefix ${INSTALL_FOLDER}
+  COMMAND sh -c "umask 077 && \"$@\"" --
+          ${CMAKE_COMMAND} --install ${BUILD_FOLDER} --prefix ${INSTALL_FOLDER}
   OUTPUT_QUIET RESULT_VARIABLE status)
 if(status)
   message(FATAL_ERROR "the installation failed: ${status}")
@@ -39,6 +41,12 @@ list(SORT expected)
 list(SORT found)
 if(NOT found STREQUAL expected)
   message(SEND_ERROR "expected: ${expected}\ninstalled: ${found}")
+endif()
+
+execute_process(COMMAND find ${INSTALL_FOLDER} ! -perm -o=r -o -type d ! -perm -o=x
+  OUTPUT_VARIABLE closed)
+if(closed)
+  message(SEND_ERROR "not for everybody:\n${closed}")
 endif()
 
 file(READ ${INSTALL_FOLDER}/${metainfo} text)
