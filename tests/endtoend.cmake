@@ -71,3 +71,5 @@ foreach(name tst_endtoend_accessibility tst_endtoend_admission tst_endtoend_ends
     TIMEOUT 600)
 endforeach()
 target_link_libraries(tst_endtoend_medium PRIVATE mediumsupport)
+target_compile_definitions(tst_endtoend_wayland PRIVATE
+  IMAGE_FOLDER="${PROJECT_SOURCE_DIR}/resources/images")
