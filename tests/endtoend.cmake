@@ -59,8 +59,8 @@ target_compile_definitions(endtoendfixture PRIVATE
 # ends, and the program's threads end with the process by design.
 foreach(name tst_endtoend_accessibility tst_endtoend_admission tst_endtoend_ends
              tst_endtoend_filemanager tst_endtoend_history tst_endtoend_medium
-             tst_endtoend_process tst_endtoend_shredding tst_endtoend_wayland
-             tst_endtoend_windows)
+             tst_endtoend_process tst_endtoend_screens tst_endtoend_shredding
+             tst_endtoend_wayland tst_endtoend_windows)
   add_executable(${name} ${name}.cpp)
   target_link_libraries(${name} PRIVATE fileshredder_strictness endtoendfixture)
   add_test(NAME ${name} COMMAND ${name})

@@ -130,7 +130,8 @@ void TestMainWindowTable::rowsShowTheProgramsOwnIcons()
     tree->makeLink(QStringLiteral("dangling"), QStringLiteral("nowhere"));
     (*window)->addRowToMainTableEva(tree->path(name));
     const auto *icon = window->cell(0)->findChild<QLabel *>(QStringLiteral("iconLabel"));
-    QCOMPARE(icon->pixmap(Qt::ReturnByValue).toImage(), QIcon(image).pixmap(16, 16).toImage());
+    QCOMPARE(icon->property("pixmap").value<QPixmap>().toImage(),
+             QIcon(image).pixmap(16, 16).toImage());
 }
 
 void TestMainWindowTable::rowIsThirtyPixelsHighAndFillsTheFirstColumn()

@@ -133,7 +133,7 @@ void TestZZTableCell::iconIsShownAtSixteenPixels()
     QPixmap picture(64, 64);
     picture.fill(Qt::red);
     cell->build(QStringLiteral("/folder/name.txt"), QIcon(picture), QImage(), 0, 0);
-    QCOMPARE(label("iconLabel")->pixmap(Qt::ReturnByValue).size(), QSize(16, 16));
+    QCOMPARE(label("iconLabel")->property("pixmap").value<QPixmap>().size(), QSize(16, 16));
 }
 
 void TestZZTableCell::nameThatFitsIsShownUnchanged()

@@ -36,7 +36,7 @@ QStringList linesOf(const QString &file)
     QFile in(file);
     if (!in.open(QIODevice::ReadOnly))
         return {};
-    return QString::fromUtf8(in.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromUtf8(in.readAll()).split(QLatin1Char('\n'));
 }
 
 } // namespace
