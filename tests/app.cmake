@@ -2,13 +2,18 @@
 # SPDX-License-Identifier: MIT
 
 # What inventory tools read from the built file. The second executable is linked
-# as unkindly as a build can be: everything unused is dropped and the whole
-# program is optimised at once. The third is the program as packagers strip it.
+# as unkindly as a build can be: everything unused is dropped and, where the tools
+# can, the whole program is optimised at once. The third is the program as packagers
+# strip it.
+include(CheckIPOSupported)
+check_ipo_supported(RESULT link_time_optimisation OUTPUT reason LANGUAGES CXX)
 add_executable(versionrecord_stripped support/emptymain.cpp)
 carry_version_record(versionrecord_stripped)
 target_compile_features(versionrecord_stripped PRIVATE cxx_std_17)
-target_compile_options(versionrecord_stripped PRIVATE -O2 -flto -ffunction-sections -fdata-sections)
-target_link_options(versionrecord_stripped PRIVATE -O2 -flto -Wl,--gc-sections)
+set(lto "$<$<BOOL:${link_time_optimisation}>:-flto>")
+target_compile_options(versionrecord_stripped PRIVATE
+  -O2 ${lto} -ffunction-sections -fdata-sections)
+target_link_options(versionrecord_stripped PRIVATE -O2 ${lto} -Wl,--gc-sections)
 set_target_properties(versionrecord_stripped PROPERTIES AUTOMOC OFF)
 
 set(packaged_executable ${CMAKE_CURRENT_BINARY_DIR}/fileshredder-as-packaged)
