@@ -7,9 +7,12 @@ execute_process(COMMAND ${READELF} --wide --sections ${EXECUTABLE}
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "cannot read ${EXECUTABLE}: ${status}")
 endif()
-foreach(section "\\.qarvo +PROGBITS +[0-9a-f]+ [0-9a-f]+ 0*400 "
-                "\\.version +PROGBITS +[0-9a-f]+ [0-9a-f]+ 0*1c0 ")
-  if(NOT sections MATCHES "${section}")
-    message(FATAL_ERROR "${EXECUTABLE} has no section ${section}")
+# Sizes are written in hexadecimal.
+foreach(section ".qarvo=400" ".version=1c0")
+  string(REPLACE "=" ";" name_and_size ${section})
+  list(GET name_and_size 0 name)
+  list(GET name_and_size 1 size)
+  if(NOT sections MATCHES " \\${name} +PROGBITS +[0-9a-f]+ [0-9a-f]+ 0*${size} ")
+    message(FATAL_ERROR "${EXECUTABLE} has no section ${name} of 0x${size} bytes")
   endif()
 endforeach()
