@@ -14,9 +14,9 @@ namespace
 
 constexpr int buttonSlotWidth = 32;
 
-/// A Wayland client cannot move its window. It can ask the compositor to do so as long as the
-/// button is held, which takes the press as the reason: false where that is not the way, or
-/// before Qt 5.15.
+/// A Wayland client cannot move its window, but may ask the compositor to move it as long as the
+/// button is down. Only from within the press event, whose serial number goes with the request.
+/// False on other platforms, and before Qt 5.15.
 bool isMovedByCompositor(const QWidget *window)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
