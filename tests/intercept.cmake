@@ -13,6 +13,7 @@ function(linked_name variable call)
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 extern const void *const address;
 const void *const address = reinterpret_cast<const void *>(&::${call});
@@ -36,10 +37,15 @@ const void *const address = reinterpret_cast<const void *>(&::${call});
 endfunction()
 
 # intercept(TARGET CALLS...): the C library calls of the code linked into TARGET
-# go to __wrap_CALL() in the test, which may pass them on to __real_CALL().
+# go to __wrap_CALL() in the test, which may pass them on to __real_CALL(). A function of
+# C++ is given by the name that the linker knows.
 function(intercept name)
   foreach(call ${ARGN})
-    linked_name(linked ${call})
+    if(call MATCHES "^_Z")
+      set(linked ${call})
+    else()
+      linked_name(linked ${call})
+    endif()
     target_link_options(${name} PRIVATE LINKER:--wrap=${linked})
     if(NOT linked STREQUAL call)
       target_compile_definitions(${name} PRIVATE

@@ -153,6 +153,20 @@ using testsupport::transferred;
     }
 // NOLINTEND(bugprone-macro-parentheses)
 
+/// The same for fcntl, which makes another descriptor when it is told to.
+#define PASS_ON_DUPLICATING(name)                                                                  \
+    int name(int file, int command, ...)                                                           \
+    {                                                                                              \
+        static auto *const real = next<int(int, int, ...)>(#name);                                 \
+        std::va_list rest;                                                                         \
+        va_start(rest, command);                                                                   \
+        void *const argument = va_arg(rest, void *);                                               \
+        va_end(rest);                                                                              \
+        if (command != F_DUPFD_CLOEXEC)                                                            \
+            return real(file, command, argument);                                                  \
+        return performed(FileCall::Open, -1, [&] { return real(file, command, argument); });       \
+    }
+
 // NOLINTBEGIN: the names, and some parameters, are the C library's
 extern "C" {
 PASS_ON_OPENING(open, (const char *path, int flags, ...), (path, flags, mode))
@@ -223,17 +237,8 @@ PASS_ON(WriteOut, int, -1, fdatasync, (int file), (file))
 PASS_ON(WriteOut, int, -1, sync_file_range,
         (int file, off64_t offset, off64_t length, unsigned flags), (file, offset, length, flags))
 
-int fcntl(int file, int command, ...)
-{
-    static auto *const real = next<int(int, int, ...)>("fcntl");
-    std::va_list rest;
-    va_start(rest, command);
-    void *const argument = va_arg(rest, void *);
-    va_end(rest);
-    if (command != F_DUPFD_CLOEXEC)
-        return real(file, command, argument);
-    return performed(FileCall::Open, -1, [&] { return real(file, command, argument); });
-}
+PASS_ON_DUPLICATING(fcntl)
+PASS_ON_DUPLICATING(fcntl64)
 
 int unlinkat(int folder, const char *name, int flags) noexcept
 {

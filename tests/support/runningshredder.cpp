@@ -190,7 +190,7 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
         return QStringLiteral("no drag");
     rest();
     if (!printed.contains("end copy"))
-        return QStringLiteral(printed.contains("end move") ? "move" : "ignore");
+        return printed.contains("end move") ? QStringLiteral("move") : QStringLiteral("ignore");
     // The target fetches the data after the drag is over, so the source stays until
     // the next drag.
     return prints("given", patience) ? QStringLiteral("copy") : QStringLiteral("no interest");
