@@ -19,12 +19,14 @@
 #include <memory>
 
 #include <fcntl.h>
-#include <linux/fs.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+// Defines as macros what older C libraries enumerate in <sys/mount.h>, so it comes after that.
+#include <linux/fs.h>
 
 using testsupport::entryExists;
 using testsupport::inventoryOf;
