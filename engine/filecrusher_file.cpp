@@ -8,7 +8,7 @@
 #include "engine/shredprogress.h"
 #include "engine/treeshredder.h"
 
-#include <cstdio>
+#include <cerrno>
 #include <utility>
 
 #include <sys/stat.h>
@@ -133,7 +133,9 @@ qint64 FileCrusher::shredFileInDirectory(const char *path, quint64 totalBytes, q
     if (statTargetAt(parent.descriptor(), parent.name()).kind == EntryKind::Missing)
         return CrushResult::Success;
     if (totalBytes == 0) {
-        if (std::remove(path) != 0)
+        // As remove(3) does, a directory that is empty is removed too.
+        if (!unlinkAt(parent.descriptor(), parent.name())
+            && (errno != EISDIR || !removeDirectoryAt(parent.descriptor(), parent.name())))
             return CrushResult::RemoveFailed;
         emit addToHistory(QFileInfo(name).absoluteFilePath());
         return CrushResult::Success;

@@ -125,6 +125,10 @@ void TestFileCrusherTreeFile::missingPathIsNothingToDo()
     const QString missing = tree->path(QStringLiteral("missing"));
     QCOMPARE(shred(missing, 100, 0), qint64{0});
     QCOMPARE(shred(missing, 0, 0), qint64{0});
+    const QString folder = tree->makeFolder(QStringLiteral("folder"));
+    QCOMPARE(shred(folder, 0, 0), qint64{0});
+    QVERIFY(!entryExists(folder));
+    log->clear();
     // A dangling link does not exist, as a path is followed.
     const QString dangling = tree->makeLink(QStringLiteral("dangling"), missing);
     QCOMPARE(shred(dangling, 100, 0), qint64{0});
