@@ -17,6 +17,7 @@ import shutil
 import statistics
 import subprocess
 import sys
+import tempfile
 import time
 
 from dirtymemory import DirtyMemory
@@ -119,12 +120,21 @@ def large_file(table, place):
     def on_file(measure):
         return lambda: measure(place.file(LARGE * MEBIBYTE))
 
-    def overwrite(*how):
+    def overwrite(*how, source="/dev/zero"):
         def dd(path):
-            took = milliseconds(["dd", "if=/dev/zero", f"of={path}", "status=none", *how])
+            took = milliseconds(["dd", f"if={source}", f"of={path}", "status=none", *how])
             os.unlink(path)
             return took
         return dd
+
+    # Bytes that no drive finds easy, from memory, and the removal, which takes a while as well.
+    def overwrite_and_remove(path):
+        with tempfile.NamedTemporaryFile(dir="/dev/shm") as source:
+            for _ in range(LARGE):
+                source.write(os.urandom(MEBIBYTE))
+            source.flush()
+            return milliseconds(["sh", "-c", f"dd if={source.name} of='{path}' bs=1M status=none "
+                                             f"conv=notrunc,fdatasync && rm '{path}'"])
 
     def engine(path):
         return ours(place, "benchengine", path)["run_ms"]
@@ -138,10 +148,12 @@ def large_file(table, place):
     name = f"one file of {LARGE} MiB"
     if place.is_disk:
         dd = overwrite("bs=1M", f"count={LARGE}", "conv=notrunc,fdatasync")
-        alone, whole, limit, *peers = rounds(*map(on_file, (engine, window, dd,
-                                                            *map(peer, PEERS.values()))))
+        alone, whole, limit, removed, *peers = rounds(
+            *map(on_file, (engine, window, dd, overwrite_and_remove, *map(peer, PEERS.values()))))
         table.against(f"{name}, whole program", place.name, whole,
-                      "dd bs=1M conv=notrunc,fdatasync", limit, 1.15)
+                      "dd bs=1M conv=notrunc,fdatasync of zeros", limit, 1.15)
+        table.against(f"{name}, whole program", place.name, whole,
+                      "dd bs=1M conv=notrunc,fdatasync of random bytes, and rm", removed, 1.15)
         for told, taken in zip(PEERS, peers):
             table.against(f"{name}, whole program", place.name, whole, told, taken, 1)
     else:
