@@ -11,6 +11,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#ifndef F_OFD_SETLK
+#define F_OFD_SETLK 37 // NOLINT: the C library has it since 2.20
+#endif
+
 namespace instancelock
 {
 

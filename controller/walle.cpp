@@ -91,12 +91,19 @@ bool Walle::takeCommand(int &code)
     const QMutexLocker locker(&queueMutex);
     if (commandQueue.isEmpty())
         return false;
-    // The worker's answer to the last stop would end the run that is to start. It is here within
-    // 40 ms, or when the user has closed the report.
-    if (commandQueue.first() == CommandStartCrush && runPhase == RunPhase::Ended)
+    if (commandQueue.first() == CommandStartCrush && isStartHeld())
         return false;
     code = commandQueue.takeFirst();
     return true;
+}
+
+/// The answer to the last stop would end the new run, and the end of the last would be told in the
+/// middle of it. Either comes within 40 ms, or once the open report is closed.
+bool Walle::isStartHeld() const
+{
+    const RunPhase phase = runPhase;
+    return phase == RunPhase::TakenBack || phase == RunPhase::Ending
+           || phase == RunPhase::AwaitingAnswer;
 }
 
 void Walle::perform(int code)

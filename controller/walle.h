@@ -96,12 +96,13 @@ protected:
 private:
     /// Where a run is, from an accepted start to the worker's answer to its stop.
     enum class RunPhase {
-        Idle,     ///< a start is accepted
-        Running,  ///< until the last verdict, or a stop; a further start is dropped
-        Stopping, ///< a stop was asked for, and a verdict may still come
-        Spared,   ///< the same, but what was handed over was taken back: no verdict will come
-        Ended,    ///< the worker's answer to a stop is still to come; a start waits for it
-        Silent    ///< the window has gone; nothing is handed over any more
+        Idle,           ///< a start is accepted
+        Running,        ///< until the last verdict, or a stop; a further start is dropped
+        Stopping,       ///< a stop was asked for, and a verdict may still come
+        TakenBack,      ///< the same, but what was handed over was taken back: none will come
+        Ending,         ///< the end is being told; a start waits
+        AwaitingAnswer, ///< the worker's answer to a stop is still to come; a start waits
+        Silent          ///< the window has gone; nothing is handed over any more
     };
     /// A row of the job list as it was at one moment; row is -1 when there is none.
     struct Job {
@@ -116,6 +117,7 @@ private:
 
     void connectWorker();
     bool takeCommand(int &code);
+    bool isStartHeld() const;
     void perform(int code);
 
     // walle_admission.cpp
@@ -148,10 +150,10 @@ private:
     void handOver(const QString &path);
     void takeBack();
     void endRun();
-    void tellEnd(quint32 succeeded, quint32 failed);
-    bool enterRun();
-    bool enterStop();
-    void leaveRun();
+    void emitEnd();
+    bool acceptStart();
+    bool acceptStop();
+    void leaveEnding();
     bool runGoesOn() const;
     void takeFinished(const QString &path);
 

@@ -36,8 +36,11 @@ void Walle::appendHistory(const QString &path)
 
 void Walle::releaseHistory()
 {
-    const QMutexLocker locker(&historyMutex);
+    // Whoever holds the mutex, perhaps this very thread, releases the history itself.
+    if (!historyMutex.tryLock())
+        return;
     recorder.release();
+    historyMutex.unlock();
 }
 
 void Walle::loadHistory()

@@ -31,7 +31,7 @@ bool isOfAnotherKind(const QString &path)
 
 void Walle::startCrush()
 {
-    if (!enterRun())
+    if (!acceptStart())
         return;
     const DeliveryFence::Emission emission(fence);
     succeededCount = 0;
@@ -44,11 +44,11 @@ void Walle::startCrush()
 
 void Walle::stopCrush()
 {
-    // Open before the worker hears of it: its answer must not overtake the two signals below,
-    // or the window would say "stopping" for ever.
+    // Opened before requestStop(): stoppedWalle() then waits until the two signals below are
+    // delivered, or the window would show "stopping" for ever.
     const DeliveryFence::Emission emission(fence);
     // One answer is enough for several stops; a second would come into the next run.
-    if (enterStop())
+    if (acceptStop())
         crusher->requestStop(true);
     stopPending = true;
     takeBack();
@@ -75,43 +75,50 @@ void Walle::handOver(const QString &path)
     // A device or fifo that took the path's place after admission is not handed over. No
     // verdict will come, and the run stays open until the user stops it.
 
-    // A stop that came after crushNext() looked for one, or the end of the window, after which a
-    // start may still be under way, has emptied the queue too early.
+    // A stop or the end of the window may have emptied the queue before addPath(); so it is
+    // emptied again.
     if (stopPending || runPhase == RunPhase::Silent)
         takeBack();
 }
 
-/// What the worker has not begun is spared. Left in its queue it would be shredded after the
-/// window shows an idle program.
+/// Takes back what the worker has not begun. Left in the queue it would be shredded after the
+/// window shows idle.
 void Walle::takeBack()
 {
     if (!crusher->takeBackPaths())
         return;
     const QMutexLocker locker(&listMutex);
     if (runPhase == RunPhase::Stopping)
-        runPhase = RunPhase::Spared;
+        runPhase = RunPhase::TakenBack;
 }
 
 void Walle::endRun()
 {
-    // Looked at before a new start, which sets them to 0, is accepted.
-    const quint32 succeeded = succeededCount;
-    const quint32 failed = failedCount;
-    leaveRun();
-    tellEnd(succeeded, failed);
+    {
+        const QMutexLocker locker(&listMutex);
+        if (runPhase == RunPhase::Running)
+            runPhase = RunPhase::Ending;
+        else if (runPhase == RunPhase::Stopping || runPhase == RunPhase::TakenBack)
+            runPhase = RunPhase::AwaitingAnswer;
+    }
+    emitEnd();
 }
 
-void Walle::tellEnd(quint32 succeeded, quint32 failed)
+/// The last report comes with the run over: a start in answer to it is accepted.
+void Walle::emitEnd()
 {
     emit setCrushStarted(RunState::Idle);
     emit finishAll(finishedCount);
     refreshControls(ControlSituation::RowsRemoved);
     finishedCount = 0;
+    const quint32 succeeded = succeededCount;
+    const quint32 failed = failedCount;
+    leaveEnding();
     emit showResultDialog(resultKind, succeeded, failed);
 }
 
 /// False when a start is not accepted.
-bool Walle::enterRun()
+bool Walle::acceptStart()
 {
     const QMutexLocker locker(&listMutex);
     if (runPhase != RunPhase::Idle)
@@ -120,29 +127,35 @@ bool Walle::enterRun()
     return true;
 }
 
-/// False when the worker's answer to an earlier stop is still to come, or nobody waits for any.
-bool Walle::enterStop()
+/// False when the answer to an earlier stop is still to come, or after the window has gone.
+bool Walle::acceptStop()
 {
     const QMutexLocker locker(&listMutex);
-    if (runPhase != RunPhase::Idle && runPhase != RunPhase::Running)
+    switch (runPhase) {
+    case RunPhase::Running:
+        runPhase = RunPhase::Stopping;
+        return true;
+    case RunPhase::Idle:
+    case RunPhase::Ending:
+        runPhase = RunPhase::AwaitingAnswer;
+        return true;
+    default:
         return false;
-    runPhase = runPhase == RunPhase::Running ? RunPhase::Stopping : RunPhase::Ended;
-    return true;
+    }
 }
 
-void Walle::leaveRun()
+void Walle::leaveEnding()
 {
     const QMutexLocker locker(&listMutex);
-    if (runPhase == RunPhase::Running)
+    if (runPhase == RunPhase::Ending)
         runPhase = RunPhase::Idle;
-    else if (runPhase == RunPhase::Stopping || runPhase == RunPhase::Spared)
-        runPhase = RunPhase::Ended;
 }
 
 bool Walle::runGoesOn() const
 {
     const RunPhase phase = runPhase;
-    return phase == RunPhase::Running || phase == RunPhase::Stopping || phase == RunPhase::Spared;
+    return phase == RunPhase::Running || phase == RunPhase::Stopping
+           || phase == RunPhase::TakenBack;
 }
 
 void Walle::finishOneWalle(QString path)
@@ -186,22 +199,22 @@ void Walle::failedOneWalle(QString path)
 
 void Walle::stoppedWalle()
 {
-    const quint32 succeeded = succeededCount;
-    const quint32 failed = failedCount;
-    bool spared = false;
+    bool takenBack = false;
     {
         // A stop that is under way is either told by now and answered by this, or will ask anew.
         const std::unique_lock<QMutex> lock = lockListInStep();
-        spared = runPhase == RunPhase::Spared;
+        takenBack = runPhase == RunPhase::TakenBack;
         if (runPhase != RunPhase::Silent)
-            runPhase = RunPhase::Idle;
+            runPhase = RunPhase::Ending;
     }
     releaseHistory();
     emit setCrushStarted(RunState::Idle);
     refreshControls(ControlSituation::Stopped);
     // No verdict will come that would end the run with its report.
-    if (spared)
-        tellEnd(succeeded, failed);
+    if (takenBack)
+        emitEnd();
+    else
+        leaveEnding();
 }
 
 void Walle::fallSilent()

@@ -37,6 +37,7 @@ private slots:
     void init() { posted.clear(); }
 
     void secondStartIsNotPostedBeforeTheFirstIsAnswered();
+    void questionThatOutlivesTheRunPostsNothing();
     void startIsPostedAgainAfterAnAnswer_data();
     void startIsPostedAgainAfterAnAnswer();
     void declinedStartKeepsNobodyFromStarting();
@@ -60,6 +61,23 @@ void TestMainWindowPosts::secondStartIsNotPostedBeforeTheFirstIsAnswered()
     pressCrush(window, Answer::Ok);
     pressCrush(window, Answer::Ok);
     QCOMPARE(posted, QList<int>{CommandStartCrush});
+}
+
+void TestMainWindowPosts::questionThatOutlivesTheRunPostsNothing()
+{
+    ShownWindow window;
+    pressCrush(window, Answer::Ok);
+    DialogDriver dialogs;
+    dialogs.next([&window](QDialog &question) {
+        window->setCrushStartedEva(RunState::Running);
+        window->setCrushStartedEva(RunState::Idle);
+        DialogDriver::press(question, Answer::Ok);
+    });
+    window->crushFilesEva();
+    QVERIFY(dialogs.isDone());
+    QCOMPARE(posted, QList<int>{CommandStartCrush});
+    pressCrush(window, Answer::Ok);
+    QCOMPARE(posted, (QList<int>{CommandStartCrush, CommandStartCrush}));
 }
 
 void TestMainWindowPosts::startIsPostedAgainAfterAnAnswer_data()

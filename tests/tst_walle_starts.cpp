@@ -39,6 +39,7 @@ private slots:
     void runLeftOpenByAFifoTakesNoStart();
     void runLeftOpenBy255BytesTakesNoStart();
     void startAfterTheEndBeginsTheNextRun();
+    void startWhileTheEndIsToldWaitsForIt();
     void startAfterAnAnsweredStopShredsTheRest();
     void startBehindAVerdictAfterAStopWaitsForTheAnswer();
     void startBehindAStopWithoutARunWaitsForTheAnswer();
@@ -220,6 +221,36 @@ void TestWalleStarts::startAfterTheEndBeginsTheNextRun()
 }
 
 /// The end of a run leaves the ticks in the list as they are.
+/// Its own reports would come in the middle of those of the run before.
+void TestWalleStarts::startWhileTheEndIsToldWaitsForIt()
+{
+    QVERIFY(harness->admitted({make("a")}));
+    Walle &walle = harness->walle();
+    bool posted = false;
+    const auto postAndLetPoll = [&](int state) {
+        if (state != RunState::Idle || posted)
+            return;
+        posted = true;
+        walle.postCommand(CommandStartCrush);
+        const int enough = pausesOf(&walle) + 10;
+        while (pausesOf(&walle) < enough)
+            QThread::yieldCurrentThread();
+    };
+    const auto connection = connect(&walle, &Walle::setCrushStarted, postAndLetPoll);
+    walle.postCommand(CommandStartCrush);
+    PROMPTLY_VERIFY(reports() == 2);
+    disconnect(connection);
+    QCOMPARE(harness->log({"setCrushStarted", "finishAll", "showResultDialog"}),
+             (SignalRecords{{"setCrushStarted", {RunState::Running}},
+                            {"setCrushStarted", {RunState::Idle}},
+                            {"finishAll", {1}},
+                            {"showResultDialog", {1, 1, 0}},
+                            {"setCrushStarted", {RunState::Running}},
+                            {"setCrushStarted", {RunState::Idle}},
+                            {"finishAll", {0}},
+                            {"showResultDialog", {1, 0, 0}}}));
+}
+
 void TestWalleStarts::startAfterAnAnsweredStopShredsTheRest()
 {
     QVERIFY(harness->admitted({make("a"), make("b"), make("c")}));

@@ -3,6 +3,7 @@
 
 #include "ui/drawing.h"
 
+#include <QScreen>
 #include <QtGlobal>
 
 #include <algorithm>
@@ -19,10 +20,11 @@ void drawWithoutOpenGl()
         qputenv("QT_XCB_GL_INTEGRATION", "none");
 }
 
-/// Whether a unit is as many pixels as the screen has for a 96th of an inch.
-void scaleWithTheScreen(bool wanted)
+/// Turns Qt's high-DPI scaling on, fractions kept, or off.
+void setScaling(bool wanted)
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, wanted);
+    QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling, !wanted);
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -34,9 +36,14 @@ void scaleWithTheScreen(bool wanted)
 /// pixel.
 constexpr qreal smallestScale = 1.125;
 
-bool isHardlyScaled(const QApplication &application)
+/// What the user asks for stays out of it.
+bool isHardlyScaled()
 {
-    const qreal scale = application.devicePixelRatio();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr || qEnvironmentVariableIsSet("QT_SCREEN_SCALE_FACTORS"))
+        return false;
+    const qreal wish = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
+    const qreal scale = wish > 0 ? screen->devicePixelRatio() / wish : screen->devicePixelRatio();
     return scale < smallestScale && !qFuzzyCompare(scale, qreal(1));
 }
 
@@ -45,16 +52,19 @@ bool isHardlyScaled(const QApplication &application)
 std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
     drawWithoutOpenGl();
-    scaleWithTheScreen(true);
-    // An application takes out the arguments that it knows.
+    setScaling(true);
+    // QApplication removes the arguments and the variable that it knows; a second one needs them.
     const std::vector<char *> arguments(argv, argv + argc);
+    const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
     auto application = std::make_unique<QApplication>(argc, argv);
-    if (!isHardlyScaled(*application))
+    if (!isHardlyScaled())
         return application;
 
-    // What the screen says is known only now, and the choice has to be made before.
+    // The resolution is known only now, but scaling is chosen before the application is made.
     application.reset();
-    scaleWithTheScreen(false);
+    setScaling(false);
+    if (!startupId.isEmpty())
+        qputenv("DESKTOP_STARTUP_ID", startupId);
     std::copy(arguments.cbegin(), arguments.cend(), argv);
     argc = static_cast<int>(arguments.size());
     return std::make_unique<QApplication>(argc, argv);

@@ -59,8 +59,8 @@ void MainWindow::addEva()
     walle->postCommand(CommandAddChosen);
 }
 
-/// Taken as a copy whatever is proposed: a source that was told of a move would delete the files
-/// itself, the refused ones too. One that offers no copy is refused.
+/// Always answered with a copy. A source that is told of a move would delete its originals, those
+/// of refused files too. A source that offers no copy is refused.
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
     if (!event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
@@ -75,7 +75,7 @@ void MainWindow::dropEvent(QDropEvent *event)
 {
     if (!event || !walle)
         return;
-    // The drop is not accepted, for the same reason.
+    // Not accepted: the source then keeps the copy that it was told of.
     const QList<QUrl> urls = event->mimeData()->urls();
     if (urls.isEmpty())
         return;
@@ -106,11 +106,13 @@ void MainWindow::crushFilesEva()
     }
     if (text == stoppingText())
         return;
+    const bool alreadyConfirmed = startAwaited;
     CustomDialog question;
     question.moveToCentreOf(geometry());
     question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
                         DialogKind::Question);
-    if (question.exec() != QDialog::Accepted || startAwaited)
+    // Of several confirmations for one run, even if that run is over by now, the first counts.
+    if (question.exec() != QDialog::Accepted || alreadyConfirmed || startAwaited)
         return;
     startAwaited = true;
     walle->postCommand(CommandStartCrush);
@@ -118,7 +120,7 @@ void MainWindow::crushFilesEva()
 
 void MainWindow::setCrushStartedEva(int state)
 {
-    // Any answer will do: a start that arrives while a run goes on gets none of its own.
+    // Any state will do: a start dropped during a run is answered only by the end of that run.
     startAwaited = false;
     switch (state) {
     case RunState::Idle:

@@ -201,20 +201,19 @@ void MainWindow::placeHistoryWindow()
     }
 }
 
-/// The window was closed and opened again before an earlier load began: its rows will come again
-/// with the load that was asked for last.
+/// Drops rows of a load that a later opening has overtaken; the later load sends them again.
 void MainWindow::addRowOfLoad(const QString &time, const QString &fileName, const QString &path)
 {
     if (loadsOutstanding == 0)
         historyTableAddItemEva(time, fileName, path);
 }
 
-/// A load that goes on after its rows were cleared has nothing to offer any more.
+/// Leaves the buttons disabled when the rows of the load were cleared or it was overtaken.
 void MainWindow::enableButtonsOfLoad(bool enabled, int phase)
 {
     if (phase == LoadPhase::Begun && loadsOutstanding > 0)
         --loadsOutstanding;
-    if (!enabled || !historyCleared)
+    if (!enabled || (!historyCleared && loadsOutstanding == 0))
         setHistoryButtonEnabledEva(enabled, phase);
 }
 

@@ -153,7 +153,8 @@ void MainWindow::slotMoveTable(int x, int y)
 /// The cell of @p row; null when there is no such row.
 ZZTableCell *MainWindow::cellAt(int row) const
 {
-    return qobject_cast<ZZTableCell *>(mainTable->cellWidget(row, entryColumn));
+    return mainTable ? qobject_cast<ZZTableCell *>(mainTable->cellWidget(row, entryColumn))
+                     : nullptr;
 }
 
 void MainWindow::hidePanels()

@@ -31,6 +31,7 @@ RowTable::RowTable(int rows, int columns, QWidget *parent)
     : QTableWidget(rows, columns, parent)
 {
     installAccessibleRows();
+    setVerticalScrollMode(QAbstractItemView::ScrollPerItem); // some styles ask for pixels
     // There are no items to edit, yet a cell without a widget would open a text field.
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTabKeyNavigation(false);
