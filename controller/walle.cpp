@@ -102,8 +102,7 @@ bool Walle::takeCommand(int &code)
 bool Walle::isStartHeld() const
 {
     const RunPhase phase = runPhase;
-    return phase == RunPhase::TakenBack || phase == RunPhase::Ending
-           || phase == RunPhase::AwaitingAnswer;
+    return phase == RunPhase::Ending || phase == RunPhase::AwaitingAnswer;
 }
 
 void Walle::perform(int code)

@@ -67,14 +67,16 @@ void TestMainWindowPosts::questionThatOutlivesTheRunPostsNothing()
 {
     ShownWindow window;
     pressCrush(window, Answer::Ok);
-    DialogDriver dialogs;
-    dialogs.next([&window](QDialog &question) {
-        window->setCrushStartedEva(RunState::Running);
-        window->setCrushStartedEva(RunState::Idle);
-        DialogDriver::press(question, Answer::Ok);
-    });
-    window->crushFilesEva();
-    QVERIFY(dialogs.isDone());
+    {
+        DialogDriver dialogs;
+        dialogs.next([&window](QDialog &question) {
+            window->setCrushStartedEva(RunState::Running);
+            window->setCrushStartedEva(RunState::Idle);
+            DialogDriver::press(question, Answer::Ok);
+        });
+        window->crushFilesEva();
+        QVERIFY(dialogs.isDone());
+    }
     QCOMPARE(posted, QList<int>{CommandStartCrush});
     pressCrush(window, Answer::Ok);
     QCOMPARE(posted, (QList<int>{CommandStartCrush, CommandStartCrush}));
