@@ -255,7 +255,7 @@ def table_rows(table, place):
 def screen():
     """The number of an X server's display; what is shown there is really drawn."""
     reading, writing = os.pipe()
-    with subprocess.Popen(["Xvfb", "-displayfd", str(writing)], pass_fds=[writing],
+    with subprocess.Popen(["Xvfb", "-noreset", "-displayfd", str(writing)], pass_fds=[writing],
                           stderr=subprocess.DEVNULL) as server:
         try:
             yield {"QT_QPA_PLATFORM": "xcb", "DISPLAY": ":" + os.read(reading, 16).decode().strip()}

@@ -3,6 +3,7 @@
 
 #include "ui/drawing.h"
 
+#include <QLibrary>
 #include <QScreen>
 #include <QtGlobal>
 
@@ -47,6 +48,34 @@ bool isHardlyScaled()
     return scale < smallestScale && !qFuzzyCompare(scale, qreal(1));
 }
 
+/// Another connection to the X server, for the life of the object. A server resets when its last
+/// client leaves, which this program may be, and refuses connections meanwhile.
+class XConnection
+{
+public:
+    XConnection()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            return;
+        using Connect = void *(*)(const char *display, int *screen);
+        if (const auto connect = reinterpret_cast<Connect>(library.resolve("xcb_connect")))
+            connection = connect(nullptr, nullptr);
+    }
+    ~XConnection()
+    {
+        using Disconnect = void (*)(void *connection);
+        const auto disconnect = reinterpret_cast<Disconnect>(library.resolve("xcb_disconnect"));
+        if (connection != nullptr && disconnect != nullptr)
+            disconnect(connection);
+    }
+    XConnection(const XConnection &) = delete;
+    XConnection &operator=(const XConnection &) = delete;
+
+private:
+    QLibrary library{QStringLiteral("xcb"), 1}; // which Qt's plugin has loaded
+    void *connection = nullptr;
+};
+
 } // namespace
 
 std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
@@ -61,6 +90,7 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
         return application;
 
     // The resolution is known only now, but scaling is chosen before the application is made.
+    const XConnection connection;
     application.reset();
     setScaling(false);
     if (!startupId.isEmpty())
