@@ -16,11 +16,20 @@ namespace
 
 constexpr useconds_t shortPause = 50;
 
-std::mutex mutex;
-std::condition_variable released;
-std::map<const QThread *, int> pauses; ///< guarded by mutex
-const QThread *held = nullptr;         ///< guarded by mutex
-bool heldStands = false;               ///< guarded by mutex
+struct Pauses {
+    std::mutex mutex; ///< guards the rest
+    std::condition_variable released;
+    std::map<const QThread *, int> counts;
+    const QThread *held = nullptr;
+    bool heldStands = false;
+};
+
+/// Never ended: threads of the program go on until the process is gone.
+Pauses &pauses()
+{
+    static auto *const theOnes = new Pauses;
+    return *theOnes;
+}
 
 } // namespace
 
@@ -28,11 +37,11 @@ void QThread::msleep(unsigned long)
 {
     const QThread *const thread = QThread::currentThread();
     {
-        std::unique_lock<std::mutex> lock(mutex);
-        ++pauses[thread];
-        if (held == thread) {
-            heldStands = true;
-            released.wait(lock, [thread] { return held != thread; });
+        std::unique_lock<std::mutex> lock(pauses().mutex);
+        ++pauses().counts[thread];
+        if (pauses().held == thread) {
+            pauses().heldStands = true;
+            pauses().released.wait(lock, [thread] { return pauses().held != thread; });
         }
     }
     ::usleep(shortPause);
@@ -43,28 +52,28 @@ namespace testsupport
 
 int pausesOf(const QThread *thread)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
-    return pauses[thread];
+    const std::lock_guard<std::mutex> lock(pauses().mutex);
+    return pauses().counts[thread];
 }
 
 HeldThread::HeldThread(const QThread *thread)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
-    held = thread;
-    heldStands = false;
+    const std::lock_guard<std::mutex> lock(pauses().mutex);
+    pauses().held = thread;
+    pauses().heldStands = false;
 }
 
 HeldThread::~HeldThread()
 {
-    const std::lock_guard<std::mutex> lock(mutex);
-    held = nullptr;
-    released.notify_all();
+    const std::lock_guard<std::mutex> lock(pauses().mutex);
+    pauses().held = nullptr;
+    pauses().released.notify_all();
 }
 
 bool HeldThread::stands() const
 {
-    const std::lock_guard<std::mutex> lock(mutex);
-    return heldStands;
+    const std::lock_guard<std::mutex> lock(pauses().mutex);
+    return pauses().heldStands;
 }
 
 } // namespace testsupport

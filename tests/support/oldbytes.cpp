@@ -3,6 +3,7 @@
 
 #include "oldbytes.h"
 
+#include <QByteArrayMatcher>
 #include <QFile>
 
 #include <algorithm>
@@ -23,18 +24,15 @@ constexpr int digits = OldBytes::pieceSize - prefixSize - 1;
 
 void findPieces(const QByteArray &bytes, qint64 place, PiecePlaces &places)
 {
-    const char *const end = bytes.constData() + bytes.size();
-    const char *found = bytes.constData();
-    while ((found = static_cast<const char *>(
-                ::memmem(found, static_cast<std::size_t>(end - found), prefix, prefixSize)))
-           != nullptr) {
-        if (end - found < OldBytes::pieceSize)
-            return;
+    static const QByteArrayMatcher matcher(QByteArray::fromRawData(prefix, prefixSize));
+    for (int found = matcher.indexIn(bytes);
+         found >= 0 && found + OldBytes::pieceSize <= bytes.size();
+         found = matcher.indexIn(bytes, found + OldBytes::pieceSize)) {
         bool isNumber = false;
-        const int number = QByteArray::fromRawData(found + prefixSize, digits).toInt(&isNumber);
+        const int number = QByteArray::fromRawData(bytes.constData() + found + prefixSize, digits)
+                               .toInt(&isNumber);
         if (isNumber && number < places.size())
-            places[number] = place + (found - bytes.constData());
-        found += OldBytes::pieceSize;
+            places[number] = place + found;
     }
 }
 
