@@ -18,6 +18,7 @@
 #include <QSemaphore>
 #include <QtTest>
 
+#include <atomic>
 #include <ctime>
 #include <memory>
 
@@ -70,7 +71,9 @@ private:
 
     /// Its worker lives until the process ends.
     FileCrusher *crusher = new FileCrusher;
-    std::unique_ptr<SignalLog> log;
+    /// Outlives every test: the worker may still be in its last report when one ends.
+    SignalLog log{crusher};
+    std::atomic<int> stopAfter{0}; ///< removals
     std::unique_ptr<LoopImage> image;
     OldBytes old;
     PiecePlaces before;
@@ -84,6 +87,14 @@ void TestMedium::initTestCase()
     const QString reason = whyNoImages();
     if (!reason.isEmpty())
         QSKIP(qPrintable(reason));
+    log.onRecord = [this](const SignalRecord &record) {
+        if (record.name == "addToHistory" && log.count("addToHistory") == stopAfter)
+            crusher->requestStop(true);
+        if (record.name == "finishPercent" || record.name == "addToHistory")
+            return;
+        atVerdict = old.placesIn(image->imageFile());
+        looked.release();
+    };
 }
 
 void TestMedium::fileSystems()
@@ -101,18 +112,12 @@ void TestMedium::init()
         QSKIP(qPrintable(QStringLiteral("no %1 in this kernel").arg(type)));
     QVERIFY2(image->problem().isEmpty(), qPrintable(image->problem()));
     old = OldBytes();
-    log = std::make_unique<SignalLog>(crusher);
-    log->onRecord = [this](const SignalRecord &record) {
-        if (record.name == "finishPercent" || record.name == "addToHistory")
-            return;
-        atVerdict = old.placesIn(image->imageFile());
-        looked.release();
-    };
+    log.clear();
+    stopAfter = 0;
 }
 
 void TestMedium::cleanup()
 {
-    log.reset();
     image.reset();
 }
 
@@ -138,7 +143,7 @@ bool TestMedium::shred(const QString &path, const char *signal)
     crusher->addPath(path);
     if (!crusher->isRunning())
         crusher->start(QThread::InheritPriority);
-    return looked.tryAcquire(1, patience) && log->firstArguments(signal).contains(path);
+    return looked.tryAcquire(1, patience) && log.firstArguments(signal).contains(path);
 }
 
 /// What the medium holds now in the place of old pieces.
@@ -158,7 +163,7 @@ void TestMedium::nothingIsLeftOfSmallFilesInFolders()
     QVERIFY(putOnTheMedium());
     QVERIFY(shred(image->path(QStringLiteral("top"))));
     QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
-    QCOMPARE(log->count("addToHistory"), 1500 + 30 + 1 + 5 + 30);
+    QCOMPARE(log.count("addToHistory"), 1500 + 30 + 1 + 5 + 30);
 }
 
 void TestMedium::nothingIsLeftOfBigFilesInAFolder()
@@ -272,26 +277,21 @@ void TestMedium::nothingIsLeftBelowAnOverlay()
 
 void TestMedium::stoppedFolderHasLeftNothingOfWhatIsReported()
 {
-    constexpr int stopAfter = 400;
+    constexpr int removals = 400;
     QHash<QString, PieceRange> rangeOf;
-    for (int file = 0; file < 2 * stopAfter; ++file) {
+    for (int file = 0; file < 2 * removals; ++file) {
         const QString path = makeOld(QStringLiteral("top/%1").arg(file), 3000 + file);
         rangeOf.insert(path, old.last());
     }
     QVERIFY(putOnTheMedium());
-    const auto look = log->onRecord;
-    log->onRecord = [&](const SignalRecord &record) {
-        if (record.name == "addToHistory" && log->count("addToHistory") == stopAfter)
-            crusher->requestStop(true);
-        look(record);
-    };
+    stopAfter = removals;
     crusher->addPath(image->path(QStringLiteral("top")));
     if (!crusher->isRunning())
         crusher->start(QThread::InheritPriority);
     QVERIFY(looked.tryAcquire(1, patience));
-    QCOMPARE(log->records().constLast(), SignalRecord("stopped"));
-    const QStringList reported = log->firstArguments("addToHistory");
-    QCOMPARE(reported.size(), stopAfter);
+    QCOMPARE(log.records().constLast(), SignalRecord("stopped"));
+    const QStringList reported = log.firstArguments("addToHistory");
+    QCOMPARE(reported.size(), removals);
     for (const QString &path : reported)
         QCOMPARE(piecesLeft(atVerdict, rangeOf.take(path)), 0);
     for (const PieceRange &range : qAsConst(rangeOf))

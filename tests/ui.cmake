@@ -44,6 +44,7 @@ target_sources(tst_soak PRIVATE
 set_target_properties(tst_soak PROPERTIES ENABLE_EXPORTS ON) # stacks with names
 target_link_libraries(tst_soak PRIVATE modelsupport)
 set_property(TEST tst_soak APPEND PROPERTY ENVIRONMENT "TMPDIR=/dev/shm")
+set_tests_properties(tst_soak PROPERTIES TIMEOUT 3600) # as long as it is told to take
 
 # The offscreen platform's screen is small and of one size. On a real one leaks are not
 # looked for: Qt's X11 and font code keeps memory until the process ends.
