@@ -277,7 +277,8 @@ void MainWindow::addBottomButtons()
         addFlatButton(this, crushPlace, stylesheets::crushButton(), QStringLiteral("粉碎文件"));
     crushButton->setObjectName(QStringLiteral("crushButton"));
     crushButton->setEnabled(false);
-    for (QWidget *widget : QWidgetList{selectAllCheckBox, addButton, removeButton, crushButton})
+    const QWidgetList widgets{selectAllCheckBox, addButton, removeButton, crushButton};
+    for (QWidget *widget : widgets)
         limitTextSize(widget);
 }
 
