@@ -5,7 +5,7 @@
 
 #include "app/instancelock.h"
 #include "controller/homedirectory.h"
-#include "ui/drawing.h"
+#include "ui/application.h"
 #include "ui/mainwindow.h"
 
 #include <QApplication>

@@ -10,7 +10,7 @@
 
 #include "firstpaint.h"
 #include "probe.h"
-#include "ui/drawing.h"
+#include "ui/application.h"
 #include "windowprobe.h"
 
 #include <QApplication>

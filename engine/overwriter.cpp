@@ -54,9 +54,8 @@ void Overwriter::overwrite(std::FILE *stream, quint64 size, const BlockWritten &
 
 bool Overwriter::closeAndRemove(OpenFile file, int directory, const QByteArray &name, quint64 size)
 {
-    Descriptor overwritten;
-    if (size > 0)
-        overwritten = dupAndClose(std::move(file.stream));
+    // An empty file has nothing to write out.
+    Descriptor overwritten = size > 0 ? duplicate(file.stream.get()) : Descriptor();
     file.stream.reset();
     const bool removed = unlinkAt(directory, name);
     // Without a second descriptor nothing can be written out; not reported, like a failed write.
@@ -65,10 +64,10 @@ bool Overwriter::closeAndRemove(OpenFile file, int directory, const QByteArray &
     return removed;
 }
 
-/// The second descriptor keeps the file alive when its name goes.
-Descriptor Overwriter::dupAndClose(Stream stream)
+/// Another descriptor of the file, which keeps it alive when its name goes.
+Descriptor Overwriter::duplicate(std::FILE *stream)
 {
-    const int file = ::fileno(stream.get());
+    const int file = ::fileno(stream);
     Descriptor second(::fcntl(file, F_DUPFD_CLOEXEC, 0));
     if (!second.isOpen()) {
         // EMFILE, perhaps because of the files held here: close them and try again.

@@ -41,7 +41,7 @@ public:
     void waitForDisk() { pendingWrites.waitForAll(); }
 
 private:
-    Descriptor dupAndClose(Stream stream);
+    Descriptor duplicate(std::FILE *stream);
 
     BlockFiller filler;
     PendingWrites pendingWrites;

@@ -45,29 +45,21 @@ bool TreeShredder::shredEntries(DirectoryTree &tree, int index,
 void TreeShredder::shredEntry(DirectoryTree &tree, int index, const Entry &entry)
 {
     const EntryStatus status = statAt(entry.directory, entry.name);
-    if (status.kind == EntryKind::Link) {
+    // A tree that was found to hold nothing may hold something after all: it could not be read
+    // then, or was filled since. No byte goes without having been overwritten.
+    const bool isEmptyFile = status.kind == EntryKind::File && totalBytes == 0 && status.size == 0;
+    if (status.kind == EntryKind::Link || isEmptyFile) {
         if (unlinkAt(entry.directory, entry.name))
             emit crusher.addToHistory(entry.path);
     } else if (status.kind == EntryKind::Directory) {
         tree.append(index, entry.name);
     } else if (status.kind == EntryKind::File) {
-        // A tree that was found to hold nothing may hold something after all: it could not be read
-        // then, or was filled since. No byte goes without having been overwritten.
-        const qint64 result =
-            totalBytes == 0 && status.size == 0 ? removeEmptyFile(entry) : shredFile(entry);
+        const qint64 result = shredFile(entry);
         // The share done is kept in the low 32 bits of each result; a failure counts as 0.
         const auto bytes = static_cast<qint32>(static_cast<quint32>(result));
         doneBytes += static_cast<quint64>(qMax(0, bytes));
     }
     // Devices, sockets and fifos are left alone; their directory then fails to go.
-}
-
-qint64 TreeShredder::removeEmptyFile(const Entry &entry)
-{
-    if (!unlinkAt(entry.directory, entry.name))
-        return CrushResult::RemoveFailed;
-    emit crusher.addToHistory(entry.path);
-    return CrushResult::Success;
 }
 
 qint64 TreeShredder::shredFile(const Entry &entry)

@@ -46,7 +46,6 @@ public:
 private:
     bool shredEntries(DirectoryTree &tree, int index, const std::atomic<bool> &stopRequested);
     void shredEntry(DirectoryTree &tree, int index, const Entry &entry);
-    qint64 removeEmptyFile(const Entry &entry);
 
     FileCrusher &crusher;
     Overwriter &overwriter;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-#include "ui/drawing.h"
+#include "ui/application.h"
 
 #include <QLibrary>
 #include <QScreen>

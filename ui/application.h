@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// How the windows get onto the screen.
+// Makes the QApplication: high-DPI scaling on, OpenGL off.
 
 #pragma once
 

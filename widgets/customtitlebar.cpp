@@ -17,7 +17,7 @@ constexpr int buttonSlotWidth = 32;
 /// A Wayland client cannot move its window, but may ask the compositor to move it as long as the
 /// button is down. Only from within the press event, whose serial number goes with the request.
 /// False on other platforms, and before Qt 5.15.
-bool isMovedByCompositor(const QWidget *window)
+bool startCompositorMove(const QWidget *window)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
     QWindow *handle = window->windowHandle();
@@ -69,7 +69,7 @@ void CustomTitleBar::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton) {
         grabPoint = mapToParent(pressed);
         event->accept();
-        if (isMovedByCompositor(window()))
+        if (startCompositorMove(window()))
             dragging = false;
     }
 }

@@ -16,7 +16,7 @@
 #include "tiedprocess.h"
 
 #include "controller/walle.h"
-#include "ui/drawing.h"
+#include "ui/application.h"
 
 #include <QApplication>
 #include <QDir>
