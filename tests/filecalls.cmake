@@ -10,7 +10,7 @@ target_link_libraries(filecalls PRIVATE fileshredder_strictness)
 set_target_properties(filecalls PROPERTIES AUTOMOC OFF)
 
 # watch_file_calls(TARGET): the calls that TARGET and Qt in it make to the C library
-# about files come by support/filecalls.cpp.
+# about files come by tests/support/filecalls.cpp.
 function(watch_file_calls name)
   target_sources(${name} PRIVATE $<TARGET_OBJECTS:filecalls>)
   target_link_libraries(${name} PRIVATE ${CMAKE_DL_LIBS})

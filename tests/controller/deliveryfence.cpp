@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "controller/deliveryfence.h"
+#include "eventually.h"
+#include "suites.h"
+
+#include <QSemaphore>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+using testsupport::eventually;
+
+class TestDeliveryFence : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void newFenceIsClear();
+    void bracketIsPendingUntilItsEndIsDelivered();
+    void severalBracketsAreClearOnlyTogether();
+    void waitInTheGuiThreadReturnsAtOnceWhenClear();
+    void everythingOfABracketIsDeliveredInOrder();
+    void bracketThatOpensTheBlockingCallIsNotADeadlock();
+    void onlyCallsAreDeliveredNotInput();
+    void otherThreadWaitsUntilAllIsDelivered();
+    void whatFollowsAWaitIsNotDeliveredWithin();
+
+private:
+    /// Runs @p step in this thread, but not now.
+    void callLater(const std::function<void()> &step)
+    {
+        QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
+    }
+    void callAndWait(const std::function<void()> &step)
+    {
+        QMetaObject::invokeMethod(this, step, Qt::BlockingQueuedConnection);
+    }
+};
+
+void TestDeliveryFence::newFenceIsClear()
+{
+    const DeliveryFence fence;
+    QVERIFY(fence.isClear());
+}
+
+void TestDeliveryFence::bracketIsPendingUntilItsEndIsDelivered()
+{
+    DeliveryFence fence;
+    {
+        const DeliveryFence::Emission emission(fence);
+        QVERIFY(!fence.isClear());
+    }
+    QVERIFY(!fence.isClear());
+    QTRY_VERIFY(fence.isClear());
+}
+
+void TestDeliveryFence::severalBracketsAreClearOnlyTogether()
+{
+    DeliveryFence fence;
+    const auto first = std::make_unique<DeliveryFence::Emission>(fence);
+    auto second = std::make_unique<DeliveryFence::Emission>(fence);
+    second.reset();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(!fence.isClear());
+}
+
+void TestDeliveryFence::waitInTheGuiThreadReturnsAtOnceWhenClear()
+{
+    DeliveryFence fence;
+    bool called = false;
+    callLater([&] { called = true; });
+    fence.deliverPending();
+    QVERIFY(!called);
+    QTRY_VERIFY(called);
+}
+
+void TestDeliveryFence::everythingOfABracketIsDeliveredInOrder()
+{
+    DeliveryFence fence;
+    QSemaphore opened;
+    QVector<int> arrived;
+    std::thread other([&] {
+        const DeliveryFence::Emission emission(fence);
+        opened.release();
+        for (int number = 0; number < 100; ++number)
+            callLater([&arrived, number] { arrived.append(number); });
+    });
+    opened.acquire();
+    fence.deliverPending();
+    QCOMPARE(arrived.size(), 100);
+    QVERIFY(std::is_sorted(arrived.cbegin(), arrived.cend()));
+    other.join();
+}
+
+void TestDeliveryFence::bracketThatOpensTheBlockingCallIsNotADeadlock()
+{
+    DeliveryFence fence;
+    QSemaphore opened;
+    bool inserted = false;
+    std::thread other([&] {
+        const DeliveryFence::Emission emission(fence);
+        opened.release();
+        callAndWait([&] { inserted = true; });
+    });
+    opened.acquire();
+    fence.deliverPending();
+    QVERIFY(inserted);
+    other.join();
+}
+
+void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
+{
+    class Listener : public QObject
+    {
+    public:
+        bool event(QEvent *event) override
+        {
+            heard = heard || event->type() == QEvent::User;
+            return QObject::event(event);
+        }
+        bool heard = false;
+    };
+
+    DeliveryFence fence;
+    Listener listener;
+    QCoreApplication::postEvent(&listener, new QEvent(QEvent::User));
+    {
+        const DeliveryFence::Emission emission(fence);
+    }
+    fence.deliverPending();
+    QVERIFY(!listener.heard);
+    QTRY_VERIFY(listener.heard);
+}
+
+void TestDeliveryFence::otherThreadWaitsUntilAllIsDelivered()
+{
+    DeliveryFence fence;
+    std::atomic<bool> returned{false};
+    bool deliveredFirst = false;
+    std::thread other([&] {
+        {
+            const DeliveryFence::Emission emission(fence);
+            callLater([&] { deliveredFirst = !returned; });
+        }
+        fence.waitUntilDelivered();
+        returned = true;
+    });
+    QTRY_VERIFY(returned);
+    QVERIFY(deliveredFirst);
+    other.join();
+}
+
+/// A report that opens a dialog must not come up inside a slot that only lets pending calls in.
+/// A call that dawdles behind the end of the bracket gives the other thread all the time it
+/// needs to get its report into the same delivery.
+void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
+{
+    constexpr int fewMilliseconds = 200;
+    DeliveryFence fence;
+    QSemaphore underWay;
+    QSemaphore reportPosted;
+    bool within = false;
+    bool reportedWithin = false;
+    std::atomic<bool> reported{false};
+    std::thread other([&] {
+        {
+            const DeliveryFence::Emission emission(fence);
+        }
+        callLater([&] { reportPosted.tryAcquire(1, fewMilliseconds); });
+        underWay.release();
+        fence.waitUntilDelivered();
+        callLater([&] {
+            reportedWithin = within;
+            reported = true;
+        });
+        reportPosted.release();
+    });
+    underWay.acquire();
+    within = true;
+    fence.deliverPending();
+    within = false;
+    QVERIFY(eventually([&] { return reported.load(); }));
+    QVERIFY(!reportedWithin);
+    other.join();
+}
+
+TEST_SUITE(deliveryfence, TestDeliveryFence)
+#include "deliveryfence.moc"

@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The program is ended in the middle of runs, in every way there is, at moments that
+// chance picks. Each time it goes with the outcome that belongs to the way, leaves
+// whole history entries for what is gone, touches nothing that was not chosen, and can
+// be started again at once. FILESHREDDER_ENDS says how often each way is taken.
+
+#include "desktopsession.h"
+#include "drivenshredder.h"
+#include "eventually.h"
+#include "inventory.h"
+#include "shredderuser.h"
+#include "suites.h"
+#include "temporarytree.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+
+using namespace testsupport;
+
+namespace
+{
+
+constexpr int fewEnds = 2;
+constexpr int files = 3000;
+constexpr quint32 seed = 20261121;
+
+int wantedEnds()
+{
+    const int ends = qEnvironmentVariableIntValue("FILESHREDDER_ENDS");
+    return ends > 0 ? ends : fewEnds;
+}
+
+enum class Way { Signal, CloseWindow, LoseDisplay };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Way)
+
+class TestEndToEndEnds : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { user = std::make_unique<ShredderUser>(); }
+    void cleanup();
+
+    void endDuringARun_data();
+    void endDuringARun();
+    void oneOfTwoStartsWins();
+
+private:
+    void makeFiles();
+    void end(DrivenShredder &shredder, Way way, int signal) const;
+    void checkHistory() const;
+    QByteArray history() const;
+
+    std::unique_ptr<DesktopSession> desktop;
+    std::unique_ptr<ShredderUser> user;
+    std::unique_ptr<TemporaryTree> tree;
+    QRandomGenerator random{seed};
+};
+
+void TestEndToEndEnds::cleanup()
+{
+    desktop.reset();
+    tree.reset();
+    QFile messages(user->messagesFile());
+    if (messages.open(QIODevice::ReadOnly)) {
+        const QByteArray said = messages.readAll();
+        QVERIFY2(!said.contains("Sanitizer") && !said.contains("runtime error"), said.constData());
+    }
+    user.reset();
+}
+
+void TestEndToEndEnds::endDuringARun_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<QList<int>>("outcomes");
+    QTest::newRow("kill") << Way::Signal << SIGKILL << QList<int>{-SIGKILL};
+    QTest::newRow("terminate") << Way::Signal << SIGTERM << QList<int>{-SIGTERM};
+    QTest::newRow("hang up") << Way::Signal << SIGHUP << QList<int>{-SIGHUP};
+    QTest::newRow("close the window") << Way::CloseWindow << 0 << QList<int>{0};
+    // When a session ends and takes the display away, Qt ends the program with status 1 as soon as
+    // it reads that; a drawing that is just being sent meets a closed connection first.
+    QTest::newRow("lose the display") << Way::LoseDisplay << 0 << QList<int>{1, -SIGPIPE};
+}
+
+void TestEndToEndEnds::endDuringARun()
+{
+    QFETCH(Way, way);
+    QFETCH(int, signal);
+    QFETCH(QList<int>, outcomes);
+    QProcessEnvironment display;
+    if (way == Way::LoseDisplay) {
+        desktop = std::make_unique<DesktopSession>();
+        QVERIFY2(desktop->start(), qPrintable(desktop->problem()));
+        display = desktop->environment();
+    }
+    int unfinished = 0;
+    // All in one home: each start comes right after the end of the one before.
+    for (int round = 0; round < wantedEnds(); ++round) {
+        makeFiles();
+        const QStringList before = inventoryOf(tree->path(QStringLiteral("outside")));
+        DrivenShredder shredder(*user);
+        shredder.start(tree->path(QStringLiteral("folder")), display);
+        QVERIFY(shredder.waitUntilShown());
+        const int entries = random.bounded(files / 2);
+        QVERIFY(eventually([&] { return history().count('\n') >= 3 * entries; }));
+        end(shredder, way, signal);
+        QVERIFY(shredder.waitForEnd());
+        QVERIFY2(outcomes.contains(shredder.outcome()),
+                 qPrintable(QString::number(shredder.outcome())));
+        checkHistory();
+        QCOMPARE(inventoryOf(tree->path(QStringLiteral("outside"))), before);
+        QVERIFY(QDir(user->home()).entryList({QStringLiteral("core*")}, QDir::Files).isEmpty());
+        QVERIFY2(!QTest::currentTestFailed(), qPrintable(QString::number(round)));
+        unfinished += QDir(tree->path(QStringLiteral("folder"))).exists() ? 1 : 0;
+    }
+    qInfo("%d ends, %d of them before the run was over", wantedEnds(), unfinished);
+}
+
+void TestEndToEndEnds::makeFiles()
+{
+    tree = std::make_unique<TemporaryTree>();
+    QFile::remove(user->historyFile());
+    for (int file = 0; file < files; ++file)
+        tree->makeFile(QStringLiteral("folder/file-%1").arg(file), 100);
+    tree->makeFile(QStringLiteral("outside/folder/kept"), 100);
+    tree->makeLink(QStringLiteral("folder/link"), tree->path(QStringLiteral("outside/folder")));
+}
+
+void TestEndToEndEnds::end(DrivenShredder &shredder, Way way, int signal) const
+{
+    if (way == Way::Signal)
+        shredder.sendSignal(signal);
+    else if (way == Way::CloseWindow)
+        shredder.closeWindow();
+    else
+        desktop->takeDisplayFrom(shredder.windowNumber());
+}
+
+QByteArray TestEndToEndEnds::history() const
+{
+    QFile file(user->historyFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestEndToEndEnds::checkHistory() const
+{
+    static const QRegularExpression time(
+        QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
+    // A kill lets the kernel stop a write where a page of the file ends, in the middle of an entry.
+    constexpr int page = 4096;
+    if (!history().isEmpty() && history().size() % page == 0)
+        return;
+    const QString folder = tree->path(QStringLiteral("folder"));
+    QVERIFY(history().isEmpty() || history().endsWith('\n'));
+    const QStringList lines = user->historyLines();
+    QCOMPARE(lines.size() % 3, 0);
+    for (int first = 0; first < lines.size(); first += 3) {
+        QVERIFY2(time.match(lines.at(first)).hasMatch(), qPrintable(lines.at(first)));
+        const bool isFolder = lines.at(first + 1) == QLatin1String("folder");
+        QCOMPARE(lines.at(first + 2), isFolder ? tree->path() : folder);
+        QVERIFY(!entryExists(lines.at(first + 2) + QLatin1Char('/') + lines.at(first + 1)));
+    }
+    // The files and the link; the link's target still exists, so the link is recorded, or not.
+    const int gone = files - QDir(folder).entryList(QDir::Files).size();
+    const int recorded = lines.filter(QRegularExpression(QStringLiteral("^file-"))).size();
+    QVERIFY2(gone - recorded <= 1, qPrintable(QString::number(gone - recorded)));
+}
+
+void TestEndToEndEnds::oneOfTwoStartsWins()
+{
+    for (int round = 0; round < wantedEnds(); ++round) {
+        DrivenShredder one(*user);
+        DrivenShredder other(*user);
+        one.start();
+        other.start();
+        const bool oneShown = one.waitUntilShown();
+        const bool otherShown = other.waitUntilShown();
+        QCOMPARE(int(oneShown) + int(otherShown), 1);
+        DrivenShredder &winner = oneShown ? one : other;
+        DrivenShredder &loser = oneShown ? other : one;
+        QVERIFY(loser.waitForEnd());
+        QCOMPARE(loser.outcome(), 0);
+        QVERIFY(!winner.hasEnded());
+        winner.closeWindow();
+        QVERIFY(winner.waitForEnd());
+        QCOMPARE(winner.outcome(), 0);
+    }
+}
+
+TEST_SUITE(ends, TestEndToEndEnds)
+#include "ends.moc"

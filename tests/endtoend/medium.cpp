@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// What the medium holds when the program's report is on the screen, before anybody syncs: file
+// systems in images, whose old bytes are on the medium and not in memory when the run begins.
+
+#include "endtoendtest.h"
+#include "loopimage.h"
+#include "oldbytes.h"
+#include "suites.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+using namespace testsupport;
+
+class TestEndToEndMedium : public EndToEndTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void nothingIsLeftWhenTheReportIsShown_data();
+    void nothingIsLeftWhenTheReportIsShown();
+};
+
+void TestEndToEndMedium::initTestCase()
+{
+    const QString reason = whyNoImages();
+    if (!reason.isEmpty())
+        QSKIP(qPrintable(reason));
+    EndToEndTest::initTestCase();
+}
+
+void TestEndToEndMedium::nothingIsLeftWhenTheReportIsShown_data()
+{
+    QTest::addColumn<QString>("type");
+    for (const char *type : {"ext4", "ext2", "xfs"})
+        QTest::newRow(type) << QString::fromLatin1(type);
+}
+
+void TestEndToEndMedium::nothingIsLeftWhenTheReportIsShown()
+{
+    constexpr int bigSize = 24 * 1024 * 1024 + 96;
+    QFETCH(QString, type);
+    LoopImage image(plainFileSystem(type));
+    if (image.isUnknownToKernel())
+        QSKIP(qPrintable(QStringLiteral("no %1 in this kernel").arg(type)));
+    QVERIFY2(image.problem().isEmpty(), qPrintable(image.problem()));
+
+    OldBytes old;
+    for (int file = 0; file < 1500; ++file) {
+        image.makeFile(QStringLiteral("folder/%1/%2").arg(file % 30).arg(file),
+                       old.take(OldBytes::pieceSize + (file * 997) % 9000));
+    }
+    const PieceRange ofSmallFiles{0, old.all().count};
+    image.makeFile(QStringLiteral("folder/big"), old.take(bigSize));
+    const PieceRange ofBigInFolder = old.last();
+    const QString big = image.makeFile(QStringLiteral("big"), old.take(bigSize));
+    const PieceRange ofLoneBig = old.last();
+    const QString small = image.makeFile(QStringLiteral("small"), old.take(1000));
+    const QString empty = image.makeFile(QStringLiteral("empty"), QByteArray());
+    QVERIFY2(image.remount(), qPrintable(image.problem()));
+    QCOMPARE(piecesLeft(old.placesIn(image.imageFile()), old.all()), old.all().count);
+
+    QVERIFY(openWith({image.path(QStringLiteral("folder")), big, empty, small}));
+    QVERIFY(shredder->startShredding());
+    QVERIFY(shredder->waitForDialog().has_value());
+    const PiecePlaces places = old.placesIn(image.imageFile());
+    qInfo("%s, old pieces before and at the report: small files %d and %d, a big file in a folder "
+          "%d and %d, a lone big file %d and %d",
+          qPrintable(type), ofSmallFiles.count, piecesLeft(places, ofSmallFiles),
+          ofBigInFolder.count, piecesLeft(places, ofBigInFolder), ofLoneBig.count,
+          piecesLeft(places, ofLoneBig));
+    QCOMPARE(piecesLeft(places, old.all()), 0);
+    QVERIFY(shredder->answerDialog(dialog::reportOk));
+    QVERIFY(!entryExists(image.path(QStringLiteral("folder"))) && !entryExists(big));
+}
+
+static void prepare(int, char **)
+{
+    enterOwnMounts();
+}
+
+TEST_SUITE_PREPARED_BY(medium, TestEndToEndMedium, prepare)
+
+#include "medium.moc"

@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Starting and ending: one instance per user, the pid file, and an end with
+// status 0 whatever the program is doing.
+
+#include "endtoendtest.h"
+#include "suites.h"
+
+#include <QDir>
+#include <QFile>
+#include <QScopeGuard>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace testsupport;
+
+namespace
+{
+/// Ids no system account has; only their difference matters.
+constexpr uid_t anybody = 54321;
+constexpr uid_t somebodyElse = 54322;
+} // namespace
+
+class TestEndToEndProcess : public EndToEndTest
+{
+    Q_OBJECT
+
+private slots:
+    void secondStartEndsAtOnceAndTheFirstKeepsRunning();
+    void fileDialogOfADesktopKeepsTheOnlyInstance();
+    void pidFileHoldsThePidAndNothingElse();
+    void openGlIsNotLoaded();
+    void homelessUserIsTurnedAway();
+    void twoUsersRunSideBySide();
+    void closeButtonEndsTheProgram();
+    void windowManagerEndsTheProgram();
+    void closingDuringARunEndsTheProgram();
+    void openReportKeepsTheMainWindowOpen();
+    void openQuestionKeepsTheMainWindowOpen();
+
+private:
+    /// Clicks the close button and waits for the end with status 0.
+    bool closeEndsWell();
+};
+
+void TestEndToEndProcess::secondStartEndsAtOnceAndTheFirstKeepsRunning()
+{
+    QVERIFY(openWith());
+    RunningShredder second(desktop, *user);
+    second.start();
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitStatus(), 0);
+    QVERIFY(shredder->isRunning());
+    QVERIFY(shredder->onlyMainWindowIsOpen());
+    QVERIFY(shredder->drop({tree->makeFolder(QStringLiteral("folder"))}));
+    QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
+    // The pid file still names the first.
+    QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), QByteArray::number(shredder->processId()));
+}
+
+/// With the theme of a desktop, Qt's file dialog opens the files of the home to find their icons,
+/// the pid file among them.
+void TestEndToEndProcess::fileDialogOfADesktopKeepsTheOnlyInstance()
+{
+    const auto desktopIs = [this](const QString &name) {
+        QProcessEnvironment variable;
+        variable.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), name);
+        desktop.addVariables(variable);
+    };
+    const auto noDesktopAgain = qScopeGuard([&] { desktopIs(QString()); });
+    desktopIs(QStringLiteral("GNOME"));
+    QVERIFY(openWith());
+    shredder->click(mainwindow::addButton);
+    shredder->rest();
+    const std::optional<WindowId> fileDialog = shredder->waitForOtherWindow();
+    QVERIFY(fileDialog && !shredder->drawnWindow(*fileDialog).isNull());
+    QVERIFY(eventually([this] {
+        desktop.pressKey(QStringLiteral("Escape"));
+        return shredder->onlyMainWindowIsOpen();
+    }));
+    RunningShredder second(desktop, *user);
+    second.start();
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitStatus(), 0);
+    QVERIFY(shredder->isRunning());
+}
+
+void TestEndToEndProcess::pidFileHoldsThePidAndNothingElse()
+{
+    // Left behind by an earlier run, and longer than any pid.
+    QFile stale(user->pidFile());
+    QVERIFY(stale.open(QIODevice::WriteOnly));
+    stale.write("123456789012345678901234567890\n");
+    stale.close();
+    QVERIFY(openWith());
+    QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), QByteArray::number(shredder->processId()));
+    QVERIFY(closeEndsWell());
+    QVERIFY(entryExists(user->pidFile()));
+}
+
+void TestEndToEndProcess::openGlIsNotLoaded()
+{
+    QVERIFY(openWith());
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(shredder->processId()));
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray loaded = maps.readAll();
+    QVERIFY(loaded.contains("libqxcb.so"));
+    QVERIFY(!loaded.contains("libqxcb-glx-integration.so"));
+    QVERIFY(!loaded.contains("libGLX_mesa.so"));
+}
+
+void TestEndToEndProcess::homelessUserIsTurnedAway()
+{
+    // Without a home the pid file would stand in the root folder, where only root
+    // may write.
+    if (::getuid() == 0)
+        user = std::make_unique<ShredderUser>(anybody);
+    user->forgetPasswdEntry();
+    shredder = std::make_unique<RunningShredder>(desktop, *user);
+    shredder->start();
+    QVERIFY(shredder->waitForEnd());
+    QCOMPARE(shredder->exitStatus(), 1);
+    QVERIFY(!entryExists(QStringLiteral("/.fileshredder.pid")));
+}
+
+void TestEndToEndProcess::twoUsersRunSideBySide()
+{
+    if (::getuid() != 0)
+        QSKIP("only root can start programs as two other users");
+    ShredderUser firstUser(anybody);
+    ShredderUser secondUser(somebodyElse);
+    RunningShredder first(desktop, firstUser);
+    RunningShredder second(desktop, secondUser);
+    QVERIFY(first.openWindow());
+    // The second window covers the first pixel by pixel, so only its being there counts.
+    second.start();
+    QVERIFY(second.waitForOtherWindow().has_value());
+    QVERIFY(first.isRunning() && second.isRunning());
+    QCOMPARE(TemporaryTree::contentsOf(firstUser.pidFile()), QByteArray::number(first.processId()));
+    QCOMPARE(TemporaryTree::contentsOf(secondUser.pidFile()),
+             QByteArray::number(second.processId()));
+    QCOMPARE(first.complaints() + second.complaints(), QStringList());
+}
+
+void TestEndToEndProcess::closeButtonEndsTheProgram()
+{
+    QVERIFY(openWith({tree->makeFile(QStringLiteral("file"), 10)}));
+    QVERIFY(closeEndsWell());
+    QVERIFY(entryExists(tree->path(QStringLiteral("file"))));
+}
+
+void TestEndToEndProcess::windowManagerEndsTheProgram()
+{
+    QVERIFY(openWith());
+    desktop.closeByWindowManager(shredder->mainWindowId());
+    QVERIFY(shredder->waitForEnd());
+    QCOMPARE(shredder->exitStatus(), 0);
+}
+
+void TestEndToEndProcess::closingDuringARunEndsTheProgram()
+{
+    constexpr int many = 8000;
+    const QString folder = tree->makeFolder(QStringLiteral("folder"));
+    for (int i = 0; i < many; ++i)
+        tree->makeFile(QStringLiteral("folder/%1").arg(i), 8192);
+    QVERIFY(openWith({folder}));
+    QVERIFY(shredder->startShredding());
+    QTRY_VERIFY_WITH_TIMEOUT(QDir(folder).entryList(QDir::Files).size() < many, patience);
+    QVERIFY(closeEndsWell());
+    QVERIFY2(!QDir(folder).isEmpty(), "the run was over before the window was closed");
+}
+
+void TestEndToEndProcess::openReportKeepsTheMainWindowOpen()
+{
+    QVERIFY(openWith());
+    QVERIFY(shredder->drop({tree->path(QStringLiteral("nothing"))}));
+    QVERIFY(shredder->waitForDialog().has_value());
+    // The report is modal: the window behind it takes no press and no request to
+    // close, and the user is not left without an answer.
+    shredder->click(mainwindow::closeButton);
+    desktop.closeByWindowManager(shredder->mainWindowId());
+    QVERIFY(shredder->answerDialog(dialog::reportOk));
+    QVERIFY(shredder->isRunning());
+    QVERIFY(closeEndsWell());
+}
+
+void TestEndToEndProcess::openQuestionKeepsTheMainWindowOpen()
+{
+    const QString file = tree->makeFile(QStringLiteral("file"), 10);
+    QVERIFY(openWith({file}));
+    shredder->click(mainwindow::crushButton);
+    QVERIFY(shredder->waitForDialog().has_value());
+    shredder->click(mainwindow::closeButton);
+    QVERIFY(shredder->answerDialog(dialog::questionCancel));
+    QVERIFY(shredder->isRunning());
+    QVERIFY(closeEndsWell());
+    QVERIFY(entryExists(file));
+}
+
+bool TestEndToEndProcess::closeEndsWell()
+{
+    shredder->click(mainwindow::closeButton);
+    return shredder->waitForEnd() && shredder->exitStatus() == 0;
+}
+
+TEST_SUITE(process, TestEndToEndProcess)
+#include "process.moc"

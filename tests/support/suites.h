@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// One test program holds the suites of a folder, a class in a source each, and runs
+// the one that its first argument names. What follows goes to Qt Test.
+
+#pragma once
+
+#include <QObject>
+#include <QtTest>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace testsupport
+{
+
+/// A class of tests and its name.
+struct Suite {
+    const char *name;
+    std::unique_ptr<QObject> (*make)();
+    /// Called before the application exists, with Qt Test's arguments; may be nullptr.
+    void (*prepare)(int argc, char **argv);
+};
+
+/// The suites of this program, to which TEST_SUITE() adds.
+std::vector<Suite> &suites();
+
+/// Adds @p suite; the value only allows this to stand outside of functions.
+bool addSuite(const Suite &suite);
+
+/// nullptr when the program has no suite of that name.
+const Suite *suiteNamed(const char *name);
+
+/// The whole of main().
+template <typename Application>
+int runSuite(int argc, char **argv)
+{
+    const Suite *suite = suiteNamed(argc > 1 ? argv[1] : "");
+    if (suite == nullptr) {
+        for (const Suite &known : suites())
+            std::puts(known.name);
+        return 2;
+    }
+    argv[1] = argv[0];
+    ++argv;
+    --argc;
+    if (suite->prepare != nullptr)
+        suite->prepare(argc, argv);
+    const Application application(argc, argv);
+    return QTest::qExec(suite->make().get(), argc, argv);
+}
+
+} // namespace testsupport
+
+/// Stands at the end of a test source, in the place of QTEST_MAIN().
+#define TEST_SUITE(suite, TestClass) TEST_SUITE_PREPARED_BY(suite, TestClass, nullptr)
+
+#define TEST_SUITE_PREPARED_BY(suite, TestClass, prepare)                                          \
+    static const bool isAdded = testsupport::addSuite(                                             \
+        {#suite, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },       \
+         prepare});

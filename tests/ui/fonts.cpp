@@ -1,0 +1,286 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// Every place in the windows has a fixed size, and its text has to be whole in it
+// in the fonts that people have: the usual Chinese ones as the desktop's default, in
+// the sizes desktops use, and the one file that a user may put into the home folder.
+
+#include "controller/protocol.h"
+#include "suites.h"
+#include "ui/historyrowframe.h"
+#include "ui/mainwindow.h"
+#include "ui/reporttexts.h"
+#include "widgets/customdialog.h"
+#include "windowtesthome.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QImage>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTemporaryDir>
+#include <QtAlgorithms>
+#include <QtTest>
+
+namespace
+{
+
+constexpr uint everyReason = 0x3f;
+constexpr int iconGap = 4;
+
+/// The part of @p label in which its text may be.
+QRect textPlace(const QLabel &label)
+{
+    const QRect inner = label.contentsRect();
+    const int left = inner.left() + label.margin() + qMax(0, label.indent());
+    const int top = inner.top() + qMax(0, label.margin());
+    return QRect(QPoint(left, top), label.rect().bottomRight());
+}
+
+bool holdsItsText(const QLabel &label)
+{
+    const QFontMetrics metrics(label.font());
+    const QRect place = textPlace(label);
+    return metrics.horizontalAdvance(label.text()) <= place.width()
+           && metrics.height() <= place.height();
+}
+
+bool holdsItsText(const QPushButton &button)
+{
+    const QFontMetrics metrics(button.font());
+    const int icon = button.icon().isNull() ? 0 : button.iconSize().width() + iconGap;
+    return icon + metrics.horizontalAdvance(button.text()) <= button.width()
+           && metrics.height() <= button.height();
+}
+
+bool holdsItsText(const QCheckBox &box)
+{
+    QStyleOptionButton option;
+    option.initFrom(&box);
+    const QRect place =
+        box.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &box) & box.rect();
+    const QFontMetrics metrics(box.font());
+    return metrics.horizontalAdvance(box.text()) <= place.width()
+           && metrics.height() <= place.height();
+}
+
+/// The names of the widgets in @p window that are too small for their texts.
+template <class Widget>
+QString tooSmall(const QWidget &window)
+{
+    QStringList names;
+    const QList<Widget *> widgets = window.findChildren<Widget *>();
+    for (Widget *widget : widgets) {
+        widget->ensurePolished();
+        if (!widget->text().isEmpty() && !holdsItsText(*widget))
+            names.append(widget->objectName());
+    }
+    return names.join(QLatin1Char(' '));
+}
+
+/// The lines of text in a picture of nothing else, as runs of pixel rows with ink; none when ink
+/// touches the upper or the lower edge, because then some of it is lost.
+int wholeLines(const QImage &picture)
+{
+    constexpr int faintest = 60;
+    const auto hasInk = [&picture](int y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (qAlpha(picture.pixel(x, y)) > faintest)
+                return true;
+        }
+        return false;
+    };
+    if (hasInk(0) || hasInk(picture.height() - 1))
+        return 0;
+    int lines = 0;
+    for (int y = 1; y < picture.height(); ++y)
+        lines += hasInk(y) && !hasInk(y - 1) ? 1 : 0;
+    return lines;
+}
+
+/// The message of @p dialog alone, as it is drawn.
+QImage drawnMessage(CustomDialog &dialog)
+{
+    auto *label = dialog.findChild<QLabel *>(QStringLiteral("messageText"));
+    label->ensurePolished();
+    QImage picture(label->size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    label->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
+    return picture;
+}
+
+} // namespace
+
+class TestFonts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+
+    void mainAndHistoryWindowHoldTheirTexts_data() { eachFont(); }
+    void mainAndHistoryWindowHoldTheirTexts();
+    void headerHoldsTheResultOfARun_data() { eachFont(); }
+    void headerHoldsTheResultOfARun();
+    void crushButtonHoldsEachOfItsTexts_data() { eachFont(); }
+    void crushButtonHoldsEachOfItsTexts();
+    void historyRowHoldsItsTime_data() { eachFont(); }
+    void historyRowHoldsItsTime();
+    void dialogHoldsItsButtonsAndTitle_data() { eachFont(); }
+    void dialogHoldsItsButtonsAndTitle();
+    void everyRefusalIsWhole_data() { eachFont(); }
+    void everyRefusalIsWhole();
+    void everyResultIsWhole_data() { eachFont(); }
+    void everyResultIsWhole();
+    void everyQuestionIsWhole_data() { eachFont(); }
+    void everyQuestionIsWhole();
+
+private:
+    void eachFont();
+    static bool useFont();
+
+    QFont usualFont;
+    QString fileFamily;
+};
+
+void TestFonts::initTestCase()
+{
+    usualFont = QApplication::font();
+    // As the program does at its start; any font file serves under that name.
+    const QString original =
+        QStringLiteral("/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc");
+    const QTemporaryDir home;
+    const QString copy = home.filePath(QStringLiteral("img/NotoSansCJKsc-DemiLight.otf"));
+    QDir(home.path()).mkpath(QStringLiteral("img"));
+    if (QFile::copy(original, copy)) {
+        const int id = QFontDatabase::addApplicationFont(copy);
+        fileFamily = QFontDatabase::applicationFontFamilies(id).value(0);
+    }
+}
+
+void TestFonts::cleanup()
+{
+    QApplication::setFont(usualFont);
+}
+
+void TestFonts::eachFont()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<int>("points");
+    // The last two are 12 points on the densest screens that are not scaled: of 107 dots per inch,
+    // and with Qt before 5.14, which scales by whole numbers, of 143.
+    for (const int points : {8, 9, 10, 11, 12, 13, 18}) {
+        for (const char *family : {"Noto Sans CJK SC", "WenQuanYi Micro Hei"})
+            QTest::addRow("%s %d", family, points) << QString::fromLatin1(family) << points;
+    }
+    for (const int points : {9, 13, 18})
+        QTest::addRow("font file in the home folder %d", points) << fileFamily << points;
+}
+
+/// False when the machine has no such font.
+bool TestFonts::useFont()
+{
+    QFETCH(QString, family);
+    QFETCH(int, points);
+    if (!QFontDatabase().families().contains(family))
+        return false;
+    QApplication::setFont(QFont(family, points));
+    return true;
+}
+
+#define USE_FONT_OF_ROW()                                                                          \
+    do {                                                                                           \
+        if (!useFont())                                                                            \
+            QSKIP("no such font here: packages fonts-noto-cjk, fonts-wqy-microhei");               \
+    } while (false)
+
+void TestFonts::mainAndHistoryWindowHoldTheirTexts()
+{
+    USE_FONT_OF_ROW();
+    const MainWindow window;
+    QCOMPARE(tooSmall<QLabel>(window), QString());
+    QCOMPARE(tooSmall<QPushButton>(window), QString());
+    QCOMPARE(tooSmall<QCheckBox>(window), QString());
+}
+
+void TestFonts::headerHoldsTheResultOfARun()
+{
+    USE_FONT_OF_ROW();
+    MainWindow window;
+    window.finishAllEva(200);
+    QCOMPARE(tooSmall<QLabel>(window), QString());
+}
+
+void TestFonts::crushButtonHoldsEachOfItsTexts()
+{
+    USE_FONT_OF_ROW();
+    MainWindow window;
+    for (const int state : {RunState::Running, RunState::Stopping, RunState::Idle}) {
+        window.setCrushStartedEva(state);
+        QCOMPARE(tooSmall<QPushButton>(window), QString());
+    }
+}
+
+void TestFonts::historyRowHoldsItsTime()
+{
+    USE_FONT_OF_ROW();
+    HistoryRowFrame row(nullptr);
+    row.setTexts(QStringLiteral("2028-08-28 20:48:58"), QStringLiteral("gÅ年"),
+                 QStringLiteral("/home/gÅ年"));
+    QCOMPARE(tooSmall<QLabel>(row), QString());
+}
+
+void TestFonts::dialogHoldsItsButtonsAndTitle()
+{
+    USE_FONT_OF_ROW();
+    const CustomDialog dialog;
+    QCOMPARE(tooSmall<QLabel>(dialog), QString());
+    QCOMPARE(tooSmall<QPushButton>(dialog), QString());
+}
+
+void TestFonts::everyRefusalIsWhole()
+{
+    USE_FONT_OF_ROW();
+    constexpr int introductionLines = 2;
+    for (uint reasons = 0; reasons <= everyReason; ++reasons) {
+        CustomDialog dialog;
+        dialog.setMessage(reporttexts::rejectionText(reasons), DialogKind::Refusal);
+        QCOMPARE(wholeLines(drawnMessage(dialog)),
+                 introductionLines + static_cast<int>(qPopulationCount(reasons)));
+    }
+}
+
+void TestFonts::everyResultIsWhole()
+{
+    USE_FONT_OF_ROW();
+    for (const uint succeeded : {0U, 1U, 200U}) {
+        for (const uint failed : {0U, 1U, 200U}) {
+            CustomDialog dialog;
+            dialog.setMessage(reporttexts::resultText(succeeded, failed),
+                              reporttexts::resultDialogKind(succeeded, failed));
+            QCOMPARE(wholeLines(drawnMessage(dialog)),
+                     1 + (succeeded != 0 ? 1 : 0) + (failed != 0 ? 1 : 0));
+        }
+    }
+}
+
+void TestFonts::everyQuestionIsWhole()
+{
+    USE_FONT_OF_ROW();
+    CustomDialog question;
+    question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
+                        DialogKind::Question);
+    QCOMPARE(wholeLines(drawnMessage(question)), 2);
+}
+
+TEST_SUITE(fonts, TestFonts)
+
+#include "fonts.moc"

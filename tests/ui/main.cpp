@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "suites.h"
+#include "windowtesthome.h"
+
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    testsupport::moveIntoTestHome();
+    if (!testsupport::testHome().isInForce())
+        qFatal("%s", testsupport::SandboxHome::advice());
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
+    return testsupport::runSuite<QApplication>(argc, argv);
+}

@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "widgets/stylesheets.h"
+#include "suites.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QtTest>
+
+class TestStylesheets : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsWordForWord_data();
+    void readsWordForWord();
+    void namesOnlyImagesOfTheBundle_data();
+    void namesOnlyImagesOfTheBundle();
+};
+
+// The sheets are composed from parts, so each is compared with a literal copy.
+void TestStylesheets::readsWordForWord_data()
+{
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("words");
+    const auto compare = [](const char *name, const QString &sheet, const char *words) {
+        QTest::newRow(name) << sheet << QString::fromLatin1(words);
+    };
+    using namespace stylesheets;
+    compare("mainWindowBackground", mainWindowBackground(), "background-image:url(:/images/bk)");
+    compare("historyWindowBackground", historyWindowBackground(),
+            "background-image:url(:/images/bk_history)");
+    compare("dialogBackground", dialogBackground(), "background-image:url(:/images/bk_dialog)");
+    compare("dialogTitleBar", dialogTitleBar(), "background:none");
+    compare("titleIcon", titleIcon(), "background-image:url(:/images/icon_logo)");
+    compare("titleText", titleText(), "color:#ffffff;border:none;background:none;font-size:14px;");
+    compare("mainTitleText", mainTitleText(), "color:#ffffff;border:none;font-size:14px");
+    compare("closeButton", closeButton(),
+            "QPushButton{background-image:url(:/images/btn_quit_s1);border:none;}"
+            "QPushButton:hover{background-image:url(:/images/btn_quit_s2);border:none;}"
+            "QPushButton:pressed{background-image:url(:/images/btn_quit_s3);border:none;}");
+    compare("minimizeButton", minimizeButton(),
+            "QPushButton{background-image:url(:/images/btn_mini_s1);border:none;}"
+            "QPushButton:hover{background-image:url(:/images/btn_mini_s2);border:none;}"
+            "QPushButton:pressed{background-image:url(:/images/btn_mini_s3);border:none;}");
+    compare("logo", logo(), "background-image:url(:/images/logo)");
+    compare("headerText", headerText(), "color:#333333;font-size:13px");
+    compare("historyLink", historyLink(),
+            "QPushButton{color:#00f;font-size:13px;border:none;}"
+            "QPushButton:hover{color:#33f;font-size:13px;border:none;}"
+            "QPushButton:pressed{color:#66f;font-size:13px;border:none;}");
+    compare("linkButton", linkButton(),
+            "QPushButton{color:#00f;border:none;}"
+            "QPushButton:hover{color:#33f;border:none;}"
+            "QPushButton:pressed{color:#66f;border:none;}"
+            "QPushButton:disabled{color:#aaa;border:none;}");
+    compare("crushButton", crushButton(),
+            "QPushButton{background-image:url(:/images/btn_green_s1);border:none;color:#fff;}"
+            "QPushButton:hover{background-image:url(:/images/btn_green_s2);border:none;"
+            "color:#fff;}"
+            "QPushButton:pressed{background-image:url(:/images/btn_green_s3);border:none;"
+            "color:#fff;}"
+            "QPushButton:disabled{background-image:url(:/images/btn_green_s4);border:none;"
+            "color:#aaa;}");
+    compare("bottomRule", bottomRule(), "background-color:#eee");
+    compare("emptyPanelIcon", emptyPanelIcon(), "background-image:url(:/images/ico_smile)");
+    compare("successPanelIcon", successPanelIcon(), "background-image:url(:/images/ico_ok)");
+    compare("panelText", panelText(), "color:#333333;font-size:14px");
+    compare("table", table(), "border:none;background:none;");
+    compare("firstHeading", firstHeading(),
+            "background-image:url(:/images/bk_table_head);padding-left:10px;");
+    compare("laterHeading", laterHeading(),
+            "background-image:url(:/images/bk_table_head);padding-left:16px;");
+    compare("headingSeparator", headingSeparator(), "background-image:url(:/images/sp_table_head)");
+    compare("mainScrollBar", mainScrollBar(),
+            "QScrollBar:vertical{background:none;margin-top:25px;margin-bottom:1px;}"
+            "QScrollBar::sub-line{background:none;border:none;height:0px;}"
+            "QScrollBar::sub-page{background:none;border:none;}"
+            "QScrollBar::add-line{background:none;border:none;height:0px;}"
+            "QScrollBar::add-page{background:none;border:none;}"
+            "QScrollBar::down-arrow{background:none;border:none;}"
+            "QScrollBar::up-arrow{background:none;border:none;}"
+            "QScrollBar::drop-down{background:none;border:none;}"
+            "QScrollBar::drop-up{background:none;border:none;}"
+            "QScrollBar::down-button{background:none;border:none;height:25px;}"
+            "QScrollBar::up-button{background:none;border:none;height:25px;}"
+            "QScrollBar::handle{background:#eee;border:1px solid #aaa;border-radius:6px;"
+            "min-height:20px;}");
+    compare("historyScrollBar", historyScrollBar(),
+            "QScrollBar:vertical{background:transparent;margin-top:25px;margin-bottom:0px;"
+            "border:none;}"
+            "QScrollBar::sub-line{background:none;border:none;height:0px;}"
+            "QScrollBar::sub-page{background:none;border:none;}"
+            "QScrollBar::add-line{background:none;border:none;height:0px;}"
+            "QScrollBar::add-page{background:none;border:none;}"
+            "QScrollBar::down-arrow{background:none;border:none;}"
+            "QScrollBar::up-arrow{background:none;border:none;}"
+            "QScrollBar::drop-down{background:none;border:none;}"
+            "QScrollBar::drop-up{background:none;border:none;}"
+            "QScrollBar::down-button{background:none;border:none;height:25px;}"
+            "QScrollBar::up-button{background:none;border:none;height:25px;}"
+            "QScrollBar::handle{background:#eee;border:1px solid #aaa;border-radius:6px;"
+            "min-height:20px;}");
+    compare("row", row(),
+            "background:url(:/images/bk_item);border:none;color:#333;font-size:12px;");
+    compare("progressOverlay", progressOverlay(), "background-color:rgb(0, 0, 0, 70)");
+    compare("historyButton", historyButton(),
+            "QPushButton{background-image:url(:/images/btn_gray_90_s1);border:none;"
+            "font-size:12px;font-weight:normal;color:#444;}"
+            "QPushButton:hover{background-image:url(:/images/btn_gray_90_s2);border:none;"
+            "font-size:12px;font-weight:normal;color:#444;}"
+            "QPushButton:pressed{background-image:url(:/images/btn_gray_90_s3);border:none;"
+            "font-size:12px;font-weight:normal;color:#444;}"
+            "QPushButton:disabled{background-image:url(:/images/btn_gray_90_s1);border:none;"
+            "font-size:12px;font-weight:normal;color:#aaa;}");
+    compare("dialogButton", dialogButton(),
+            "QPushButton{background-image:url(:/images/btn_gray_s1);border:none;"
+            "font-size:12px;}"
+            "QPushButton:hover{background-image:url(:/images/btn_gray_s2);border:none;"
+            "font-size:12px;}"
+            "QPushButton:pressed{background-image:url(:/images/btn_gray_s3);border:none;"
+            "font-size:12px;}");
+    compare("warningIcon", warningIcon(), "background-image:url(:/images/ico_war)");
+    compare("successIcon", successIcon(), "background-image:url(:/images/ico_ok)");
+    compare("partialSuccessIcon", partialSuccessIcon(), "background-image:url(:/images/ico_war2)");
+    compare("questionIcon", questionIcon(), "background-image:url(:/images/ico_war4)");
+    compare("fixedMessageText", fixedMessageText(), "color:#444444;font-size:14px;background:none");
+    compare("messageText", messageText(),
+            "color:#444444;font-size:14px;background:none;line-height:20px;");
+}
+
+void TestStylesheets::readsWordForWord()
+{
+    QFETCH(QString, sheet);
+    QTEST(sheet, "words");
+}
+
+void TestStylesheets::namesOnlyImagesOfTheBundle_data()
+{
+    readsWordForWord_data();
+}
+
+void TestStylesheets::namesOnlyImagesOfTheBundle()
+{
+    QFETCH(QString, sheet);
+    const QRegularExpression image(QStringLiteral("url\\(([^)]*)\\)"));
+    QRegularExpressionMatchIterator images = image.globalMatch(sheet);
+    while (images.hasNext()) {
+        const QString path = images.next().captured(1);
+        QVERIFY2(QFile::exists(path), qPrintable(path));
+    }
+}
+
+TEST_SUITE(stylesheets, TestStylesheets)
+#include "stylesheets.moc"
