@@ -152,5 +152,5 @@ void TestMainWindowSlots::controllerWaitsUntilTheRefusalReportIsClosed()
     QVERIFY(!removedDuringReport);
 }
 
-TEST_SUITE(slots, TestMainWindowSlots)
-#include "slots.moc"
+TEST_SUITE(windowslots, TestMainWindowSlots)
+#include "windowslots.moc"
