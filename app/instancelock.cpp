@@ -23,11 +23,10 @@ namespace
 
 constexpr mode_t lockFileMode = 0644;
 
-/// The descriptor is never closed: the lock belongs to it.
 void writePid(int fd)
 {
     const QByteArray pid = QByteArray::number(static_cast<qlonglong>(getpid()));
-    // The lock is what counts, so a full disk is no reason not to start.
+    // Only the lock counts, so a full disk does not prevent the start.
     [[maybe_unused]] const bool emptied = ftruncate(fd, 0) == 0;
     [[maybe_unused]] const auto written =
         write(fd, pid.constData(), static_cast<size_t>(pid.size()));
@@ -41,9 +40,9 @@ int lockWholeFile(int fd)
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
     lock.l_start = 0;
-    lock.l_len = 0; // to the end, however far the file grows
-    // A lock of the process would go as soon as anything in it closed another descriptor of the
-    // file, and Qt's file dialog opens every file of a folder to choose its icon.
+    lock.l_len = 0; // to the end, also when the file grows
+    // F_SETLK alone would lose the lock as soon as the process closed another descriptor of the
+    // file, and Qt's file dialog opens and closes every file of a folder to choose its icon.
     const int result = fcntl(fd, F_OFD_SETLK, &lock);
     if (result != -1 || errno != EINVAL)
         return result;
@@ -56,7 +55,7 @@ int acquireInstanceLock(const QString &path)
     if (fd < 0)
         std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): no thread runs yet
     if (lockWholeFile(fd) != -1) {
-        writePid(fd);
+        writePid(fd); // and never close(fd), which would release the lock
         return Acquired;
     }
     if (errno == EAGAIN || errno == EACCES) {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // One instance a user: a write lock on a file in the user's home directory. Only
-// the lock counts, which the kernel gives back when the process ends; the pid in
-// the file is for people to read, and a stale file is harmless.
+// the lock counts, and the kernel releases it when the process ends. The pid in
+// the file is for people to read; a stale file is harmless.
 
 #pragma once
 
@@ -15,13 +15,13 @@ namespace instancelock
 constexpr int Acquired = 0;
 constexpr int HeldByAnother = 1;
 
-/// Locks the whole file @p fd for writing without waiting; returns what fcntl() returns, and
-/// leaves its errno. The lock goes with the last descriptor of this opening of the file, and keeps
-/// out locks of whole processes too.
+/// Locks the whole file @p fd for writing without waiting; returns what fcntl() returns, with its
+/// errno. The lock ends with the last descriptor of this open file description, and conflicts with
+/// the record locks of processes too.
 int lockWholeFile(int fd);
 
-/// Takes the lock file @p path, made when missing, for the life of the process and writes the
-/// pid into it. Returns Acquired or HeldByAnother; ends the process with status 1 when the file
+/// Locks the file @p path, created when missing, for the life of the process and writes the pid
+/// into it. Returns Acquired or HeldByAnother; ends the process with status 1 when the file
 /// cannot be opened or locked for any other reason.
 int acquireInstanceLock(const QString &path);
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Start-up: pin the user, go home, be the only instance, show the window.
+// Start-up: real user id, home directory, instance lock, application font, window.
 
 #include "app/instancelock.h"
 #include "controller/homedirectory.h"
@@ -26,23 +26,22 @@ namespace
 
 constexpr int fontPointSize = 9;
 
-/// File names are UTF-8 whatever the locale says; Qt would else write "?" for Chinese names in
-/// the C locale, and another file could be called that.
+/// File names are UTF-8 in every locale. In the C locale Qt would encode Chinese names as "?",
+/// which could be the name of another file.
 void readFileNamesAsUtf8()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 }
 
-/// Qt's own dialogs speak Chinese like the rest, where their translation is installed.
-void installTranslation(QApplication &application, QTranslator &translator)
+/// Qt's own dialogs are in Chinese like the rest where Qt's translation is installed.
+void installTranslation(QTranslator &translator)
 {
     if (translator.load(QStringLiteral("qtbase_zh_CN"),
                         QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&translator);
-    Q_UNUSED(application)
 }
 
-/// A font that the user put into the home directory, which is the current one, is preferred.
+/// A font file in the user's home directory, which is the current one, replaces the default font.
 void applyUserFont()
 {
     const int id =
@@ -61,7 +60,7 @@ int runApplication(int &argc, char **argv)
 {
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     QTranslator translator;
-    installTranslation(*application, translator);
+    installTranslation(translator);
     applyUserFont();
     MainWindow window;
     window.show();
@@ -73,7 +72,7 @@ int runApplication(int &argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    // A set-user-id installation runs with the rights of whoever started it from here on.
+    // From the setreuid() below on, a set-user-id installation has the rights of its caller only.
     const uid_t user = getuid();
     const QString home = homeDirectoryOf(user);
     if (setreuid(user, user) != 0)
@@ -85,7 +84,7 @@ int main(int argc, char **argv)
         return EXIT_SUCCESS;
 
     const int status = runApplication(argc, argv);
-    // Controller and worker still run and are never joined. Leaving without the destructors of
-    // static objects takes nothing away under them.
+    // Controller and worker still run and are never joined. _Exit() runs no destructors of static
+    // objects, which they may still use.
     std::_Exit(status);
 }

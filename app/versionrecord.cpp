@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Two blocks of data that stand in sections of their own, so that installers and
-// inventory tools of the suite can read who the module is straight from the file,
-// without running it. The program itself reads neither. They must reach the
-// executable although nothing refers to them, the reserved block right before the
-// record, whatever the optimiser and the linker would like to drop or reorder.
+// Two blocks of data in sections of their own. Installers and inventory tools of
+// the suite read the module's identity from the file without running it; the
+// program itself reads neither. Optimiser and linker must keep both although nothing
+// refers to them, the reserved block immediately before the record.
 
 #include <cstddef>
 #include <cstdint>
@@ -48,8 +47,8 @@ constexpr std::size_t reservedBlockSize = 1024;
 #define PLACED_IN_SECTION(name)                                                                    \
     [[ gnu::section(name), gnu::used, IN_ORDER gnu::aligned(32), gnu::visibility("hidden") ]]
 
-// The link names these two as needed (cmake/versionrecord.cmake); for that their names leave
-// this file, though not the executable.
+// The linker is told to keep these two by name (cmake/versionrecord.cmake). For that they have
+// external linkage, with hidden visibility.
 extern "C" {
 
 // Filled by the suite's release tooling after the build; the first bytes are how it finds it.

@@ -10,7 +10,8 @@
 DeliveryFence::DeliveryFence(QObject *parent)
     : QObject(parent)
 {
-    connect(this, &DeliveryFence::passed, this, &DeliveryFence::notePassed, Qt::QueuedConnection);
+    connect(this, &DeliveryFence::emissionEnded, this, &DeliveryFence::countDelivered,
+            Qt::QueuedConnection);
 }
 
 DeliveryFence::Emission::Emission(DeliveryFence &owner)
@@ -21,15 +22,16 @@ DeliveryFence::Emission::Emission(DeliveryFence &owner)
 
 DeliveryFence::Emission::~Emission()
 {
-    // Events of one priority are delivered in the order posted, so this marker arrives after
-    // every signal of the bracket.
-    emit fence.passed();
+    // Events of one priority are delivered in the order posted, so this one arrives after every
+    // signal of the Emission.
+    emit fence.emissionEnded();
 }
 
 void DeliveryFence::deliverPending()
 {
-    // Only calls are delivered, no input: nobody can click in between. Qt ends a delivery at the
-    // calls that were there when it began, so what is emitted after the last bracket stays out.
+    // Only MetaCall events are delivered, no input: no click is handled in between.
+    // sendPostedEvents() ends at the events that were queued when it began, so what is emitted
+    // after the last Emission stays queued.
     while (!isClear()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         QThread::yieldCurrentThread();
@@ -43,7 +45,7 @@ void DeliveryFence::waitUntilDelivered()
         cleared.wait(&mutex);
 }
 
-void DeliveryFence::notePassed()
+void DeliveryFence::countDelivered()
 {
     const QMutexLocker locker(&mutex);
     if (--undelivered == 0)

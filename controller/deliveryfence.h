@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Keeps the window's table in step with the job list, which two threads change.
-// What the controller thread emits reaches the window through the event queue,
-// what the controller's slots emit in the GUI thread reaches it at once and
-// would overtake it: a row number would then name another row. So the
-// controller thread brackets a change and the signals that tell of it with an
-// Emission, and a slot in the GUI thread first calls deliverPending().
+// Orders the signals of the controller's two threads. Those of the controller
+// thread are queued, those of its slots in the GUI thread are direct and would
+// arrive earlier, and a row number would then mean another row. So a slot first
+// calls deliverPending(), which delivers what was emitted within each Emission.
 // Lives in the GUI thread; owned by the controller.
 
 #pragma once
@@ -24,8 +22,8 @@ class DeliveryFence : public QObject
 public:
     explicit DeliveryFence(QObject *parent = nullptr);
 
-    /// Brackets a change of the job list and its signals; opened before the change. Whoever
-    /// holds one must not wait for a lock that the GUI thread may hold.
+    /// Exists from before a change of the job list until its signals are emitted. Meanwhile its
+    /// thread must not wait for a lock that the GUI thread may hold.
     class Emission final
     {
     public:
@@ -38,19 +36,19 @@ public:
         DeliveryFence &fence;
     };
 
-    /// True when every Emission is closed and its signals have reached the window. Any thread.
+    /// True when every Emission has ended and its signals are delivered. Any thread.
     bool isClear() const { return undelivered == 0; }
-    /// GUI thread: delivers what is on its way to the GUI thread's objects until isClear().
+    /// GUI thread: delivers queued calls to the GUI thread's objects until isClear().
     void deliverPending();
     /// Any other thread: returns when the GUI thread has delivered everything.
     void waitUntilDelivered();
 
 signals:
-    /// Follows the signals of one Emission through the event queue.
-    void passed();
+    /// Queued behind the signals of one Emission.
+    void emissionEnded();
 
 private:
-    void notePassed();
+    void countDelivered();
 
     std::atomic<int> undelivered{0};
     QMutex mutex; ///< guards the wait for undelivered to reach 0

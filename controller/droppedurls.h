@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// From what is dropped, which any program may have put together, to paths.
+// Converts what is dropped, which comes from any program, to paths.
 
 #pragma once
 
@@ -10,5 +10,5 @@
 #include <QUrl>
 
 /// The local paths that @p urls name, neither cleaned nor resolved, up to the first URL that is
-/// no local file: that one ends a drop silently. Any thread; asks no disk.
+/// not local: that one ends a drop without a message. Any thread; makes no system call.
 QStringList localPathsOf(const QList<QUrl> &urls);

@@ -3,11 +3,13 @@
 
 #include "controller/historyfile.h"
 
-#include "controller/historyrecorder.h"
-#include "controller/homedirectory.h"
+#include "engine/descriptor.h"
 
+#include <QFile>
 #include <QFileInfo>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace historyfile
@@ -18,38 +20,54 @@ namespace
 
 constexpr QChar visibleLineFeed(0x2424);
 
-} // namespace
-
-QByteArray line(QString text)
+QByteArray lineOf(QString text)
 {
     return text.replace(QLatin1Char('\n'), visibleLineFeed).toUtf8() + '\n';
 }
 
-QString path()
+/// Opens @p file for reading and writing and fills @p status; not open unless it is a regular file.
+/// O_NONBLOCK: a device that has the name must not keep the program waiting.
+Descriptor openRegular(const QString &file, int flags, struct stat &status)
 {
-    return homeDirectoryOf(getuid()) + QStringLiteral("/.fileshredderEx.dat");
+    Descriptor opened(::open(QFile::encodeName(file).constData(),
+                             O_RDWR | O_CLOEXEC | O_NONBLOCK | flags, S_IRUSR | S_IWUSR));
+    if (!opened.isOpen() || ::fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return Descriptor();
+    return opened;
 }
 
-QString timeText(const QDateTime &time)
-{
-    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-}
+} // namespace
 
 QByteArray entryFor(const QString &path, const QDateTime &time)
 {
     const QFileInfo info(path);
-    return line(timeText(time)) + line(info.fileName()) + line(info.absolutePath());
-}
-
-bool isUsable(const QString &file)
-{
-    const QFileInfo info(file);
-    return info.exists() && info.isFile() && info.isReadable() && info.isWritable();
+    return lineOf(time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))) + lineOf(info.fileName())
+           + lineOf(info.absolutePath());
 }
 
 void append(const QString &file, const QByteArray &entry)
 {
-    HistoryRecorder().append(file, entry);
+    struct stat before = {};
+    const Descriptor history = openRegular(file, O_APPEND | O_CREAT, before);
+    if (!history.isOpen())
+        return;
+    // A single write(), so a program killed at any moment leaves whole entries. Only where a page
+    // of the file ends within an entry may the kernel, on SIGKILL, stop there.
+    const ssize_t written =
+        ::write(history.get(), entry.constData(), static_cast<std::size_t>(entry.size()));
+    if (written != entry.size()) {
+        [[maybe_unused]] const int result = ::ftruncate(history.get(), before.st_size);
+    }
+}
+
+QStringList load(const QString &file, const std::atomic<bool> &aborted)
+{
+    struct stat status = {};
+    const Descriptor history = openRegular(file, 0, status);
+    QFile device;
+    if (!history.isOpen() || !device.open(history.get(), QIODevice::ReadOnly | QIODevice::Text))
+        return QStringList();
+    return linesOf(device, aborted);
 }
 
 QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted)
@@ -63,6 +81,13 @@ QStringList linesOf(QIODevice &device, const std::atomic<bool> &aborted)
         lines.append(QString::fromUtf8(line).trimmed());
     }
     return lines;
+}
+
+void clear(const QString &file)
+{
+    // unlink() alone would also remove a history that is write-protected.
+    if (QFileInfo(file).isWritable())
+        QFile::remove(file);
 }
 
 QString clipboardText(const QStringList &lines)

@@ -8,6 +8,6 @@
 #include <sys/types.h>
 
 /// The home directory that the user database names for @p uid; empty without an entry, without
-/// memory or when the lookup fails. Any thread. The environment has no say in it: a history or
-/// lock that follows $HOME could be led astray by whoever starts the program.
+/// memory or when the lookup fails. Any thread. $HOME is not read: whoever starts the program
+/// could set it and so choose the folder of the history and the lock.
 QString homeDirectoryOf(uid_t uid);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The numbers that the window and the controller exchange. They cross as plain
-// integers in queues and signals; here they have their names.
+// The numbers that the window and the controller exchange as plain integers in
+// queues and signals.
 
 #pragma once
 
@@ -62,8 +62,8 @@ constexpr int StopAsked = 7;
 constexpr int Stopped = 8;
 } // namespace ControlSituation
 
-/// A click on a row of the main table. The path says which entry the user saw in that row: by
-/// the time the click is performed the row may have moved or gone.
+/// A click on a row of the main table. The path says which entry was in that row: by the time the
+/// click is performed the entry may have another row, or none.
 struct CellToggle {
     int row = 0;
     bool state = false; ///< the state the window would draw; the controller decides for itself

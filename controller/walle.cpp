@@ -7,8 +7,6 @@
 
 #include "engine/filecrusher.h"
 
-#include <QMutexLocker>
-
 namespace
 {
 
@@ -38,7 +36,7 @@ Walle::~Walle()
 
 void Walle::connectWorker()
 {
-    // The worker waits for each, so that it never runs ahead of the list and the history.
+    // The worker waits for each slot, so that list and history are up to date when it goes on.
     const auto blocking = Qt::BlockingQueuedConnection;
     connect(crusher, &FileCrusher::finishOne, this, &Walle::finishOneWalle, blocking);
     connect(crusher, &FileCrusher::failedOne, this, &Walle::failedOneWalle, blocking);
@@ -80,25 +78,24 @@ void Walle::run()
 {
     while (running) {
         msleep(pollMilliseconds);
-        int code = 0;
-        if (takeCommand(code))
-            perform(code);
+        if (const std::optional<int> code = takeCommand())
+            perform(*code);
     }
 }
 
-bool Walle::takeCommand(int &code)
+std::optional<int> Walle::takeCommand()
 {
-    const QMutexLocker locker(&queueMutex);
-    if (commandQueue.isEmpty())
-        return false;
-    if (commandQueue.first() == CommandStartCrush && isStartHeld())
-        return false;
-    code = commandQueue.takeFirst();
-    return true;
+    {
+        const QMutexLocker locker(&queueMutex);
+        if (commandQueue.startsWith(CommandStartCrush) && isStartHeld())
+            return std::nullopt;
+    }
+    return takeOldest(commandQueue);
 }
 
-/// The answer to the last stop would end the new run, and the end of the last would be told in the
-/// middle of it. Either comes within 40 ms, or once the open report is closed.
+/// The stopped() of the last stop would end the new run, and the signals of the last run's end
+/// would be emitted in the middle of it. Either comes within 40 ms, or once the open report is
+/// closed.
 bool Walle::isStartHeld() const
 {
     const RunPhase phase = runPhase;
@@ -117,9 +114,9 @@ void Walle::perform(int code)
     case CommandCopyHistory:
         return copyHistory();
     case CommandAddDropped:
-        return report(admitDropped());
+        return reportRefusals(admitDropped());
     case CommandAddChosen:
-        return report(admitChosen());
+        return reportRefusals(admitChosen());
     case CommandCheckAll:
         return setAllChecked(true);
     case CommandUncheckAll:

@@ -1,20 +1,19 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Walle is the controller: it owns the job list that the main table mirrors,
-// admits and refuses paths, drives the worker and keeps the history. The object
-// and its slots live in the GUI thread; run() is the controller thread, which
-// performs one posted command at a time. The window creates it and it lives
-// until the process ends.
+// The controller: owns the job list that the main table mirrors, admits and
+// refuses paths, drives the worker and keeps the history. The object and its slots
+// live in the GUI thread. run() is the controller thread, which performs one
+// posted command at a time. The window creates it; it lives until the process ends.
 
 #pragma once
 
 #include "controller/deliveryfence.h"
-#include "controller/historyrecorder.h"
 #include "controller/protocol.h"
 
 #include <QList>
 #include <QMutex>
+#include <QMutexLocker>
 #include <QString>
 #include <QStringList>
 #include <QThread>
@@ -22,6 +21,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <optional>
 
 class FileCrusher;
 
@@ -43,11 +43,11 @@ public:
     void addChosenFiles(const QStringList &names);
     /// Queues one batch of dropped URLs; CommandAddDropped admits it.
     void addDroppedUrls(const QList<QUrl> &urls);
-    /// Ends a history load that is going on.
+    /// Ends a history load in progress.
     void abortHistoryLoad();
-    /// Ends all signals, and the run with them, so that the threads, which are never joined,
-    /// touch nothing that goes away. GUI thread, once, when the window goes.
-    void fallSilent();
+    /// Disconnects all signals and stops the run. The threads are never joined, so they must not
+    /// reach what is about to be destroyed. GUI thread, once, from the window's destructor.
+    void shutDown();
 
     /// Appends @p path to the job list as a checked row, or returns the one reason not to.
     /// Controller thread; returns when the row is in the table.
@@ -72,7 +72,7 @@ signals:
     void removeRowFromHistoryTable(int);
     /// Progress of a row in percent, despite its name.
     void setTableRowHeight(int, int);
-    /// Never emitted: a finished row is told by its removal.
+    /// Never emitted: a finished row is removed instead.
     void finishOne(QString);
     void finishAll(int);
     void clipboardSetText(QString);
@@ -83,7 +83,7 @@ signals:
     void showResultDialog(uint, uint, uint);
 
 public slots:
-    // The worker's reports. GUI thread, while the worker waits.
+    // Connected to the worker's signals. GUI thread, while the worker waits.
     void finishOneWalle(QString);
     void finishPercentWalle(QString, int percent);
     void failedOneWalle(QString);
@@ -98,11 +98,11 @@ private:
     enum class RunPhase {
         Idle,           ///< a start is accepted
         Running,        ///< until the last verdict, or a stop; a further start is dropped
-        Stopping,       ///< a stop was asked for, and a verdict may still come
-        TakenBack,      ///< the same, but what was handed over was taken back: none will come
-        Ending,         ///< the end is being told; a start waits
-        AwaitingAnswer, ///< the worker's answer to a stop is still to come; a start waits
-        Silent          ///< the window has gone; nothing is handed over any more
+        Stopping,       ///< a stop was requested, and a verdict may still come
+        TakenBack,      ///< the same, but the path was taken back: no verdict will come
+        Ending,         ///< the signals of the end are being emitted; a start waits
+        AwaitingAnswer, ///< the worker has yet to emit stopped(); a start waits
+        ShutDown        ///< the window is gone; nothing is handed over any more
     };
     /// A row of the job list as it was at one moment; row is -1 when there is none.
     struct Job {
@@ -116,17 +116,19 @@ private:
     };
 
     void connectWorker();
-    bool takeCommand(int &code);
+    std::optional<int> takeCommand();
     bool isStartHeld() const;
     void perform(int code);
+    /// The oldest entry of @p queue, removed from it.
+    template <typename Entry>
+    std::optional<Entry> takeOldest(QList<Entry> &queue);
 
     // walle_admission.cpp
     RejectReasons admitChosen();
     RejectReasons admitDropped();
-    RejectReasons admitUrls(const QList<QUrl> &urls);
     RejectReasons refusalOf(const QString &path) const;
     void refreshAfterBatch();
-    void report(RejectReasons reasons);
+    void reportRefusals(RejectReasons reasons);
 
     // walle_joblist.cpp
     void setAllChecked(bool state);
@@ -154,14 +156,10 @@ private:
     bool acceptStart();
     bool acceptStop();
     void leaveEnding();
-    bool runGoesOn() const;
-    void takeFinished(const QString &path);
 
     // walle_history.cpp
     void appendHistory(const QString &path);
-    void releaseHistory();
     void loadHistory();
-    void readHistory();
     void showHistory();
     void copyHistory();
     void clearHistory();
@@ -184,14 +182,22 @@ private:
     qint32 maxJobs = 200;
     std::atomic<bool> stopPending{false};
     std::atomic<RunPhase> runPhase{RunPhase::Idle}; ///< changed under listMutex only
-    HistoryRecorder recorder;                       ///< guarded by historyMutex
 
     QMutex jobMutex;     ///< makes an operation on the job list one step for all others
     QMutex historyMutex; ///< guards the history file
     QMutex spareMutex;   ///< never locked; kept on purpose
-    /// The lists must be whole also for operations that take historyMutex or no mutex. This and
+    /// Keeps the two lists consistent for operations that take historyMutex or no mutex. This and
     /// queueMutex are held for single accesses; nothing is waited for or emitted under them.
     mutable QMutex listMutex;
     mutable QMutex queueMutex;
     DeliveryFence fence;
 };
+
+template <typename Entry>
+std::optional<Entry> Walle::takeOldest(QList<Entry> &queue)
+{
+    const QMutexLocker locker(&queueMutex);
+    if (queue.isEmpty())
+        return std::nullopt;
+    return queue.takeFirst();
+}

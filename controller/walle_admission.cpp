@@ -1,26 +1,23 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Which paths become rows of the job list. Paths are taken literally: nothing is
-// cleaned, made absolute or resolved, and only the exact system directories are
-// refused, not what lies in them.
+// Which paths become rows of the job list. A path is used as given: it is not
+// cleaned, made absolute or resolved. Only the exact system directories are
+// refused, not what is in them.
 
 #include "controller/droppedurls.h"
 #include "controller/walle.h"
 
 #include <QFileInfo>
-#include <QMutexLocker>
-
-#include <optional>
 
 RejectReasons Walle::admitPath(const QString &path)
 {
-    // No file has a zero byte in its name, but an URL may: the system calls would read it as the
-    // end and find another file.
+    // A URL may hold a zero byte, which no file name can. The system calls would read it as the
+    // end of the path and find another file.
     if (path.contains(QChar(QChar::Null)))
         return RejectNotFound;
-    // Asked once before the lock: a disk that has to spin up, or a server that does not answer,
-    // keeps this thread waiting but not the GUI thread, which needs the lock while a run goes on.
+    // The first stat() is made without the lock. A disk that has to spin up, or a server that does
+    // not answer, then blocks this thread but not the GUI thread, which needs the lock in a run.
     QFileInfo::exists(path);
     std::optional<DeliveryFence::Emission> emission;
     {
@@ -31,9 +28,9 @@ RejectReasons Walle::admitPath(const QString &path)
         emission.emplace(fence);
         appendJob(path);
     }
-    // The GUI thread may be waiting for jobMutex to take out a finished row, so it is given back
-    // before this thread waits for the GUI thread to put the new row in. The bracket keeps the
-    // order: no row is taken out of the table before this one is in it.
+    // Emitted without jobMutex: the connection is a blocking one, and the GUI thread may be waiting
+    // for jobMutex to remove a finished row. The Emission keeps the order: no row is removed from
+    // the table before this one is in it.
     emit addRowToMainTable(path);
     return 0;
 }
@@ -43,7 +40,7 @@ RejectReasons Walle::refusalOf(const QString &path) const
 {
     const QFileInfo info(path);
     const bool isLink = info.isSymLink();
-    // A link stands for itself, so it is admitted dangling and whatever its target permits.
+    // The link itself is shredded, so it is admitted dangling and whatever its target permits.
     if (!info.exists() && !isLink)
         return RejectNotFound;
     if (!info.isFile() && !info.isDir() && !isLink)
@@ -64,63 +61,49 @@ RejectReasons Walle::refusalOf(const QString &path) const
 /// A batch from the file dialog is tried to its end, also beyond the limit.
 RejectReasons Walle::admitChosen()
 {
-    QStringList names;
-    {
-        const QMutexLocker locker(&queueMutex);
-        if (chosenBatches.isEmpty())
-            return 0;
-        names = chosenBatches.takeFirst();
-    }
+    const std::optional<QStringList> names = takeOldest(chosenBatches);
+    if (!names)
+        return 0;
     RejectReasons reasons = 0;
-    for (const QString &name : qAsConst(names))
+    for (const QString &name : *names)
         reasons |= admitPath(name);
     refreshAfterBatch();
     return reasons;
 }
 
+/// A drop, unlike a batch from the file dialog, ends at the first refusal for the limit.
 RejectReasons Walle::admitDropped()
 {
-    QList<QUrl> urls;
-    {
-        const QMutexLocker locker(&queueMutex);
-        if (droppedBatches.isEmpty())
-            return 0;
-        urls = droppedBatches.takeFirst();
-    }
-    const RejectReasons reasons = admitUrls(urls);
-    refreshAfterBatch();
-    return reasons;
-}
-
-/// A drop, unlike a batch from the file dialog, ends at the first refusal for the limit.
-RejectReasons Walle::admitUrls(const QList<QUrl> &urls)
-{
+    const std::optional<QList<QUrl>> urls = takeOldest(droppedBatches);
+    if (!urls)
+        return 0;
     RejectReasons reasons = 0;
-    const QStringList paths = localPathsOf(urls);
+    const QStringList paths = localPathsOf(*urls);
     for (const QString &path : paths) {
         const RejectReasons refusal = admitPath(path);
         reasons |= refusal;
         if (refusal == RejectOverLimit)
             break;
     }
+    refreshAfterBatch();
     return reasons;
 }
 
 void Walle::refreshAfterBatch()
 {
-    // As one step for finishOneWalle(), or what this tells the controls, already out of date,
-    // could reach them after what the end of the run told them.
+    // jobMutex keeps finishOneWalle() out. Otherwise the run could end in between, and its control
+    // signals would reach the window before these, which are older.
     const QMutexLocker locker(&jobMutex);
     const DeliveryFence::Emission emission(fence);
     refreshControls(ControlSituation::BatchAdmitted);
 }
 
-void Walle::report(RejectReasons reasons)
+void Walle::reportRefusals(RejectReasons reasons)
 {
     if (reasons == 0)
         return;
-    // Nothing may be on its way while the report is open: a slot of the GUI thread that
-    // delivers pending calls would open the report inside itself and hold up the run.
+    // Everything must be delivered before alertDialog is posted. A slot of the GUI thread that
+    // calls deliverPending() would otherwise open the dialog within itself and block the run.
     fence.waitUntilDelivered();
     emit alertDialog(reasons);
 }

@@ -2,19 +2,19 @@
 // SPDX-License-Identifier: MIT
 
 // The history of removed items: recording in the GUI thread while the worker
-// waits; loading, copying and clearing in the controller thread. A history that
-// cannot be used is silently done without.
+// waits; loading, copying and clearing in the controller thread.
 
 #include "controller/historyfile.h"
+#include "controller/homedirectory.h"
 #include "controller/walle.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QMutexLocker>
+
+#include <unistd.h>
 
 QString Walle::historyFilePath()
 {
-    return historyfile::path();
+    return homeDirectoryOf(getuid()) + QStringLiteral("/.fileshredderEx.dat");
 }
 
 void Walle::addToHistoryWalle(QString path)
@@ -29,18 +29,8 @@ void Walle::appendHistory(const QString &path)
     if (path.isEmpty())
         return;
     const QMutexLocker locker(&historyMutex);
-    recorder.record(path);
-    if (!runGoesOn()) // a run keeps the history open
-        recorder.release();
-}
-
-void Walle::releaseHistory()
-{
-    // Whoever holds the mutex, perhaps this very thread, releases the history itself.
-    if (!historyMutex.tryLock())
-        return;
-    recorder.release();
-    historyMutex.unlock();
+    historyfile::append(historyFilePath(),
+                        historyfile::entryFor(path, QDateTime::currentDateTime()));
 }
 
 void Walle::loadHistory()
@@ -48,7 +38,7 @@ void Walle::loadHistory()
     historyLoadAborted = false;
     historyLines.clear();
     emit setHistoryButtonEnabled(false, LoadPhase::Begun);
-    readHistory();
+    historyLines = historyfile::load(historyFilePath(), historyLoadAborted);
     if (historyLines.isEmpty())
         return;
     emit setHistoryButtonEnabled(true, LoadPhase::RowsComing);
@@ -56,19 +46,9 @@ void Walle::loadHistory()
     emit setHistoryButtonEnabled(true, LoadPhase::Complete);
 }
 
-void Walle::readHistory()
-{
-    const QString path = historyFilePath();
-    if (!historyfile::isUsable(path))
-        return;
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
-        historyLines = historyfile::linesOf(file, historyLoadAborted);
-}
-
 void Walle::showHistory()
 {
-    // Lines after the last whole entry are nobody's.
+    // Lines after the last whole entry belong to no entry.
     for (int first = 0; first + historyfile::linesPerEntry <= historyLines.size();
          first += historyfile::linesPerEntry) {
         if (historyLoadAborted)
@@ -86,8 +66,5 @@ void Walle::copyHistory()
 void Walle::clearHistory()
 {
     const QMutexLocker locker(&historyMutex);
-    recorder.release();
-    const QString path = historyFilePath();
-    if (QFileInfo::exists(path) && QFileInfo(path).isWritable())
-        QFile::remove(path);
+    historyfile::clear(historyFilePath());
 }

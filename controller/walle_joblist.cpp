@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The job list, its check states and the controls that depend on them. The
-// commands hold jobMutex from their first look to their last signal; single
-// accesses to the lists take listMutex within it.
+// The job list, its check states and the controls that depend on them. A command
+// holds jobMutex from its first read to its last signal. Single accesses to the
+// lists take listMutex within it.
 
 #include "controller/walle.h"
-
-#include <QMutexLocker>
 
 void Walle::setAllChecked(bool state)
 {
@@ -25,15 +23,11 @@ void Walle::setAllChecked(bool state)
 
 void Walle::toggleRow()
 {
-    CellToggle toggle;
-    {
-        const QMutexLocker locker(&queueMutex);
-        if (toggleQueue.isEmpty())
-            return;
-        toggle = toggleQueue.takeFirst();
-    }
+    const std::optional<CellToggle> toggle = takeOldest(toggleQueue);
+    if (!toggle)
+        return;
     const QMutexLocker locker(&jobMutex);
-    const int row = rowOf(toggle);
+    const int row = rowOf(*toggle);
     if (row < 0)
         return;
     const DeliveryFence::Emission emission(fence);
@@ -57,7 +51,7 @@ void Walle::removeChecked()
     int row = 0;
     while (row < rowCount()) {
         if (isChecked(row)) {
-            removeJob(row); // the next row moves into its place
+            removeJob(row); // the next row now has this number
             emit removeRowFromMainTable(row);
         } else {
             ++row;
@@ -66,7 +60,7 @@ void Walle::removeChecked()
     refreshControls(ControlSituation::RowsRemoved);
 }
 
-/// The row in which the clicked entry is now; -1 when it has gone.
+/// The row that the clicked entry has now; -1 when it has been removed.
 int Walle::rowOf(const CellToggle &toggle) const
 {
     const QMutexLocker locker(&listMutex);
@@ -164,7 +158,7 @@ void Walle::refreshControls(int situation)
     const Selection now = selection();
     switch (situation) {
     case ControlSituation::BatchAdmitted:
-        // Only ever enables and ticks: what a batch adds cannot take anything away.
+        // Only enables and ticks: a batch adds rows and removes none.
         if (now.rows < 1)
             return;
         emit setSelectAllCheckBoxEnabled(true);

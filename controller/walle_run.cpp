@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // A run: the checked rows go to the worker one at a time, the next only after
-// the verdict on the last. A shredded row leaves the list and a failed one is
-// unchecked, so the lowest checked row always moves on and each is tried once.
+// the verdict on the last. A verdict is finishOne or failedOne. A shredded row is
+// removed and a failed one is unchecked, so each checked row is tried once.
 
 #include "controller/walle.h"
 
@@ -11,15 +11,14 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QMutexLocker>
 
 #include <sys/stat.h>
 
 namespace
 {
 
-/// True for a device, fifo or socket. One look decides: of several one may fail, and a file would
-/// pass for something that exists and is of no known kind.
+/// True for a device, fifo or socket. One lstat() decides: QFileInfo makes several calls, of which
+/// one may fail, and a file would seem to exist and be of no known kind.
 bool isOfAnotherKind(const QString &path)
 {
     struct stat status = {};
@@ -37,20 +36,18 @@ void Walle::startCrush()
     succeededCount = 0;
     failedCount = 0;
     resultKind = 1;
-    stopPending = false;
     emit setCrushStarted(RunState::Running);
     crushNext();
 }
 
 void Walle::stopCrush()
 {
-    // Opened before requestStop(): stoppedWalle() then waits until the two signals below are
-    // delivered, or the window would show "stopping" for ever.
+    // Constructed before requestStop(): stoppedWalle() then waits until the two signals below are
+    // delivered. Otherwise the window would show "stopping" for ever.
     const DeliveryFence::Emission emission(fence);
-    // One answer is enough for several stops; a second would come into the next run.
+    // Several stops are answered by one stopped(); a second would arrive in the next run.
     if (acceptStop())
         crusher->requestStop(true);
-    stopPending = true;
     takeBack();
     refreshControls(ControlSituation::StopAsked);
     emit setCrushStarted(RunState::Stopping);
@@ -70,18 +67,16 @@ void Walle::crushNext()
 
 void Walle::handOver(const QString &path)
 {
+    // A path that became a device or fifo after admission is not handed over. No verdict will
+    // come, and the run stays open until the user stops it.
     if (!isOfAnotherKind(path))
         crusher->addPath(path);
-    // A device or fifo that took the path's place after admission is not handed over. No
-    // verdict will come, and the run stays open until the user stops it.
-
-    // A stop or the end of the window may have emptied the queue before addPath(); so it is
-    // emptied again.
-    if (stopPending || runPhase == RunPhase::Silent)
+    // stopCrush() or shutDown() may have called takeBack() just before addPath().
+    if (stopPending)
         takeBack();
 }
 
-/// Takes back what the worker has not begun. Left in the queue it would be shredded after the
+/// Removes from the worker's queue what it has not begun. It would otherwise be shredded after the
 /// window shows idle.
 void Walle::takeBack()
 {
@@ -104,7 +99,7 @@ void Walle::endRun()
     emitEnd();
 }
 
-/// The last report comes with the run over: a start in answer to it is accepted.
+/// showResultDialog comes after leaveEnding(): a start posted in answer to it is accepted.
 void Walle::emitEnd()
 {
     emit setCrushStarted(RunState::Idle);
@@ -124,13 +119,15 @@ bool Walle::acceptStart()
     if (runPhase != RunPhase::Idle)
         return false;
     runPhase = RunPhase::Running;
+    stopPending = false;
     return true;
 }
 
-/// False when the answer to an earlier stop is still to come, or after the window has gone.
+/// False when the worker has yet to answer an earlier stop, or after shutDown().
 bool Walle::acceptStop()
 {
     const QMutexLocker locker(&listMutex);
+    stopPending = true;
     switch (runPhase) {
     case RunPhase::Running:
         runPhase = RunPhase::Stopping;
@@ -151,21 +148,7 @@ void Walle::leaveEnding()
         runPhase = RunPhase::Idle;
 }
 
-bool Walle::runGoesOn() const
-{
-    const RunPhase phase = runPhase;
-    return phase == RunPhase::Running || phase == RunPhase::Stopping
-           || phase == RunPhase::TakenBack;
-}
-
 void Walle::finishOneWalle(QString path)
-{
-    takeFinished(path);
-    if (!runGoesOn())
-        releaseHistory();
-}
-
-void Walle::takeFinished(const QString &path)
 {
     const QMutexLocker locker(&jobMutex);
     fence.deliverPending();
@@ -183,43 +166,41 @@ void Walle::takeFinished(const QString &path)
 
 void Walle::failedOneWalle(QString path)
 {
-    // A failed row stays where it is, so the order of the rows needs no guarding here; the
-    // verdict and the history are what must not mix.
+    // Not jobMutex: a failed row is not removed, so the rows keep their order. historyMutex keeps
+    // clearHistory() from running between a verdict and what follows from it.
     const QMutexLocker locker(&historyMutex);
-    // Whatever the path: the lowest checked row is the one that was handed over. The window is
-    // not told; the row stays as it is drawn until the result report.
+    // Whatever the path: the lowest checked row is the one that was handed over. No signal is
+    // emitted; the row keeps its tick in the table until the result report.
     if (!uncheckFirstInStep())
         return;
     ++failedCount;
     finishPercentWalle(path, 0);
     crushNext();
-    if (!runGoesOn())
-        recorder.release();
 }
 
 void Walle::stoppedWalle()
 {
     bool takenBack = false;
     {
-        // A stop that is under way is either told by now and answered by this, or will ask anew.
+        // A stopCrush() in progress has either delivered its signals by now, and this is its
+        // answer, or it will find the phase Ending and call requestStop() again.
         const std::unique_lock<QMutex> lock = lockListInStep();
         takenBack = runPhase == RunPhase::TakenBack;
-        if (runPhase != RunPhase::Silent)
+        if (runPhase != RunPhase::ShutDown)
             runPhase = RunPhase::Ending;
     }
-    releaseHistory();
     emit setCrushStarted(RunState::Idle);
     refreshControls(ControlSituation::Stopped);
-    // No verdict will come that would end the run with its report.
+    // No verdict will come, so the result is reported here.
     if (takenBack)
         emitEnd();
     else
         leaveEnding();
 }
 
-void Walle::fallSilent()
+void Walle::shutDown()
 {
-    // The window first, so that what the worker still reports opens no dialog any more.
+    // The window first, so that the worker's last verdict opens no dialog any more.
     disconnect(this, nullptr, nullptr, nullptr);
     {
         const QMutexLocker locker(&queueMutex);
@@ -227,13 +208,13 @@ void Walle::fallSilent()
     }
     {
         const QMutexLocker locker(&listMutex);
-        runPhase = RunPhase::Silent;
+        runPhase = RunPhase::ShutDown;
+        stopPending = true;
     }
-    stopPending = true;
     crusher->requestStop(true);
     takeBack();
     disconnect(crusher, nullptr, nullptr, nullptr);
-    // What the worker had reported by then still arrives: an item that was just removed gets its
+    // Calls that are already posted are still delivered: an item that was just removed gets its
     // history entry.
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     disconnect(&fence, nullptr, nullptr, nullptr);

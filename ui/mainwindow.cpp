@@ -43,7 +43,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    walle->fallSilent();
+    walle->shutDown();
     // A table that is going may still scroll, and would ask this half destroyed window for rows.
     delete historyRows;
 }

@@ -261,7 +261,7 @@ void TestWalleHistory::whatWasReportedBeforeTheWindowWentIsRecorded()
     std::thread reporter([worker, removed] { emit worker->addToHistory(removed); });
     while (!QAbstractEventDispatcher::instance()->hasPendingEvents())
         std::this_thread::yield();
-    harness->walle().fallSilent();
+    harness->walle().shutDown();
     const QByteArrayList lines = home.historyLines();
     QCoreApplication::processEvents();
     reporter.join();

@@ -2,18 +2,23 @@
 // SPDX-License-Identifier: MIT
 
 #include "controller/historyfile.h"
+#include "ordinaryuser.h"
 #include "suites.h"
 #include "temporarytree.h"
 
+#include <QDir>
 #include <QtTest>
 
 #include <algorithm>
 #include <atomic>
 #include <csignal>
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+using testsupport::OrdinaryUser;
 using testsupport::TemporaryTree;
 
 namespace
@@ -22,6 +27,23 @@ namespace
 QDateTime someTime()
 {
     return QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5));
+}
+
+QStringList openFiles()
+{
+    QStringList files;
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const QStringList names = descriptors.entryList(QDir::Files | QDir::System);
+    for (const QString &name : names)
+        files.append(QFile::symLinkTarget(descriptors.filePath(name)));
+    return files;
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat status = {};
+    ::stat(QFile::encodeName(path).constData(), &status);
+    return status.st_mode & ALLPERMS;
 }
 
 /// While it exists no file can grow beyond @p bytes: a write across the limit comes short, one
@@ -89,29 +111,75 @@ class TestHistoryFile : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { maskBefore = ::umask(0); } // what is made has the mode that was asked for
+    void cleanup() { ::umask(maskBefore); }
+
     void entryIsTimeNameAndFolder();
+    void entryOfAnUnusualPathIsItsNameAndAbsoluteFolder_data();
+    void entryOfAnUnusualPathIsItsNameAndAbsoluteFolder();
     void entryHasThreeLinesWhateverTheNameHolds_data();
     void entryHasThreeLinesWhateverTheNameHolds();
     void folderWithLineBreaksStaysOnOneLine();
     void firstEntryMakesTheFile();
     void entriesAreAppended();
+    void deletedHistoryIsMadeAnew();
+    void replacedHistoryGetsTheNextEntry();
+    void otherFileGetsItsOwnEntry();
+    void historyThatMayNotBeReadAnyMoreGetsNothing();
+    void historyIsClosedAfterAnEntry();
+    void historyIsMadeForItsOwnerAlone();
+    void historyThatExistsKeepsItsMode();
     void fullDiskLeavesTheFileAsItWas_data();
     void fullDiskLeavesTheFileAsItWas();
     void fullDiskLeavesANewFileEmpty();
     void folderInItsPlaceIsLeftAlone();
     void missingFolderIsSilent();
     void bytesThatAreNotUtf8AreKept();
-    void usableMeansARegularFileToReadAndWrite();
+    void onlyARegularFileIsLoaded();
+    void onlyAFileToReadAndWriteIsLoaded();
+    void fifoInItsPlaceGetsNothing();
     void readErrorEndsTheReading();
     void clipboardTextIsOneLineAnEntry();
     void clipboardTextLeavesOutAnIncompleteEntry_data();
     void clipboardTextLeavesOutAnIncompleteEntry();
+
+private:
+    mode_t maskBefore = 0;
 };
 
 void TestHistoryFile::entryIsTimeNameAndFolder()
 {
     QCOMPARE(historyfile::entryFor(QStringLiteral("/home/u/a.txt"), someTime()),
              QByteArray("2024-01-02 03:04:05\na.txt\n/home/u\n"));
+}
+
+void TestHistoryFile::entryOfAnUnusualPathIsItsNameAndAbsoluteFolder_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("folder");
+    const auto row = [](const QString &path, const QString &name, const QString &folder) {
+        QTest::newRow(qPrintable(path)) << path << name << folder;
+    };
+    const QString here = QDir::currentPath();
+    row(QStringLiteral("/"), QString(), QStringLiteral("/"));
+    row(QStringLiteral("/a"), QStringLiteral("a"), QStringLiteral("/"));
+    row(QStringLiteral("//a"), QStringLiteral("a"), QStringLiteral("/"));
+    row(QStringLiteral("/a/"), QString(), QStringLiteral("/a"));
+    row(QStringLiteral("/a//b"), QStringLiteral("b"), QStringLiteral("/a"));
+    row(QStringLiteral("/a/./b"), QStringLiteral("b"), QStringLiteral("/a"));
+    row(QStringLiteral("/a/../b"), QStringLiteral("b"), QStringLiteral("/"));
+    row(QStringLiteral("a"), QStringLiteral("a"), here);
+    row(QStringLiteral("a/b"), QStringLiteral("b"), here + QStringLiteral("/a"));
+}
+
+void TestHistoryFile::entryOfAnUnusualPathIsItsNameAndAbsoluteFolder()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, name);
+    QFETCH(QString, folder);
+    const QString lines = QStringLiteral("2024-01-02 03:04:05\n%1\n%2\n").arg(name, folder);
+    QCOMPARE(QString::fromUtf8(historyfile::entryFor(path, someTime())), lines);
 }
 
 void TestHistoryFile::entryHasThreeLinesWhateverTheNameHolds_data()
@@ -162,6 +230,85 @@ void TestHistoryFile::entriesAreAppended()
     historyfile::append(file, "two\n");
     historyfile::append(file, "three\n");
     QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("one\ntwo\nthree\n"));
+}
+
+void TestHistoryFile::deletedHistoryIsMadeAnew()
+{
+    const TemporaryTree tree;
+    const QString file = tree.path(QStringLiteral("history"));
+    historyfile::append(file, "one\n");
+    QVERIFY(QFile::remove(file));
+    historyfile::append(file, "two\n");
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("two\n"));
+}
+
+void TestHistoryFile::replacedHistoryGetsTheNextEntry()
+{
+    const TemporaryTree tree;
+    const QString file = tree.path(QStringLiteral("history"));
+    historyfile::append(file, "one\n");
+    const QString kept = tree.path(QStringLiteral("kept"));
+    QVERIFY(QFile::rename(file, kept));
+    tree.makeFile(QStringLiteral("history"), QByteArray("other\n"));
+    historyfile::append(file, "two\n");
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("other\ntwo\n"));
+    QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray("one\n"));
+}
+
+void TestHistoryFile::otherFileGetsItsOwnEntry()
+{
+    const TemporaryTree tree;
+    const QString file = tree.path(QStringLiteral("history"));
+    const QString other = tree.path(QStringLiteral("other"));
+    historyfile::append(file, "one\n");
+    historyfile::append(other, "two\n");
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("one\n"));
+    QCOMPARE(TemporaryTree::contentsOf(other), QByteArray("two\n"));
+}
+
+void TestHistoryFile::historyThatMayNotBeReadAnyMoreGetsNothing()
+{
+    const TemporaryTree tree;
+    const QString file = tree.makeFile(QStringLiteral("history"), QByteArray("one\n"));
+    OrdinaryUser::give(tree.path());
+    OrdinaryUser::give(file);
+    const OrdinaryUser user;
+    historyfile::append(file, "two\n");
+    QVERIFY(QFile::setPermissions(file, QFile::WriteOwner));
+    historyfile::append(file, "three\n");
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    historyfile::append(file, "four\n");
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    historyfile::append(file, "five\n");
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("one\ntwo\nfive\n"));
+}
+
+/// A deleted history that somebody holds open still takes its space on the disk.
+void TestHistoryFile::historyIsClosedAfterAnEntry()
+{
+    const TemporaryTree tree;
+    const QString file = tree.path(QStringLiteral("history"));
+    historyfile::append(file, "one\n");
+    QVERIFY(!openFiles().contains(file));
+}
+
+void TestHistoryFile::historyIsMadeForItsOwnerAlone()
+{
+    const TemporaryTree tree;
+    const QString file = tree.path(QStringLiteral("history"));
+    historyfile::append(file, "one\n");
+    QCOMPARE(modeOf(file), mode_t{S_IRUSR | S_IWUSR});
+}
+
+void TestHistoryFile::historyThatExistsKeepsItsMode()
+{
+    const TemporaryTree tree;
+    const QString file = tree.makeFile(QStringLiteral("history"), QByteArray("one\n"));
+    const mode_t wide = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
+    QCOMPARE(::chmod(QFile::encodeName(file).constData(), wide), 0);
+    historyfile::append(file, "two\n");
+    QCOMPARE(modeOf(file), wide);
+    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray("one\ntwo\n"));
 }
 
 void TestHistoryFile::fullDiskLeavesTheFileAsItWas_data()
@@ -223,13 +370,50 @@ void TestHistoryFile::bytesThatAreNotUtf8AreKept()
     QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(before + "one\n"));
 }
 
-void TestHistoryFile::usableMeansARegularFileToReadAndWrite()
+void TestHistoryFile::onlyARegularFileIsLoaded()
 {
     const TemporaryTree tree;
-    QVERIFY(historyfile::isUsable(tree.makeFile(QStringLiteral("file"), 0)));
-    QVERIFY(!historyfile::isUsable(tree.path(QStringLiteral("missing"))));
-    QVERIFY(!historyfile::isUsable(tree.path()));
-    QVERIFY(!historyfile::isUsable(tree.makeFifo(QStringLiteral("fifo"))));
+    const std::atomic<bool> aborted{false};
+    const QString file = tree.makeFile(QStringLiteral("file"), QByteArray("one\n"));
+    QCOMPARE(historyfile::load(file, aborted), QStringList{QStringLiteral("one")});
+    const QString missing = tree.path(QStringLiteral("missing"));
+    QCOMPARE(historyfile::load(missing, aborted), QStringList());
+    QVERIFY(!QFile::exists(missing));
+    QCOMPARE(historyfile::load(tree.path(), aborted), QStringList());
+    QCOMPARE(historyfile::load(tree.makeFifo(QStringLiteral("fifo")), aborted), QStringList());
+}
+
+void TestHistoryFile::onlyAFileToReadAndWriteIsLoaded()
+{
+    const TemporaryTree tree;
+    const std::atomic<bool> aborted{false};
+    const QString file = tree.makeFile(QStringLiteral("file"), QByteArray("one\n"));
+    OrdinaryUser::give(tree.path());
+    OrdinaryUser::give(file);
+    const OrdinaryUser user;
+    for (const QFile::Permissions permissions :
+         {QFile::Permissions(), QFile::Permissions(QFile::ReadOwner),
+          QFile::Permissions(QFile::WriteOwner)}) {
+        QVERIFY(QFile::setPermissions(file, permissions));
+        QCOMPARE(historyfile::load(file, aborted), QStringList());
+    }
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    QCOMPARE(historyfile::load(file, aborted), QStringList{QStringLiteral("one")});
+}
+
+/// An entry in a fifo would be lost once somebody reads it.
+void TestHistoryFile::fifoInItsPlaceGetsNothing()
+{
+    const TemporaryTree tree;
+    const QString fifo = tree.makeFifo(QStringLiteral("history"));
+    // Open while the entry comes, so that what is written stays in the fifo.
+    const int held = ::open(QFile::encodeName(fifo).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    QVERIFY(held >= 0);
+    historyfile::append(fifo, "one\n");
+    char byte = 0;
+    const ssize_t count = ::read(held, &byte, 1);
+    ::close(held);
+    QCOMPARE(count, ssize_t{-1});
 }
 
 void TestHistoryFile::readErrorEndsTheReading()

@@ -115,7 +115,7 @@ void TestWalleQueue::workerIsStartedByTheConstructor()
     auto *walle = new Walle; // never ended, as in the program
     QVERIFY(walle->findChild<FileCrusher *>()->isRunning());
     QVERIFY(!walle->isRunning());
-    walle->fallSilent();
+    walle->shutDown();
 }
 
 void TestWalleQueue::idleControllerSaysNothing()

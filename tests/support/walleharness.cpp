@@ -26,7 +26,7 @@ WalleHarness::WalleHarness()
 
 WalleHarness::~WalleHarness()
 {
-    controller->fallSilent();
+    controller->shutDown();
 }
 
 template <class Reaction, class... Arguments>
