@@ -104,7 +104,7 @@ private:
         AwaitingAnswer, ///< the worker has yet to emit stopped(); a start waits
         ShutDown        ///< the window is gone; nothing is handed over any more
     };
-    /// A row of the job list as it was at one moment; row is -1 when there is none.
+    /// A copy of one row of the job list; row is -1 when there is none.
     struct Job {
         int row = -1;
         QString path;
@@ -139,8 +139,8 @@ private:
     void removeJob(int row);
     bool isChecked(int row) const;
     void setChecked(int row, bool state);
-    bool uncheckFirstInStep();
-    std::unique_lock<QMutex> lockListInStep();
+    bool uncheckFirst();
+    std::unique_lock<QMutex> lockListDelivered();
     Job firstChecked() const;
     Selection selection() const;
     int rowCount() const;
@@ -180,12 +180,12 @@ private:
     QList<QStringList> chosenBatches;  ///< guarded by queueMutex
     std::atomic<qint32> finishedCount{0};
     qint32 maxJobs = 200;
-    std::atomic<bool> stopPending{false};
+    std::atomic<bool> stopPending{false};           ///< changed under listMutex only
     std::atomic<RunPhase> runPhase{RunPhase::Idle}; ///< changed under listMutex only
 
-    QMutex jobMutex;     ///< makes an operation on the job list one step for all others
-    QMutex historyMutex; ///< guards the history file
-    QMutex spareMutex;   ///< never locked; kept on purpose
+    QMutex jobMutex;     ///< makes an operation on the job list atomic for other threads
+    QMutex historyMutex; ///< guards appending to and clearing the history file
+    QMutex spareMutex;   ///< never locked
     /// Keeps the two lists consistent for operations that take historyMutex or no mutex. This and
     /// queueMutex are held for single accesses; nothing is waited for or emitted under them.
     mutable QMutex listMutex;

@@ -97,9 +97,9 @@ void Walle::setChecked(int row, bool state)
 }
 
 /// False when no row is checked.
-bool Walle::uncheckFirstInStep()
+bool Walle::uncheckFirst()
 {
-    const std::unique_lock<QMutex> lock = lockListInStep();
+    const std::unique_lock<QMutex> lock = lockListDelivered();
     const int row = jobChecked.indexOf(true);
     if (row < 0)
         return false;
@@ -107,9 +107,9 @@ bool Walle::uncheckFirstInStep()
     return true;
 }
 
-/// Locks listMutex at a moment when every change of the controller thread has reached the
-/// window: a row has the same number and the same tick in the list and in the table.
-std::unique_lock<QMutex> Walle::lockListInStep()
+/// Locks listMutex when the window has received every signal of the controller thread: a row then
+/// has the same number and the same tick in the list and in the table.
+std::unique_lock<QMutex> Walle::lockListDelivered()
 {
     std::unique_lock<QMutex> lock(listMutex, std::defer_lock);
     for (;;) {
@@ -146,7 +146,7 @@ void Walle::finishPercentWalle(QString path, int percent)
         return;
     int row = -1;
     {
-        const std::unique_lock<QMutex> lock = lockListInStep();
+        const std::unique_lock<QMutex> lock = lockListDelivered();
         row = jobPaths.indexOf(path);
     }
     if (row >= 0)

@@ -171,7 +171,7 @@ void Walle::failedOneWalle(QString path)
     const QMutexLocker locker(&historyMutex);
     // Whatever the path: the lowest checked row is the one that was handed over. No signal is
     // emitted; the row keeps its tick in the table until the result report.
-    if (!uncheckFirstInStep())
+    if (!uncheckFirst())
         return;
     ++failedCount;
     finishPercentWalle(path, 0);
@@ -184,7 +184,7 @@ void Walle::stoppedWalle()
     {
         // A stopCrush() in progress has either delivered its signals by now, and this is its
         // answer, or it will find the phase Ending and call requestStop() again.
-        const std::unique_lock<QMutex> lock = lockListInStep();
+        const std::unique_lock<QMutex> lock = lockListDelivered();
         takenBack = runPhase == RunPhase::TakenBack;
         if (runPhase != RunPhase::ShutDown)
             runPhase = RunPhase::Ending;
