@@ -4,6 +4,7 @@
 // Stopping a run: between files, inside a file, inside a folder, and what may
 // still come after.
 
+#include "engine/filecrusher.h"
 #include "sandboxhome.h"
 #include "suites.h"
 #include "temporarytree.h"
@@ -11,6 +12,7 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <memory>
 
 using testsupport::entryExists;
@@ -38,6 +40,7 @@ private slots:
     void failureAfterAStopEndsTheRunWithItsResult();
     void resultLeavesTheTicksInTheList();
     void newStartForgetsTheStop();
+    void verdictAfterTheShutDownHandsNothingOver();
 
 private:
     /// Starts a run over two rows that stands still at the first.
@@ -282,6 +285,25 @@ void TestWalleStop::newStartForgetsTheStop()
     QVERIFY(harness->finished());
     QVERIFY(harness->rows().isEmpty());
     QCOMPARE(harness->log({"showResultDialog"}), (SignalRecords{{"showResultDialog", {1, 2, 0}}}));
+}
+
+void TestWalleStop::verdictAfterTheShutDownHandsNothingOver()
+{
+    startHeldRun();
+    harness->walle().shutDown();
+    harness->walle().finishOneWalle(held);
+
+    auto *worker = harness->walle().findChild<FileCrusher *>();
+    std::atomic<int> stops{0};
+    const QObject context;
+    connect(
+        worker, &FileCrusher::stopped, &context, [&stops] { ++stops; }, Qt::DirectConnection);
+    // Between two stops the worker shreds what is in its queue.
+    worker->requestStop(true);
+    QTRY_VERIFY(stops >= 1);
+    worker->requestStop(true);
+    QTRY_VERIFY(stops >= 2);
+    QVERIFY(entryExists(second));
 }
 
 TEST_SUITE(stop, TestWalleStop)
