@@ -5,6 +5,7 @@
 
 #include "ui/historyrows.h"
 #include "ui/rowtable.h"
+#include "widgets/accessiblewidgets.h"
 
 namespace
 {
@@ -29,7 +30,7 @@ AccessibleRows::~AccessibleRows()
         QAccessible::deleteAccessibleInterface(id);
 }
 
-/// Looked for each time, because a table may be asked before it has got its history.
+/// Not a member, because Qt may ask for the interface before the table has its history.
 const HistoryRows *AccessibleRows::history() const
 {
     return table->findChild<HistoryRows *>(QString(), Qt::FindDirectChildrenOnly);
@@ -127,9 +128,9 @@ QString AccessibleEntry::text(QAccessible::Text kind) const
 QRect AccessibleEntry::rect() const
 {
     const RowTable *table = list->rowTable();
-    const QRect place(0, table->rowViewportPosition(row()), table->columnWidth(0),
-                      table->rowHeight(row()));
-    return QRect(table->viewport()->mapToGlobal(place.topLeft()), place.size());
+    const QRect inView(0, table->rowViewportPosition(row()), table->columnWidth(0),
+                       table->rowHeight(row()));
+    return QRect(table->viewport()->mapToGlobal(inView.topLeft()), inView.size());
 }
 
 QAccessible::State AccessibleEntry::state() const
@@ -144,7 +145,8 @@ QAccessible::State AccessibleEntry::state() const
     return state;
 }
 
-void installAccessibleRows()
+void installAccessibility()
 {
+    installAccessibleWidgets();
     QAccessible::installFactory(accessibleTable);
 }

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What screen readers are told of the two tables: each is a list of its rows. A row
-// of the main table is its cell. A row of the history is an entry, whether it has a
-// frame or not, as only rows near the view have one. All of it lives in the GUI
-// thread; Qt owns the interfaces.
+// The accessible interfaces of the two tables: each is a list of its rows. A row of the
+// main table is its cell. A row of the history is an entry, because only rows near the
+// view have a frame. All of it lives in the GUI thread; Qt owns the interfaces.
 
 #pragma once
 
@@ -23,10 +22,10 @@ public:
     int childCount() const override;
     QAccessibleInterface *child(int row) const override;
     int indexOfChild(const QAccessibleInterface *row) const override;
-    /// @p x and @p y are of the screen.
+    /// @p x and @p y are screen coordinates.
     QAccessibleInterface *childAt(int x, int y) const override;
 
-    /// To be called before entries go: rows are not numbered any more as they were.
+    /// To be called before entries are removed, which renumbers the others.
     void forgetEntries();
     RowTable *rowTable() const { return table; }
     /// The entries that the table shows; null for the main table, whose rows are its cells.
@@ -36,7 +35,7 @@ private:
     QAccessibleInterface *entry(int row, int count) const;
 
     RowTable *table;
-    /// The entries somebody asked for, by the order of their arrival.
+    /// The interfaces made so far, by the order of the entries' arrival.
     mutable QHash<int, QAccessible::Id> knownEntries;
 };
 
@@ -57,7 +56,7 @@ public:
     int childCount() const override { return 0; }
     int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     QString text(QAccessible::Text kind) const override;
-    /// Does nothing: the history is told, not written.
+    /// Does nothing: the history is read-only.
     void setText(QAccessible::Text, const QString &) override {}
     QRect rect() const override;
     QAccessible::Role role() const override { return QAccessible::ListItem; }
@@ -68,5 +67,6 @@ private:
     int arrival;
 };
 
-/// Has Qt ask here about row tables. Calling it again does nothing.
-void installAccessibleRows();
+/// Registers these interfaces and those of the widgets with Qt, once before they are asked for;
+/// again does nothing.
+void installAccessibility();

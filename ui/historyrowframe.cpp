@@ -3,29 +3,28 @@
 
 #include "ui/historyrowframe.h"
 
+#include "ui/rowtable.h"
 #include "widgets/plainlabel.h"
 #include "widgets/stylesheets.h"
 
 #include <QFontMetrics>
-#include <QRect>
 
 namespace
 {
 
 constexpr int rowFrameWidth = 678;
-constexpr int rowFrameHeight = 30;
-constexpr QRect timePlace(2, 0, 150, rowFrameHeight);
-constexpr QRect namePlace(154, 0, 200, rowFrameHeight);
+constexpr QRect timeGeometry(2, 0, 150, RowTable::entryHeight);
+constexpr QRect nameGeometry(154, 0, 200, RowTable::entryHeight);
 constexpr int pathLeft = 356;
-/// Sets the first column off the border of the window.
+/// Between the window's border and the text of the first column.
 constexpr int timeIndent = 13;
-constexpr QRect pathPlace(pathLeft, 0, rowFrameWidth - pathLeft, rowFrameHeight);
+constexpr QRect pathGeometry(pathLeft, 0, rowFrameWidth - pathLeft, RowTable::entryHeight);
 
-PlainLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &place)
+PlainLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &geometry)
 {
     auto *label = new PlainLabel(frame);
     label->setObjectName(objectName);
-    label->setGeometry(place);
+    label->setGeometry(geometry);
     return label;
 }
 
@@ -40,12 +39,12 @@ void showElided(PlainLabel *label, const QString &text)
 
 HistoryRowFrame::HistoryRowFrame(QWidget *parent)
     : QFrame(parent, Qt::FramelessWindowHint)
-    , timeLabel(addLabel(this, QStringLiteral("timeLabel"), timePlace))
-    , nameLabel(addLabel(this, QStringLiteral("nameLabel"), namePlace))
-    , pathLabel(addLabel(this, QStringLiteral("pathLabel"), pathPlace))
+    , timeLabel(addLabel(this, QStringLiteral("timeLabel"), timeGeometry))
+    , nameLabel(addLabel(this, QStringLiteral("nameLabel"), nameGeometry))
+    , pathLabel(addLabel(this, QStringLiteral("pathLabel"), pathGeometry))
 {
     timeLabel->setIndent(timeIndent);
-    resize(rowFrameWidth, rowFrameHeight);
+    resize(rowFrameWidth, RowTable::entryHeight);
     setStyleSheet(stylesheets::row());
 }
 

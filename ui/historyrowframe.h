@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// One row of the history table: time, name and folder side by side, cut at the
-// right where they are too long, with the whole text as tooltip. Lives in the
-// GUI thread; owned by the table cell it is put into.
+// One row of the history table: time, name and folder side by side, elided at the
+// right, with the whole text as tooltip. Lives in the GUI thread; owned by the table
+// that it is put into.
 
 #pragma once
 

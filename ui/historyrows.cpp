@@ -5,35 +5,30 @@
 
 #include "ui/accessiblerows.h"
 #include "ui/historyrowframe.h"
+#include "ui/rowtable.h"
 
-#include <QHeaderView>
 #include <QScrollBar>
-#include <QTableWidget>
 
 namespace
 {
 
-constexpr int rowHeight = 30;
 constexpr int screenRefreshMilliseconds = 16;
-/// Up to this many rows, about two screens, each row is drawn as it arrives. To draw the table
-/// takes far longer than to add a row.
+/// Up to this many rows, about two screens, each row is drawn as it arrives. Drawing the table
+/// takes far longer than adding a row.
 constexpr int rowsShownAtOnce = 30;
-/// Up to this many rows, each is in the table as it arrives. To add one takes the longer the more
-/// there are; what comes later is added in steps.
+/// Up to this many rows, each is added to the table as it arrives. Adding takes longer the more
+/// there are, so later ones are added together, once a screen refresh.
 constexpr int rowsAddedAtOnce = 10000;
-/// Rows beyond either end of the view that have a frame, for the wheel.
+/// Rows beyond either end of the view that have a frame, so that the wheel finds them made.
 constexpr int rowsNearView = 3;
 
 } // namespace
 
-HistoryRows::HistoryRows(QTableWidget *owner, QWidget *parentOfFrames)
+HistoryRows::HistoryRows(RowTable *owner, QWidget *parentOfFrames)
     : QObject(owner)
     , table(owner)
     , frameParent(parentOfFrames)
 {
-    table->verticalHeader()->setMinimumSectionSize(0); // a large font would make rows higher
-    // Deferred layout: a header that knows its height beforehand measures no rows.
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
     showTimer.setSingleShot(true);
     connect(&showTimer, &QTimer::timeout, this, &HistoryRows::show);
     connect(table->verticalScrollBar(), &QScrollBar::valueChanged, this, &HistoryRows::fillView);
@@ -75,19 +70,19 @@ void HistoryRows::clear()
 void HistoryRows::show()
 {
     showTimer.stop();
-    // The rows are alike but for their frames, so it does not matter at which end they come
-    // and go; at the bottom it costs least.
+    // Rows differ only by their frames, so it does not matter at which end they are added and
+    // removed; at the bottom it costs least.
     table->setRowCount(entries.size());
     table->setUpdatesEnabled(true);
     fillView();
     sinceShown.restart();
 }
 
-/// Gives the rows in and next to the view their frames and takes them from all others.
+/// Makes frames for the rows in and next to the view and removes those of all others.
 void HistoryRows::fillView()
 {
     const int firstInView = table->verticalScrollBar()->value();
-    const int rowsInView = table->viewport()->height() / rowHeight + 1;
+    const int rowsInView = table->viewport()->height() / RowTable::entryHeight + 1;
     const int first = qMax(0, firstInView - rowsNearView);
     const int last = qMin(table->rowCount() - 1, firstInView + rowsInView + rowsNearView);
     const QList<int> framedRows = frames.keys();
@@ -113,12 +108,13 @@ void HistoryRows::fillRow(int row)
     frame->setTexts(entry.time, entry.fileName, entry.path);
     frames.insert(row, frame);
     table->setCellWidget(row, 0, frame);
-    // The table puts several new widgets in place only after the next paint, or before it at the
-    // cost of a layout of all rows.
-    frame->setGeometry(0, table->rowViewportPosition(row), table->columnWidth(0), rowHeight);
+    // The table sets the geometry of several new widgets only after the next paint, or before it
+    // at the cost of a layout of all rows.
+    frame->setGeometry(0, table->rowViewportPosition(row), table->columnWidth(0),
+                       RowTable::entryHeight);
 }
 
-/// Screen readers that were told of a row must not find another in its place.
+/// Entries are numbered from the oldest, so an interface would belong to another entry afterwards.
 void HistoryRows::forgetAccessibleEntries()
 {
     QAccessibleInterface *list = QAccessible::queryAccessibleInterface(table);

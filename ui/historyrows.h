@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // The rows of the history table, newest on top. A history can have hundreds of
-// thousands of entries, so every entry keeps its texts, but only the rows in and
-// next to the view have a frame with labels; scrolling brings the others. Rows
-// that stream in are drawn in steps of a screen refresh. Lives in the GUI thread;
-// owned by the table.
+// thousands of entries. All keep their texts, but only rows in and next to the view
+// have a frame with labels; scrolling makes the others. Rows that follow each other
+// closely are drawn once a screen refresh. Lives in the GUI thread; owned by the table.
 
 #pragma once
 
@@ -17,8 +16,8 @@
 #include <QVector>
 
 class HistoryRowFrame;
-class QTableWidget;
 class QWidget;
+class RowTable;
 
 class HistoryRows : public QObject
 {
@@ -33,17 +32,17 @@ public:
 
     /// Fills column 0 of @p table, which owns this object; frames are made as children of
     /// @p frameParent.
-    HistoryRows(QTableWidget *table, QWidget *frameParent);
+    HistoryRows(RowTable *table, QWidget *frameParent);
 
     /// Puts an entry on top. One of the first 10,000 has its row in the table at once, a later one
     /// at the next screen refresh at the latest; it is drawn then.
     void prepend(const QString &time, const QString &fileName, const QString &path);
-    /// Takes away row @p row, counted from the top; a row that does not exist is ignored.
+    /// Removes row @p row, counted from the top; a row that does not exist is ignored.
     void remove(int row);
-    /// Takes away every row, at once.
+    /// Removes every row, at once.
     void clear();
 
-    /// Rows in all, those included that the next screen refresh will add.
+    /// Rows in all, including those that the next screen refresh will add.
     int count() const { return entries.size(); }
     /// The entry in @p row, which there must be, counted from the top.
     const Entry &entryAt(int row) const { return entries.at(entries.size() - 1 - row); }
@@ -54,7 +53,7 @@ private:
     void fillRow(int row);
     void forgetAccessibleEntries();
 
-    QTableWidget *table;
+    RowTable *table;
     QWidget *frameParent;
     QVector<Entry> entries;               ///< in the order of arrival, so the last is row 0
     QHash<int, HistoryRowFrame *> frames; ///< by row; owned by the table

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Construction in order, and the wiring between window and controller.
+// The constructor, and the connections between window and controller.
 
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
+#include "ui/accessiblerows.h"
 #include "ui/historyrows.h"
 #include "ui/rowtable.h"
 
@@ -21,8 +22,9 @@ MainWindow::MainWindow(QWidget *parent)
     , historyMutex(std::make_unique<QMutex>())
     , tableMutex(std::make_unique<QMutex>())
 {
+    installAccessibility();
     fillWindowSizes();
-    placeWindow();
+    setUpWindow();
     addBackground();
     addTitleBar();
     addHeader();
@@ -44,7 +46,7 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     walle->shutDown();
-    // A table that is going may still scroll, and would ask this half destroyed window for rows.
+    // The table may still scroll while it is destroyed, and would ask this for rows.
     delete historyRows;
 }
 
@@ -56,8 +58,8 @@ void MainWindow::connectButtons()
     connect(crushButton, &QPushButton::clicked, this, &MainWindow::crushFilesEva);
 }
 
-/// Blocking where the controller must not go on before the window has done it, or the user has
-/// closed the report.
+/// Blocking where the controller must not go on before the window has done it, or before the user
+/// has closed the report.
 void MainWindow::connectController()
 {
     connect(walle, &Walle::setSelectAllCheckBoxEnabled, this,

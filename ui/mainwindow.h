@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // MainWindow is the whole user interface: header, table, buttons and the history
-// window. It draws what the controller's signals tell (slots ending in Eva) and
-// posts what the user does; it decides nothing about files. Lives in the GUI
-// thread; created by the start-up code. It creates the controller, which outlives
-// it until the process ends.
+// window. Its slots ending in Eva draw what the controller's signals say; its actions
+// post commands. It decides nothing about files. Lives in the GUI thread; created by
+// the start-up code. It creates the controller, which outlives it.
 
 #pragma once
 
@@ -18,7 +17,6 @@
 #include <array>
 #include <memory>
 
-class CustomTitleBar;
 class HistoryRows;
 class QCheckBox;
 class QImage;
@@ -63,9 +61,9 @@ public slots:
     void removeAllFromHistoryEva();
     void historyTableAddItemEva(QString, QString fileName, QString);
     void removeRowFromHistoryTableEva(int rowIndex);
-    /// Shows the progress of a row in percent, despite its name; 0 takes the display away.
+    /// Shows the progress of a row in percent, despite its name; 0 hides the display.
     void setTableRowHeightEva(int, int percent);
-    /// Does nothing: a finished row is told by its removal.
+    /// Does nothing: the row of a finished file is removed by another signal.
     void finishOneFileEva(QString);
     void finishAllEva(int);
     /// @p b is a RunState.
@@ -76,9 +74,9 @@ public slots:
     /// @p n is a LoadPhase.
     void setHistoryButtonEnabledEva(bool, int n);
     void tableCellClickedEva(int r, int c);
-    /// Reports a set of RejectReasons; returns when the user has closed the report.
+    /// Shows the report of refused paths for a set of RejectReasons; returns when it is closed.
     void alertDialogEva(uint);
-    /// Unticks every row and reports the counts; returns when the user has closed the report.
+    /// Unticks every row and shows the report of a run; returns when it is closed.
     void showResultDialogEva(uint, uint, uint);
 
 protected:
@@ -89,7 +87,7 @@ protected:
 private:
     // mainwindow_layout.cpp: one step for each region of the main window
     void fillWindowSizes();
-    void placeWindow();
+    void setUpWindow();
     void addBackground();
     void addTitleBar();
     void addHeader();
@@ -98,8 +96,6 @@ private:
     void addBottomButtons();
     void addEmptyPanel();
     void addSuccessPanel();
-    QPushButton *addLinkButton(const QString &objectName, const QString &text,
-                               const QString &iconPath);
 
     // mainwindow_history.cpp: one step for each region of the history window
     void addHistoryWindow();
@@ -107,21 +103,19 @@ private:
     void addHistoryTable();
     void addHistoryHeading();
     void addHistoryButtons();
-    QPushButton *addHistoryButton(const QString &objectName, const QString &text);
-    void placeHistoryWindow();
+    void centreHistoryWindow();
 
     void connectButtons();
     void connectController();
     void addRowOfLoad(const QString &time, const QString &fileName, const QString &path);
     void enableButtonsOfLoad(bool enabled, int phase);
     ZZTableCell *cellAt(int row) const;
-    QIcon entryIcon(const QString &fullName);
     void drawRowsTogether();
     void hidePanels();
     void setCrushButtonText(const QString &text);
-    void showReport(const QString &text, int kind);
+    int runDialog(const QString &text, int kind) const;
 
-    /// Places in windowSizes.
+    /// Indices of windowSizes.
     enum SizeIndex {
         ScreenWidth,
         ScreenHeight,
@@ -151,8 +145,8 @@ private:
     std::array<quint16, SizeCount> windowSizes = {};
     Walle *walle; ///< outlives the window, as its thread is never joined
     std::unique_ptr<QImage> rowBackground;
-    QIcon fileIcon;
-    QIcon folderIcon;
+    const QIcon fileIcon{QStringLiteral(":/images/ico_file")};
+    const QIcon folderIcon{QStringLiteral(":/images/ico_folder")};
     QBasicTimer rowsTimer; ///< runs while new rows are not drawn yet
     QWidget *tableHost = nullptr;
     std::unique_ptr<QMutex> historyMutex; ///< guards the history table

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What the user does in the main window, and how the controller's answers show in
-// its buttons and header. Data is handed over first, the command posted second.
+// The user's actions in the main window, and the controller's answers in its buttons
+// and header. Data is handed over first, the command posted second.
 
 #include "ui/mainwindow.h"
 
@@ -20,7 +20,7 @@
 namespace
 {
 
-// The texts of the crush button stand for the states of a run.
+// The texts of the crush button, one for each state of a run.
 QString idleText()
 {
     return QStringLiteral("粉碎文件");
@@ -59,8 +59,8 @@ void MainWindow::addEva()
     walle->postCommand(CommandAddChosen);
 }
 
-/// Always answered with a copy. A source that is told of a move would delete its originals, those
-/// of refused files too. A source that offers no copy is refused.
+/// Accepts a copy only. A source whose move is accepted deletes its originals, those of refused
+/// files too.
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
     if (!event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
@@ -75,7 +75,7 @@ void MainWindow::dropEvent(QDropEvent *event)
 {
     if (!event || !walle)
         return;
-    // Not accepted: the source then keeps the copy that it was told of.
+    // The event is not accepted here; the copy of dragEnterEvent() stands.
     const QList<QUrl> urls = event->mimeData()->urls();
     if (urls.isEmpty())
         return;
@@ -107,12 +107,9 @@ void MainWindow::crushFilesEva()
     if (text == stoppingText())
         return;
     const bool alreadyConfirmed = startAwaited;
-    CustomDialog question;
-    question.moveToCentreOf(geometry());
-    question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
-                        DialogKind::Question);
+    const int answer = runDialog(CustomDialog::confirmCrushText(), DialogKind::Question);
     // Of several confirmations for one run, even if that run is over by now, the first counts.
-    if (question.exec() != QDialog::Accepted || alreadyConfirmed || startAwaited)
+    if (answer != QDialog::Accepted || alreadyConfirmed || startAwaited)
         return;
     startAwaited = true;
     walle->postCommand(CommandStartCrush);
@@ -120,7 +117,7 @@ void MainWindow::crushFilesEva()
 
 void MainWindow::setCrushStartedEva(int state)
 {
-    // Any state will do: a start dropped during a run is answered only by the end of that run.
+    // In every state: a start that was dropped during a run is answered only by that run's end.
     startAwaited = false;
     switch (state) {
     case RunState::Idle:
@@ -154,16 +151,13 @@ void MainWindow::setCrushButtonEnabledEva(bool enabled)
         crushButton->setEnabled(enabled);
 }
 
-void MainWindow::finishOneFileEva(QString path)
-{
-    Q_UNUSED(path)
-}
+void MainWindow::finishOneFileEva(QString) {}
 
 void MainWindow::finishAllEva(int count)
 {
     if (count < 0 || !successLabel || !emptyPanel || !successPanel || !subtitleLabel)
         return;
-    // The header tells the result until the next run ends; the success panel stays hidden.
+    // The header shows the result until the next run ends; the success panel stays hidden.
     subtitleLabel->setText(QStringLiteral("已成功粉碎") + QString::number(count)
                            + QStringLiteral("个文件（文件夹）"));
     if (emptyPanel->isVisible())

@@ -1,22 +1,21 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The history window, a second window over the main one. It keeps nothing: each
-// time it opens it is emptied and the controller loads the history anew.
+// The history window, a second window over the main one. Each time it opens it is
+// emptied and the controller loads the history again.
 
 #include "ui/mainwindow.h"
 
 #include "controller/walle.h"
-#include "ui/headings.h"
 #include "ui/historyrows.h"
 #include "ui/rowtable.h"
+#include "ui/windowparts.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
-#include <QLabel>
 #include <QMutexLocker>
 #include <QPushButton>
 #include <QScrollBar>
@@ -24,13 +23,15 @@
 namespace
 {
 
-QLabel *addHeadingLabel(QWidget *window, const QRect &place, const QString &styleSheet,
-                        const QString &text = QString())
+QPushButton *addHistoryButton(QWidget *window, const QString &objectName, const QRect &geometry,
+                              const QString &text)
 {
-    auto *label = new QLabel(text, window);
-    label->setGeometry(place);
-    label->setStyleSheet(styleSheet);
-    return label;
+    auto *button = new QPushButton(text, window);
+    button->setObjectName(objectName);
+    button->setGeometry(geometry);
+    button->setStyleSheet(stylesheets::historyButton());
+    button->setFocusPolicy(Qt::NoFocus);
+    return button;
 }
 
 } // namespace
@@ -45,7 +46,7 @@ void MainWindow::addHistoryWindow()
     historyWindow->setGeometry((windowSizes[ScreenWidth] - width) / 2,
                                (windowSizes[ScreenHeight] - height) / 2, width, height);
     historyWindow->setFixedSize(width, height);
-    historyWindow->setStyleSheet(stylesheets::historyWindowBackground());
+    historyWindow->setStyleSheet(stylesheets::backgroundImage(QStringLiteral("bk_history")));
     addHistoryTitleBar();
     addHistoryTable();
     addHistoryHeading();
@@ -58,116 +59,75 @@ void MainWindow::addHistoryWindow()
 
 void MainWindow::addHistoryTitleBar()
 {
-    constexpr QRect barPlace(0, 0, 698, 40);
-    constexpr QRect iconPlace(16, 12, 16, 16);
-    constexpr QRect titlePlace(40, 0, 380, 40);
-    constexpr QRect closePlace(668, 0, 27, 27);
+    constexpr QRect barGeometry(0, 0, 698, 40);
+    constexpr QPoint closePosition(668, 0);
 
     auto *bar = new CustomTitleBar(historyWindow);
     bar->setObjectName(QStringLiteral("historyTitleBar"));
-    bar->setGeometry(barPlace);
+    bar->setGeometry(barGeometry);
     bar->setMinimizeSlot(0);
-    auto *icon = new QLabel(bar);
-    icon->setObjectName(QStringLiteral("historyTitleIcon"));
-    icon->setGeometry(iconPlace);
-    icon->setStyleSheet(stylesheets::titleIcon());
-    auto *title = new QLabel(QStringLiteral("Brenvale - 文件粉碎记录"), bar);
-    title->setObjectName(QStringLiteral("historyTitleText"));
-    title->setGeometry(titlePlace);
-    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    title->setStyleSheet(stylesheets::titleText());
-    auto *close = new QPushButton(bar);
-    close->setObjectName(QStringLiteral("historyCloseButton"));
-    close->setAccessibleName(QStringLiteral("关闭"));
-    close->setGeometry(closePlace);
-    close->setFlat(true);
-    close->setStyleSheet(stylesheets::closeButton());
-    close->setFocusPolicy(Qt::NoFocus);
+    bar->addIcon(QStringLiteral("historyTitleIcon"));
+    bar->addTitle(QStringLiteral("historyTitleText"), QStringLiteral("Brenvale - 文件粉碎记录"),
+                  stylesheets::titleText());
+    const QPushButton *close =
+        bar->addButton(QStringLiteral("historyCloseButton"), QStringLiteral("关闭"),
+                       QStringLiteral("btn_quit"), closePosition);
     connect(close, &QPushButton::clicked, this, &MainWindow::slotShowHistoryEva);
 }
 
 void MainWindow::addHistoryTable()
 {
-    constexpr QRect hostPlace(1, 42, 698, 415);
-    constexpr QRect tablePlace(0, 0, 698, 415);
-    constexpr int headingHeight = 25;
+    constexpr QRect hostGeometry(1, 42, 698, 415);
+    constexpr QRect tableGeometry(0, 0, 698, 415);
 
     auto *host = new QWidget(historyWindow);
     host->setObjectName(QStringLiteral("historyTableHost"));
-    host->setGeometry(hostPlace);
+    host->setGeometry(hostGeometry);
     host->setStyleSheet(stylesheets::table());
-    historyTable = new RowTable(0, 1, host);
+    historyTable = new RowTable(1, host);
     historyTable->setObjectName(QStringLiteral("historyTable"));
     historyTable->setAccessibleName(QStringLiteral("已粉碎的文件或目录"));
-    historyTable->setGeometry(tablePlace);
-    QPalette palette = historyTable->palette();
-    palette.setBrush(QPalette::Base, QColor(255, 255, 255, 0));
-    historyTable->setPalette(palette);
-    historyTable->setStyleSheet(stylesheets::table());
-    historyTable->setSelectionMode(QAbstractItemView::NoSelection);
-    historyTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-    historyTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    historyTable->setGeometry(tableGeometry);
     historyTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    historyTable->setAutoScroll(false);
-    historyTable->setColumnWidth(0, tablePlace.width());
-    historyTable->horizontalHeader()->setFixedHeight(headingHeight);
-    historyTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft);
-    historyTable->setShowGrid(false);
-    historyTable->verticalHeader()->hide();
-    historyTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    historyTable->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    historyTable->setColumnWidth(0, tableGeometry.width());
     historyTable->verticalScrollBar()->setStyleSheet(stylesheets::historyScrollBar());
     historyRows = new HistoryRows(historyTable, this);
 }
 
 void MainWindow::addHistoryHeading()
 {
-    constexpr QRect timePlace(1, 41, 150, 26);
-    constexpr QRect namePlace(151, 41, 200, 26);
-    constexpr QRect pathPlace(351, 41, 348, 26);
-    constexpr QRect firstSeparatorPlace(151, 41, 6, 26);
-    constexpr QRect secondSeparatorPlace(351, 41, 6, 26);
+    constexpr QRect timeGeometry(1, 41, 150, 26);
+    constexpr QRect nameGeometry(151, 41, 200, 26);
+    constexpr QRect pathGeometry(351, 41, 348, 26);
+    constexpr QRect nameSeparatorGeometry(151, 41, 6, 26);
+    constexpr QRect pathSeparatorGeometry(351, 41, 6, 26);
     constexpr int timeTextLeft = 15;
     constexpr int nameTextLeft = 4;
     constexpr int pathTextLeft = 6;
+    const QString separator = stylesheets::backgroundImage(QStringLiteral("sp_table_head"));
 
-    QLabel *time = addHeadingLabel(historyWindow, timePlace, stylesheets::firstHeading(),
-                                   QStringLiteral("日期"));
-    time->setObjectName(QStringLiteral("historyTimeHeading"));
-    startTextAt(time, timeTextLeft);
-    QLabel *name = addHeadingLabel(historyWindow, namePlace, stylesheets::laterHeading(),
-                                   QStringLiteral("已粉碎文件或目录名"));
-    name->setObjectName(QStringLiteral("historyNameHeading"));
-    startTextAt(name, nameTextLeft);
-    QLabel *path = addHeadingLabel(historyWindow, pathPlace, stylesheets::laterHeading(),
-                                   QStringLiteral("路径"));
-    path->setObjectName(QStringLiteral("historyPathHeading"));
-    startTextAt(path, pathTextLeft);
-    addHeadingLabel(historyWindow, firstSeparatorPlace, stylesheets::headingSeparator())
-        ->setObjectName(QStringLiteral("historyNameSeparator"));
-    addHeadingLabel(historyWindow, secondSeparatorPlace, stylesheets::headingSeparator())
-        ->setObjectName(QStringLiteral("historyPathSeparator"));
+    windowparts::addHeading(historyWindow, QStringLiteral("historyTimeHeading"), timeGeometry,
+                            stylesheets::firstHeading(), QStringLiteral("日期"), timeTextLeft);
+    windowparts::addHeading(historyWindow, QStringLiteral("historyNameHeading"), nameGeometry,
+                            stylesheets::laterHeading(), QStringLiteral("已粉碎文件或目录名"),
+                            nameTextLeft);
+    windowparts::addHeading(historyWindow, QStringLiteral("historyPathHeading"), pathGeometry,
+                            stylesheets::laterHeading(), QStringLiteral("路径"), pathTextLeft);
+    windowparts::addLabel(historyWindow, QStringLiteral("historyNameSeparator"),
+                          nameSeparatorGeometry, separator);
+    windowparts::addLabel(historyWindow, QStringLiteral("historyPathSeparator"),
+                          pathSeparatorGeometry, separator);
 }
 
 void MainWindow::addHistoryButtons()
 {
-    constexpr QRect copyPlace(490, 466, 90, 27);
-    constexpr QRect clearPlace(597, 466, 90, 27);
+    constexpr QRect copyGeometry(490, 466, 90, 27);
+    constexpr QRect clearGeometry(597, 466, 90, 27);
 
-    copyButton = addHistoryButton(QStringLiteral("copyButton"), QStringLiteral("复制到剪贴板"));
-    copyButton->setGeometry(copyPlace);
-    clearHistoryButton =
-        addHistoryButton(QStringLiteral("clearHistoryButton"), QStringLiteral("清除历史记录"));
-    clearHistoryButton->setGeometry(clearPlace);
-}
-
-QPushButton *MainWindow::addHistoryButton(const QString &objectName, const QString &text)
-{
-    auto *button = new QPushButton(text, historyWindow);
-    button->setObjectName(objectName);
-    button->setStyleSheet(stylesheets::historyButton());
-    button->setFocusPolicy(Qt::NoFocus);
-    return button;
+    copyButton = addHistoryButton(historyWindow, QStringLiteral("copyButton"), copyGeometry,
+                                  QStringLiteral("复制到剪贴板"));
+    clearHistoryButton = addHistoryButton(historyWindow, QStringLiteral("clearHistoryButton"),
+                                          clearGeometry, QStringLiteral("清除历史记录"));
 }
 
 void MainWindow::slotShowHistoryEva()
@@ -182,14 +142,14 @@ void MainWindow::slotShowHistoryEva()
     clearHistoryButton->setEnabled(false);
     copyButton->setEnabled(false);
     historyRows->clear();
-    placeHistoryWindow();
+    centreHistoryWindow();
     historyCleared = false;
     ++loadsOutstanding;
     walle->postCommand(CommandLoadHistory);
     historyWindow->show();
 }
 
-void MainWindow::placeHistoryWindow()
+void MainWindow::centreHistoryWindow()
 {
     const QSize size = historyWindow->size();
     if (const QWidget *parent = historyWindow->parentWidget()) {
@@ -201,14 +161,15 @@ void MainWindow::placeHistoryWindow()
     }
 }
 
-/// Drops rows of a load that a later opening has overtaken; the later load sends them again.
+/// Drops rows of a load while a later one is outstanding, which sends them again.
 void MainWindow::addRowOfLoad(const QString &time, const QString &fileName, const QString &path)
 {
     if (loadsOutstanding == 0)
         historyTableAddItemEva(time, fileName, path);
 }
 
-/// Leaves the buttons disabled when the rows of the load were cleared or it was overtaken.
+/// Leaves the buttons disabled when the rows of the load were cleared or a later load is
+/// outstanding.
 void MainWindow::enableButtonsOfLoad(bool enabled, int phase)
 {
     if (phase == LoadPhase::Begun && loadsOutstanding > 0)

@@ -1,17 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The regions of the main window, from top to bottom. Everything has a fixed
-// place on a window of a fixed size; the background image knows these places.
+// The regions of the main window, from top to bottom. Window and widgets have fixed
+// geometries, which the background image is drawn for.
 
 #include "ui/mainwindow.h"
 
-#include "ui/headings.h"
 #include "ui/rowtable.h"
-#include "ui/textsize.h"
+#include "ui/windowparts.h"
+#include "widgets/customdialog.h"
 #include "widgets/customtitlebar.h"
 #include "widgets/stylesheets.h"
-#include "widgets/windowpalette.h"
 
 #include <QCheckBox>
 #include <QGuiApplication>
@@ -23,9 +22,12 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
 #include <QStyleOptionSlider>
 #include <QStyledItemDelegate>
+
+using windowparts::addFlatButton;
+using windowparts::addHeading;
+using windowparts::addLabel;
 
 namespace
 {
@@ -34,31 +36,9 @@ constexpr int mainWidth = 800;
 constexpr int mainHeight = 550;
 constexpr int historyWidth = 700;
 constexpr int historyHeight = 500;
-constexpr int dialogWidth = 420;
-constexpr int dialogHeight = 230;
 
-QLabel *addLabel(QWidget *parent, const QRect &place, const QString &styleSheet,
-                 const QString &text = QString())
-{
-    auto *label = new QLabel(text, parent);
-    label->setGeometry(place);
-    label->setStyleSheet(styleSheet);
-    return label;
-}
-
-QPushButton *addFlatButton(QWidget *parent, const QRect &place, const QString &styleSheet,
-                           const QString &text = QString())
-{
-    auto *button = new QPushButton(text, parent);
-    button->setGeometry(place);
-    button->setFlat(true);
-    button->setStyleSheet(styleSheet);
-    button->setFocusPolicy(Qt::NoFocus);
-    return button;
-}
-
-/// Draws its handle only. For a scroll bar whose sheet says "background:none", Qt fills the trough
-/// with the desktop's window colour, which makes the handle hard to see, or a dark bar beside it.
+/// Draws its handle only. Where the sheet says "background:none", Qt fills the trough with the
+/// desktop's window colour, on which the handle is hard to see.
 class TroughlessScrollBar : public QScrollBar
 {
 public:
@@ -76,8 +56,8 @@ protected:
     }
 };
 
-/// Continues the rows into the spare column, which has no cells, so that their lines end at the
-/// edge of the window.
+/// Draws the rows' background in the spare column, which has no cells, so that the rows' lines
+/// reach the edge of the window.
 class SpareColumnPainter : public QStyledItemDelegate
 {
 public:
@@ -104,12 +84,12 @@ void MainWindow::fillWindowSizes()
     windowSizes[MainHeight] = mainHeight;
     windowSizes[HistoryWidth] = historyWidth;
     windowSizes[HistoryHeight] = historyHeight;
-    windowSizes[DialogWidth] = dialogWidth;
-    windowSizes[DialogHeight] = dialogHeight;
+    windowSizes[DialogWidth] = CustomDialog::dialogWidth;
+    windowSizes[DialogHeight] = CustomDialog::dialogHeight;
     windowSizes[SpareSize] = 0;
 }
 
-void MainWindow::placeWindow()
+void MainWindow::setUpWindow()
 {
     setWindowFlags(Qt::FramelessWindowHint);
     const int width = windowSizes[MainWidth];
@@ -122,184 +102,147 @@ void MainWindow::placeWindow()
 
 void MainWindow::addBackground()
 {
-    // A widget of its own, so that the image reaches no other child.
+    // A widget of its own, because the other children would inherit the image.
     auto *background = new QWidget(this);
     background->setObjectName(QStringLiteral("background"));
     background->move(0, 0);
     background->setFixedSize(windowSizes[MainWidth], windowSizes[MainHeight]);
-    background->setStyleSheet(stylesheets::mainWindowBackground());
+    background->setStyleSheet(stylesheets::backgroundImage(QStringLiteral("bk")));
 }
 
 void MainWindow::addTitleBar()
 {
-    constexpr QRect barPlace(0, 0, 800, 40);
-    constexpr QRect iconPlace(16, 12, 16, 16);
-    constexpr QRect titlePlace(40, 0, 380, 40);
-    constexpr QRect minimizePlace(736, 0, 27, 27);
-    constexpr QRect closePlace(768, 0, 27, 27);
+    constexpr QRect barGeometry(0, 0, 800, 40);
+    constexpr QPoint minimizePosition(736, 0);
+    constexpr QPoint closePosition(768, 0);
 
     auto *bar = new CustomTitleBar(this);
     bar->setObjectName(QStringLiteral("titleBar"));
-    bar->setGeometry(barPlace);
-    addLabel(bar, iconPlace, stylesheets::titleIcon())->setObjectName(QStringLiteral("titleIcon"));
-    QLabel *title = addLabel(bar, titlePlace, stylesheets::mainTitleText(),
-                             QStringLiteral("Brenvale - 文件粉碎机"));
-    title->setObjectName(QStringLiteral("titleText"));
-    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-
-    QPushButton *minimize = addFlatButton(bar, minimizePlace, stylesheets::minimizeButton());
-    minimize->setObjectName(QStringLiteral("minimizeButton"));
-    minimize->setAccessibleName(QStringLiteral("最小化"));
-    QPushButton *close = addFlatButton(bar, closePlace, stylesheets::closeButton());
-    close->setObjectName(QStringLiteral("closeButton"));
-    close->setAccessibleName(QStringLiteral("关闭"));
+    bar->setGeometry(barGeometry);
+    bar->addIcon(QStringLiteral("titleIcon"));
+    bar->addTitle(QStringLiteral("titleText"), QStringLiteral("Brenvale - 文件粉碎机"),
+                  stylesheets::mainTitleText());
+    QPushButton *minimize =
+        bar->addButton(QStringLiteral("minimizeButton"), QStringLiteral("最小化"),
+                       QStringLiteral("btn_mini"), minimizePosition);
+    const QPushButton *close = bar->addButton(QStringLiteral("closeButton"), QStringLiteral("关闭"),
+                                              QStringLiteral("btn_quit"), closePosition);
     connect(close, &QPushButton::clicked, this, &MainWindow::windowQuit);
     connect(minimize, &QPushButton::clicked, this, &MainWindow::windowMini);
-    // Built and wired but never shown: the window offers closing only.
+    // Never shown: the window offers closing only.
     minimize->hide();
 }
 
 void MainWindow::addHeader()
 {
-    constexpr QRect logoPlace(27, 54, 48, 48);
-    constexpr QRect headlinePlace(84, 51, 600, 28);
-    constexpr QRect subtitlePlace(84, 79, 600, 28);
-    constexpr QRect historyLinkPlace(700, 84, 84, 20);
+    constexpr QRect logoGeometry(27, 54, 48, 48);
+    constexpr QRect headlineGeometry(84, 51, 600, 28);
+    constexpr QRect subtitleGeometry(84, 79, 600, 28);
+    constexpr QRect historyLinkGeometry(700, 84, 84, 20);
 
-    logoLabel = addLabel(this, logoPlace, stylesheets::logo());
-    logoLabel->setObjectName(QStringLiteral("logoLabel"));
-    QLabel *headline = addLabel(this, headlinePlace, stylesheets::headerText(),
-                                QStringLiteral("彻底粉碎无法删除的 \"顽固\" 文件或文件夹"));
-    headline->setObjectName(QStringLiteral("headlineLabel"));
+    logoLabel = addLabel(this, QStringLiteral("logoLabel"), logoGeometry,
+                         stylesheets::backgroundImage(QStringLiteral("logo")));
+    addLabel(this, QStringLiteral("headlineLabel"), headlineGeometry, stylesheets::headerText(),
+             QStringLiteral("彻底粉碎无法删除的 \"顽固\" 文件或文件夹"));
     subtitleLabel =
-        addLabel(this, subtitlePlace, stylesheets::headerText(),
+        addLabel(this, QStringLiteral("subtitleLabel"), subtitleGeometry, stylesheets::headerText(),
                  QStringLiteral("您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口"));
-    subtitleLabel->setObjectName(QStringLiteral("subtitleLabel"));
-
-    QPushButton *historyLink = addFlatButton(this, historyLinkPlace, stylesheets::historyLink(),
-                                             QStringLiteral("查看粉碎记录"));
-    historyLink->setObjectName(QStringLiteral("historyLink"));
+    const QPushButton *historyLink =
+        addFlatButton(this, QStringLiteral("historyLink"), historyLinkGeometry,
+                      stylesheets::historyLink(), QStringLiteral("查看粉碎记录"));
     connect(historyLink, &QPushButton::clicked, this, &MainWindow::slotShowHistoryEva);
 }
 
 void MainWindow::addMainTable()
 {
-    constexpr QRect tablePlace(1, 115, 798, 394);
-    constexpr int entryColumnWidth = 778;
-    constexpr int spareColumnWidth = 20;
-    constexpr int headingHeight = 25;
+    constexpr QRect tableGeometry(1, 115, 798, 394);
     constexpr int spareColumn = 1;
+    constexpr int spareColumnWidth = 20;
 
     tableHost = new QWidget(this);
     tableHost->setObjectName(QStringLiteral("tableHost"));
-    tableHost->setGeometry(tablePlace);
+    tableHost->setGeometry(tableGeometry);
     tableHost->hide();
 
-    mainTable = new RowTable(0, 2, this);
+    mainTable = new RowTable(2, this);
     mainTable->setObjectName(QStringLiteral("mainTable"));
     mainTable->setAccessibleName(QStringLiteral("待粉碎的文件或文件夹"));
-    mainTable->setGeometry(tablePlace);
-    mainTable->setStyleSheet(stylesheets::table());
-    QPalette palette = mainTable->palette();
-    palette.setBrush(QPalette::Base, QColor(255, 255, 255, 0));
-    mainTable->setPalette(palette);
-    mainTable->setSelectionMode(QAbstractItemView::NoSelection);
-    // Styles and large fonts would make the spare column wider and the rows higher than they are.
+    mainTable->setGeometry(tableGeometry);
+    // Some styles and large fonts have a larger minimum.
     mainTable->horizontalHeader()->setMinimumSectionSize(spareColumnWidth);
-    mainTable->verticalHeader()->setMinimumSectionSize(0);
-    // A row that comes in another height and is resized has the table laid out once more.
-    mainTable->verticalHeader()->setDefaultSectionSize(RowTable::entryHeight);
-    mainTable->setColumnWidth(0, entryColumnWidth);
-    mainTable->setColumnWidth(1, spareColumnWidth);
+    mainTable->setColumnWidth(0, ZZTableCell::cellWidth);
+    mainTable->setColumnWidth(spareColumn, spareColumnWidth);
     mainTable->setHorizontalHeaderLabels(
         {QStringLiteral("名称"), QStringLiteral("文件或文件夹路径")});
-    mainTable->setShowGrid(false);
-    mainTable->verticalHeader()->hide();
-    mainTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft);
-    mainTable->horizontalHeader()->setFixedHeight(headingHeight);
-    mainTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    mainTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-    mainTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    mainTable->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mainTable->setVerticalScrollBar(new TroughlessScrollBar(mainTable));
     mainTable->verticalScrollBar()->setStyleSheet(stylesheets::mainScrollBar());
     mainTable->setItemDelegateForColumn(spareColumn, new SpareColumnPainter(mainTable));
-    mainTable->setAutoScroll(false);
 }
 
-/// The visible heading: labels over the table's own, whose words differ on purpose.
+/// The visible headings: labels that cover the table's own heading, whose texts nobody sees.
 void MainWindow::addTableHeading()
 {
-    constexpr QRect namePlace(1, 114, 300, 26);
-    constexpr QRect pathPlace(301, 114, 498, 26);
-    constexpr QRect separatorPlace(301, 114, 6, 26);
-    constexpr QRect bottomRulePlace(1, 508, 798, 1);
-    constexpr int nameTextLeft = 15;
-    constexpr int pathTextLeft = 15;
+    constexpr QRect nameGeometry(1, 114, 300, 26);
+    constexpr QRect pathGeometry(301, 114, 498, 26);
+    constexpr QRect separatorGeometry(301, 114, 6, 26);
+    constexpr QRect bottomRuleGeometry(1, 508, 798, 1);
+    constexpr int textLeft = 15;
 
-    QLabel *name = addLabel(this, namePlace, stylesheets::firstHeading(), QStringLiteral("名称"));
-    name->setObjectName(QStringLiteral("nameHeading"));
-    startTextAt(name, nameTextLeft);
-    QLabel *path =
-        addLabel(this, pathPlace, stylesheets::laterHeading(), QStringLiteral("文件路径"));
-    path->setObjectName(QStringLiteral("pathHeading"));
-    startTextAt(path, pathTextLeft);
-    addLabel(this, separatorPlace, stylesheets::headingSeparator())
-        ->setObjectName(QStringLiteral("headingSeparator"));
-    addLabel(this, bottomRulePlace, stylesheets::bottomRule())
-        ->setObjectName(QStringLiteral("bottomRule"));
+    addHeading(this, QStringLiteral("nameHeading"), nameGeometry, stylesheets::firstHeading(),
+               QStringLiteral("名称"), textLeft);
+    addHeading(this, QStringLiteral("pathHeading"), pathGeometry, stylesheets::laterHeading(),
+               QStringLiteral("文件路径"), textLeft);
+    addLabel(this, QStringLiteral("headingSeparator"), separatorGeometry,
+             stylesheets::backgroundImage(QStringLiteral("sp_table_head")));
+    addLabel(this, QStringLiteral("bottomRule"), bottomRuleGeometry, stylesheets::bottomRule());
 }
 
 void MainWindow::addBottomButtons()
 {
-    constexpr QRect selectAllPlace(16, 516, 54, 27);
-    constexpr QRect addPlace(100, 516, 96, 27);
-    constexpr QRect removePlace(200, 516, 96, 27);
-    constexpr QRect crushPlace(705, 516, 76, 27);
+    constexpr QRect selectAllGeometry(16, 516, 54, 27);
+    constexpr QRect addGeometry(100, 516, 96, 27);
+    constexpr QRect removeGeometry(200, 516, 96, 27);
+    constexpr QRect crushGeometry(705, 516, 76, 27);
 
     selectAllCheckBox = new QCheckBox(QStringLiteral("全选"), this);
     selectAllCheckBox->setObjectName(QStringLiteral("selectAllCheckBox"));
-    selectAllCheckBox->setGeometry(selectAllPlace);
-    selectAllCheckBox->setPalette(windowPalette());
+    selectAllCheckBox->setGeometry(selectAllGeometry);
+    selectAllCheckBox->setPalette(stylesheets::windowPalette());
     selectAllCheckBox->setChecked(false);
     selectAllCheckBox->setEnabled(false);
 
-    addButton =
-        addFlatButton(this, addPlace, stylesheets::linkButton(), QStringLiteral("添加文件"));
-    addButton->setObjectName(QStringLiteral("addButton"));
+    addButton = addFlatButton(this, QStringLiteral("addButton"), addGeometry,
+                              stylesheets::linkButton(), QStringLiteral("添加文件"));
     addButton->setIcon(QIcon(QStringLiteral(":/images/icon_add")));
-    removeButton =
-        addFlatButton(this, removePlace, stylesheets::linkButton(), QStringLiteral("移除文件"));
-    removeButton->setObjectName(QStringLiteral("removeButton"));
+    removeButton = addFlatButton(this, QStringLiteral("removeButton"), removeGeometry,
+                                 stylesheets::linkButton(), QStringLiteral("移除文件"));
     removeButton->setIcon(QIcon(QStringLiteral(":/images/icon_remove")));
     removeButton->setEnabled(false);
-    crushButton =
-        addFlatButton(this, crushPlace, stylesheets::crushButton(), QStringLiteral("粉碎文件"));
-    crushButton->setObjectName(QStringLiteral("crushButton"));
+    crushButton = addFlatButton(this, QStringLiteral("crushButton"), crushGeometry,
+                                stylesheets::crushButton(), QStringLiteral("粉碎文件"));
     crushButton->setEnabled(false);
     const QWidgetList widgets{selectAllCheckBox, addButton, removeButton, crushButton};
     for (QWidget *widget : widgets)
-        limitTextSize(widget);
+        windowparts::limitTextSize(widget);
 }
 
 namespace
 {
 
-/// A picture with one line of text, in the middle of the table.
-QWidget *addPanel(QWidget *parent, const QString &iconName, const QRect &iconPlace,
-                  const QString &iconSheet)
+/// In the middle of the table, for an image and one line of text.
+QWidget *addPanel(QWidget *window, const QString &objectName)
 {
-    constexpr QRect panelPlace(240, 280, 400, 50);
-    auto *panel = new QWidget(parent);
-    panel->setGeometry(panelPlace);
-    addLabel(panel, iconPlace, iconSheet)->setObjectName(iconName);
+    auto *panel = new QWidget(window);
+    panel->setObjectName(objectName);
+    panel->setGeometry(240, 280, 400, 50);
     return panel;
 }
 
-QLabel *addPanelText(QWidget *panel, const QRect &place, const QString &text)
+QLabel *addPanelText(QWidget *panel, const QString &objectName, int left, const QString &text)
 {
     constexpr int margin = 3;
-    QLabel *label = addLabel(panel, place, stylesheets::panelText(), text);
+    QLabel *label =
+        addLabel(panel, objectName, QRect(left, 10, 400, 25), stylesheets::panelText(), text);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     label->setMargin(margin);
     return label;
@@ -309,24 +252,23 @@ QLabel *addPanelText(QWidget *panel, const QRect &place, const QString &text)
 
 void MainWindow::addEmptyPanel()
 {
-    constexpr QRect iconPlace(0, 0, 42, 44);
-    constexpr QRect textPlace(52, 10, 400, 25);
-    emptyPanel =
-        addPanel(this, QStringLiteral("emptyIcon"), iconPlace, stylesheets::emptyPanelIcon());
-    emptyPanel->setObjectName(QStringLiteral("emptyPanel"));
-    addPanelText(emptyPanel, textPlace,
-                 QStringLiteral("试试拖拽想要删除的文件或文件夹到本窗口吧！"))
-        ->setObjectName(QStringLiteral("emptyLabel"));
+    constexpr QRect iconGeometry(0, 0, 42, 44);
+    constexpr int textLeft = 52;
+    emptyPanel = addPanel(this, QStringLiteral("emptyPanel"));
+    addLabel(emptyPanel, QStringLiteral("emptyIcon"), iconGeometry,
+             stylesheets::backgroundImage(QStringLiteral("ico_smile")));
+    addPanelText(emptyPanel, QStringLiteral("emptyLabel"), textLeft,
+                 QStringLiteral("试试拖拽想要删除的文件或文件夹到本窗口吧！"));
 }
 
 void MainWindow::addSuccessPanel()
 {
-    constexpr QRect iconPlace(0, 0, 45, 45);
-    constexpr QRect textPlace(55, 10, 400, 25);
-    successPanel =
-        addPanel(this, QStringLiteral("successIcon"), iconPlace, stylesheets::successPanelIcon());
-    successPanel->setObjectName(QStringLiteral("successPanel"));
-    successLabel = addPanelText(successPanel, textPlace, QStringLiteral("文件粉碎成功！"));
-    successLabel->setObjectName(QStringLiteral("successLabel"));
+    constexpr QRect iconGeometry(0, 0, 45, 45);
+    constexpr int textLeft = 55;
+    successPanel = addPanel(this, QStringLiteral("successPanel"));
+    addLabel(successPanel, QStringLiteral("successIcon"), iconGeometry,
+             stylesheets::backgroundImage(QStringLiteral("ico_ok")));
+    successLabel = addPanelText(successPanel, QStringLiteral("successLabel"), textLeft,
+                                QStringLiteral("文件粉碎成功！"));
     successPanel->hide();
 }

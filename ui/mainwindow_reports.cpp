@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The two reports: refused paths, and the result of a run.
+// The reports of refused paths and of a run, and the one way to run a dialog.
 
 #include "ui/mainwindow.h"
 
@@ -15,12 +15,11 @@
 
 void MainWindow::alertDialogEva(uint reasons)
 {
-    showReport(reporttexts::rejectionText(reasons), DialogKind::Refusal);
+    runDialog(reporttexts::rejectionText(reasons), DialogKind::Refusal);
 }
 
-void MainWindow::showResultDialogEva(uint first, uint succeeded, uint failed)
+void MainWindow::showResultDialogEva(uint, uint succeeded, uint failed)
 {
-    Q_UNUSED(first)
     if (!mainTable || !selectAllCheckBox)
         return;
     for (int row = 0; row < mainTable->rowCount(); ++row) {
@@ -29,18 +28,19 @@ void MainWindow::showResultDialogEva(uint first, uint succeeded, uint failed)
     }
     if (selectAllCheckBox->checkState() != Qt::Unchecked)
         selectAllCheckBox->setCheckState(Qt::Unchecked);
-    // After a stop some rows are still checked in the list, and a row may be on its way here. What
-    // is shown as unticked must not be shredded by the next run.
+    // After a stop some entries are still checked in the list, and another row may just be
+    // arriving. The next run must not shred what is shown as unticked.
     if (walle)
         walle->postCommand(CommandUncheckAll);
-    showReport(reporttexts::resultText(succeeded, failed),
-               reporttexts::resultDialogKind(succeeded, failed));
+    runDialog(reporttexts::resultText(succeeded, failed),
+              reporttexts::resultDialogKind(succeeded, failed));
 }
 
-void MainWindow::showReport(const QString &text, int kind)
+/// Returns when the user has closed the dialog, with a QDialog::DialogCode.
+int MainWindow::runDialog(const QString &text, int kind) const
 {
     CustomDialog dialog;
     dialog.moveToCentreOf(geometry());
     dialog.setMessage(text, kind);
-    dialog.exec();
+    return dialog.exec();
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The main table. It mirrors the controller's job list row by row and changes on
-// the controller's word only.
+// The main table. It mirrors the controller's job list row by row; only the controller's
+// signals change it.
 
 #include "ui/mainwindow.h"
 
@@ -11,7 +11,6 @@
 #include "widgets/zztablecell.h"
 
 #include <QCheckBox>
-#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QIcon>
 #include <QImage>
@@ -23,29 +22,10 @@ namespace
 
 constexpr int entryColumn = 0;
 
-/// The desktop's icon for a kind of entry is asked for and never shown: rows know two icons only,
-/// so that they look alike on every desktop.
-QIcon rowIcon(QFileIconProvider::IconType desktopIcon, const QString &image)
-{
-    QIcon icon = QFileIconProvider().icon(desktopIcon);
-    icon = QIcon(image);
-    return icon;
-}
-
 } // namespace
 
-/// Read once: asked anew for every row, they would take as long as all the rest of it.
-QIcon MainWindow::entryIcon(const QString &fullName)
-{
-    if (fileIcon.isNull()) {
-        fileIcon = rowIcon(QFileIconProvider::File, QStringLiteral(":/images/ico_file"));
-        folderIcon = rowIcon(QFileIconProvider::Folder, QStringLiteral(":/images/ico_folder"));
-    }
-    return QFileInfo(fullName).isDir() ? folderIcon : fileIcon;
-}
-
-/// Rows that follow each other closely are drawn together, 30 times a second: to draw the table
-/// takes longer than to add a row.
+/// Rows that follow each other closely are drawn together, 30 times a second, because drawing the
+/// table takes longer than adding a row.
 void MainWindow::drawRowsTogether()
 {
     constexpr int refreshMilliseconds = 32;
@@ -67,7 +47,7 @@ void MainWindow::addRowToMainTableEva(QString fullName)
 {
     if (!mainTable || !emptyPanel || !successPanel || !rowBackground)
         return;
-    const QIcon icon = entryIcon(fullName);
+    const QIcon &icon = QFileInfo(fullName).isDir() ? folderIcon : fileIcon;
     const QMutexLocker locker(tableMutex.get());
     drawRowsTogether();
     const int row = mainTable->rowCount();
@@ -117,7 +97,7 @@ void MainWindow::tableCellClickedEva(int r, int c)
     const ZZTableCell *cell = cellAt(row);
     if (!cell)
         return;
-    // The path goes along: the row may have moved when the controller gets to the click.
+    // With the path, because the entry may be in another row when the controller gets to the click.
     walle->postCellToggle(CellToggle{row, !cell->isChecked(), cell->fullPath()});
     walle->postCommand(CommandToggleRow);
 }
@@ -142,15 +122,14 @@ void MainWindow::setSelectAllCheckBoxStateEva(bool state)
         selectAllCheckBox->setChecked(state);
 }
 
-void MainWindow::slotMoveTable(int x, int y)
+void MainWindow::slotMoveTable(int, int y)
 {
-    Q_UNUSED(x)
     constexpr int wholePercent = 100;
     if (mainTable && tableHost)
         mainTable->move(0, (tableHost->height() - mainTable->height()) * y / wholePercent);
 }
 
-/// The cell of @p row; null when there is no such row.
+/// Null when there is no such row.
 ZZTableCell *MainWindow::cellAt(int row) const
 {
     return mainTable ? qobject_cast<ZZTableCell *>(mainTable->cellWidget(row, entryColumn))

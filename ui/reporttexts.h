@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The words of the two reports and what kind of dialog shows them. Free functions
+// The texts of the two reports and the kind of dialog that shows them. Free functions
 // without state.
 
 #pragma once

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A table whose rows each have one widget, and no items. It is looked at, not edited,
-// and scrolls up and down only; Tab leaves it. Screen readers meet it as a list of those rows.
-// Lives in the GUI thread and belongs to its window.
+// The table of either window: transparent, read-only, one widget for each row and no
+// items. It scrolls vertically only, and Tab leaves it. To screen readers it is a list of
+// its rows. Lives in the GUI thread and belongs to its window.
 
 #pragma once
+
+#include "widgets/zztablecell.h"
 
 #include <QTableWidget>
 
@@ -14,14 +16,17 @@ class RowTable : public QTableWidget
     Q_OBJECT
 
 public:
-    static constexpr int entryHeight = 30; ///< pixels of a row
+    static constexpr int entryHeight = ZZTableCell::cellHeight; ///< pixels of a row
 
-    RowTable(int rows, int columns, QWidget *parent);
+    RowTable(int columns, QWidget *parent);
 
-    /// Tells screen readers that @p row has come.
+    /// Tells screen readers of the new row @p row.
     void announceRow(int row);
 
 protected:
     void updateGeometries() override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+
+private:
+    void setUpHeaders();
 };

@@ -14,8 +14,8 @@
 namespace
 {
 
-/// A plain widget that is a window of its own, as the history window is, would else be told as a
-/// filler without meaning.
+/// A plain QWidget that is a dialog window, as the history window is. Qt's own interface has no
+/// meaningful role for it.
 bool isPlainDialog(const QWidget *widget)
 {
     return widget->metaObject() == &QWidget::staticMetaObject && widget->isWindow()
@@ -63,14 +63,14 @@ QString AccessibleCell::text(QAccessible::Text kind) const
     return kind == QAccessible::Description ? description() : QAccessibleWidget::text(kind);
 }
 
-/// The folder, and what is done of the entry while it is shredded.
+/// The folder, and the progress while the entry is shredded.
 QString AccessibleCell::description() const
 {
-    QString told = QFileInfo(cell->fullPath()).absolutePath();
+    QString description = QFileInfo(cell->fullPath()).absolutePath();
     const auto *overlay = cell->findChild<ProgressOverlay *>();
     if (overlay != nullptr && overlay->percent() != 0)
-        told += QStringLiteral("，已粉碎%1%").arg(overlay->percent());
-    return told;
+        description += QStringLiteral("，已粉碎%1%").arg(overlay->percent());
+    return description;
 }
 
 QAccessible::State AccessibleCell::state() const

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What screen readers are told of the widgets in this folder beyond what Qt tells
-// by itself: a table row is a list item that can be ticked, its darkening a
-// progress bar, a title bar a title bar. All of it lives in the GUI thread; Qt owns
-// the interfaces.
+// The accessible interfaces of this folder's widgets where Qt's own do not suffice: a row
+// is a list item that can be ticked, its overlay a progress bar, a title bar a title bar.
+// All of it lives in the GUI thread; Qt owns the interfaces.
 
 #pragma once
 
@@ -19,7 +18,7 @@ class AccessibleCell : public QAccessibleWidget
 public:
     explicit AccessibleCell(ZZTableCell *cell);
 
-    /// The table itself, as rows are its children; not its viewport.
+    /// The table, whose children the rows are; not its viewport.
     QAccessibleInterface *parent() const override;
     QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;
@@ -42,7 +41,7 @@ public:
     void *interface_cast(QAccessible::InterfaceType type) override;
     QString text(QAccessible::Text kind) const override;
     QVariant currentValue() const override;
-    /// Does nothing: progress is told, not chosen.
+    /// Does nothing: the value is read-only.
     void setCurrentValue(const QVariant &) override {}
     QVariant maximumValue() const override { return 100; }
     QVariant minimumValue() const override { return 0; }
@@ -52,5 +51,6 @@ private:
     ProgressOverlay *overlay;
 };
 
-/// Has Qt ask this folder about its widgets. Calling it again does nothing.
+/// Registers the interfaces with Qt, once before the widgets are asked for theirs; again does
+/// nothing.
 void installAccessibleWidgets();

@@ -6,7 +6,6 @@
 #include "customtitlebar.h"
 #include "messagelabel.h"
 #include "stylesheets.h"
-#include "windowpalette.h"
 
 #include <QIcon>
 #include <QLabel>
@@ -15,38 +14,26 @@
 namespace
 {
 
-/// What the icon says, for those who do not see it.
-QString iconName(int kind)
-{
-    switch (kind) {
-    case DialogKind::Refusal:
-    case DialogKind::Failure:
-        return QStringLiteral("警告");
-    case DialogKind::PartialSuccess:
-        return QStringLiteral("部分成功");
-    case DialogKind::Success:
-        return QStringLiteral("成功");
-    case DialogKind::Question:
-        return QStringLiteral("询问");
-    default:
-        return QString();
-    }
-}
+struct MessageIcon {
+    QString image;
+    QString accessibleName;
+};
 
-QString iconSheet(int kind)
+/// The icon of @p kind, a DialogKind; empty for an unknown one.
+MessageIcon messageIcon(int kind)
 {
     switch (kind) {
     case DialogKind::Refusal:
     case DialogKind::Failure:
-        return stylesheets::warningIcon();
+        return {QStringLiteral("ico_war"), QStringLiteral("警告")};
     case DialogKind::Success:
-        return stylesheets::successIcon();
+        return {QStringLiteral("ico_ok"), QStringLiteral("成功")};
     case DialogKind::PartialSuccess:
-        return stylesheets::partialSuccessIcon();
+        return {QStringLiteral("ico_war2"), QStringLiteral("部分成功")};
     case DialogKind::Question:
-        return stylesheets::questionIcon();
+        return {QStringLiteral("ico_war4"), QStringLiteral("询问")};
     default:
-        return QString();
+        return {};
     }
 }
 
@@ -57,12 +44,12 @@ CustomDialog::CustomDialog(QWidget *parent)
 {
     setWindowFlags(Qt::FramelessWindowHint);
     setFixedSize(dialogWidth, dialogHeight);
-    setStyleSheet(stylesheets::dialogBackground());
+    setStyleSheet(stylesheets::backgroundImage(QStringLiteral("bk_dialog")));
 
     addTitleBar();
-    okButton = addButton(QStringLiteral("okButton"), QStringLiteral("确定"), okButtonPlace);
+    okButton = addButton(QStringLiteral("okButton"), QStringLiteral("确定"), okButtonGeometry);
     cancelButton =
-        addButton(QStringLiteral("cancelButton"), QStringLiteral("取消"), cancelButtonPlace);
+        addButton(QStringLiteral("cancelButton"), QStringLiteral("取消"), cancelButtonGeometry);
     connect(okButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(cancelButton, &QPushButton::clicked, this, &QDialog::reject);
 
@@ -74,44 +61,24 @@ void CustomDialog::addTitleBar()
 {
     auto *bar = new CustomTitleBar(this);
     bar->setObjectName(QStringLiteral("titleBar"));
-    bar->setGeometry(titleBarPlace);
+    bar->setGeometry(titleBarGeometry);
     bar->setStyleSheet(stylesheets::dialogTitleBar());
-
-    auto *icon = new QLabel(bar);
-    icon->setObjectName(QStringLiteral("titleIcon"));
-    icon->setGeometry(titleIconPlace);
-    icon->setStyleSheet(stylesheets::titleIcon());
-
-    auto *title = new QLabel(QStringLiteral("文件粉碎机"), bar);
-    title->setObjectName(QStringLiteral("titleText"));
-    title->setGeometry(titleTextPlace);
-    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    title->setStyleSheet(stylesheets::titleText());
-
-    addCloseButton(bar);
-}
-
-void CustomDialog::addCloseButton(CustomTitleBar *bar)
-{
-    auto *button = new QPushButton(bar);
-    button->setObjectName(QStringLiteral("closeButton"));
-    button->setAccessibleName(QStringLiteral("关闭"));
-    button->setGeometry(closeButtonPlace);
-    button->setFlat(true);
-    button->setStyleSheet(stylesheets::closeButton());
-    button->setAutoDefault(false);
-    button->setFocusPolicy(Qt::NoFocus);
-    connect(button, &QPushButton::clicked, this, &QDialog::reject);
+    bar->addIcon(QStringLiteral("titleIcon"));
+    bar->addTitle(QStringLiteral("titleText"), QStringLiteral("文件粉碎机"),
+                  stylesheets::titleText());
+    const QPushButton *close = bar->addButton(QStringLiteral("closeButton"), QStringLiteral("关闭"),
+                                              QStringLiteral("btn_quit"), closeButtonPosition);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 QPushButton *CustomDialog::addButton(const QString &objectName, const QString &text,
-                                     const QRect &place)
+                                     const QRect &geometry)
 {
     auto *button = new QPushButton(text, this);
     button->setObjectName(objectName);
-    button->setGeometry(place);
+    button->setGeometry(geometry);
     button->setStyleSheet(stylesheets::dialogButton());
-    button->setPalette(windowPalette()); // the sheet names no colour for the caption
+    button->setPalette(stylesheets::windowPalette()); // the sheet names no colour for the caption
     // Enter must not answer a question that destroys files.
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::NoFocus);
@@ -124,73 +91,69 @@ void CustomDialog::moveToCentreOf(const QRect &area)
          area.top() + (area.height() - dialogHeight) / 2);
 }
 
+QString CustomDialog::confirmCrushText()
+{
+    return QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？");
+}
+
 void CustomDialog::setMessage(const QString &text, int kind)
 {
-    if (!claimContent())
+    if (!addMessage(text, kind, stylesheets::messageText(), Qt::AlignLeft | Qt::AlignVCenter))
         return;
-    const QString sheet = iconSheet(kind);
-    QLabel *icon = addMessageIcon(sheet, iconName(kind));
-    // Without a sheet of its own the label would repeat a corner of the dialog's
-    // background in the middle of the dialog.
-    if (sheet.isEmpty())
-        icon->setAttribute(Qt::WA_NoSystemBackground);
-    addMessageText(text, stylesheets::messageText(), Qt::AlignLeft | Qt::AlignVCenter);
-
     if (kind != DialogKind::Question) {
         cancelButton->hide();
-        okButton->setGeometry(cancelButtonPlace);
+        okButton->setGeometry(cancelButtonGeometry);
     }
 }
 
 void CustomDialog::setConfirmCrush()
 {
-    if (!claimContent())
-        return;
-    addMessageIcon(stylesheets::warningIcon(), iconName(DialogKind::Refusal));
-    addMessageText(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
-                   stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop);
+    addMessage(confirmCrushText(), DialogKind::Refusal, stylesheets::fixedMessageText(),
+               Qt::AlignLeft | Qt::AlignTop);
 }
 
 void CustomDialog::setSystemFileRefusal()
 {
-    if (!claimContent())
-        return;
-    addMessageIcon(stylesheets::warningIcon(), iconName(DialogKind::Refusal));
-    addMessageText(QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎"),
-                   stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop);
-    // Unlike in setMessage() the OK button keeps its own place: the two layouts
-    // differ on purpose.
-    cancelButton->hide();
+    // Unlike in setMessage() the OK button is not moved; this layout is a different one.
+    if (addMessage(QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎"), DialogKind::Refusal,
+                   stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop))
+        cancelButton->hide();
 }
 
-/// True for the first content of the dialog, false for every later one.
-bool CustomDialog::claimContent()
+/// Adds the icon of @p kind and @p text; false when the dialog has a message already.
+bool CustomDialog::addMessage(const QString &text, int kind, const QString &styleSheet,
+                              Qt::Alignment alignment)
 {
-    const bool first = !filled;
+    if (filled)
+        return false;
     filled = true;
-    return first;
+    addMessageIcon(kind);
+    addMessageText(text, styleSheet, alignment);
+    return true;
 }
 
-QLabel *CustomDialog::addMessageIcon(const QString &sheet, const QString &name)
+void CustomDialog::addMessageIcon(int kind)
 {
+    const MessageIcon icon = messageIcon(kind);
     auto *label = new QLabel(this);
     label->setObjectName(QStringLiteral("messageIcon"));
-    label->setAccessibleName(name);
-    label->setGeometry(messageIconPlace);
-    label->setStyleSheet(sheet);
-    return label;
+    label->setAccessibleName(icon.accessibleName);
+    label->setGeometry(messageIconGeometry);
+    if (icon.image.isEmpty())
+        label->setAttribute(Qt::WA_NoSystemBackground); // else it inherits the dialog's image
+    else
+        label->setStyleSheet(stylesheets::backgroundImage(icon.image));
 }
 
-QLabel *CustomDialog::addMessageText(const QString &text, const QString &sheet,
-                                     Qt::Alignment alignment)
+void CustomDialog::addMessageText(const QString &text, const QString &styleSheet,
+                                  Qt::Alignment alignment)
 {
     auto *label = new MessageLabel(this);
     label->setObjectName(QStringLiteral("messageText"));
-    label->setGeometry(messageTextPlace);
-    label->setStyleSheet(sheet);
+    label->setGeometry(messageTextGeometry);
+    label->setStyleSheet(styleSheet);
     label->setAlignment(alignment);
     label->setText(text);
-    // No part of the dialog takes the focus, so a screen reader has only the dialog to read.
+    // No widget of the dialog takes the focus, so a screen reader reads only the dialog itself.
     setAccessibleDescription(text);
-    return label;
 }

@@ -3,20 +3,25 @@
 
 #include "customtitlebar.h"
 
-#include "accessiblewidgets.h"
+#include "stylesheets.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QWindow>
 
 namespace
 {
 
+constexpr QRect iconGeometry(16, 12, 16, 16);
+constexpr int titleLeft = 40;
+constexpr int titleWidth = 380;
+constexpr QSize buttonSize(27, 27);
 constexpr int buttonSlotWidth = 32;
 
-/// A Wayland client cannot move its window, but may ask the compositor to move it as long as the
-/// button is down. Only from within the press event, whose serial number goes with the request.
-/// False on other platforms, and before Qt 5.15.
+/// A Wayland client cannot move its window. It may ask the compositor to, from within the press
+/// event only, because the request carries that event's serial number. False on other platforms,
+/// and before Qt 5.15.
 bool startCompositorMove(const QWidget *window)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
@@ -35,7 +40,38 @@ CustomTitleBar::CustomTitleBar(QWidget *parent)
     : QLabel(parent)
     , draggedWindow(parent)
 {
-    installAccessibleWidgets();
+}
+
+void CustomTitleBar::addIcon(const QString &objectName)
+{
+    auto *icon = new QLabel(this);
+    icon->setObjectName(objectName);
+    icon->setGeometry(iconGeometry);
+    icon->setStyleSheet(stylesheets::backgroundImage(QStringLiteral("icon_logo")));
+}
+
+void CustomTitleBar::addTitle(const QString &objectName, const QString &text,
+                              const QString &styleSheet)
+{
+    auto *title = new QLabel(text, this);
+    title->setObjectName(objectName);
+    title->setGeometry(titleLeft, 0, titleWidth, height());
+    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    title->setStyleSheet(styleSheet);
+}
+
+QPushButton *CustomTitleBar::addButton(const QString &objectName, const QString &accessibleName,
+                                       const QString &image, QPoint position)
+{
+    auto *button = new QPushButton(this);
+    button->setObjectName(objectName);
+    button->setAccessibleName(accessibleName);
+    button->setGeometry(QRect(position, buttonSize));
+    button->setFlat(true);
+    button->setStyleSheet(stylesheets::imageButton(image));
+    button->setAutoDefault(false); // Enter must not close a dialog
+    button->setFocusPolicy(Qt::NoFocus);
+    return button;
 }
 
 void CustomTitleBar::setMinimizeSlot(int slot)
@@ -63,8 +99,8 @@ void CustomTitleBar::mousePressEvent(QMouseEvent *event)
         return;
     }
 
-    // Every button drags, but only the left one says where the window is held: a
-    // drag with another button goes on from the last left press.
+    // Every mouse button drags, but only the left one sets the grab point: a drag with
+    // another button uses that of the last left press.
     dragging = true;
     if (event->button() == Qt::LeftButton) {
         grabPoint = mapToParent(pressed);
@@ -81,8 +117,8 @@ void CustomTitleBar::mouseReleaseEvent(QMouseEvent *)
 
 void CustomTitleBar::mouseDoubleClickEvent(QMouseEvent *)
 {
-    // The windows have a fixed size; a double click does not maximise them, nor
-    // does its second press begin a drag.
+    // The windows have a fixed size, so a double click maximises nothing. The
+    // handler of QWidget would call mousePressEvent(), which begins a drag.
 }
 
 void CustomTitleBar::mouseMoveEvent(QMouseEvent *event)

@@ -1,15 +1,17 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The title strip of a frameless window: while a mouse button is held on it, the
-// window follows the pointer. Lives in the GUI thread and belongs to the window
-// it moves. As a Wayland client it leaves the moving to the compositor, for the left
-// button only.
+// The title bar of a frameless window: logo, title, buttons. While a mouse button is
+// held on it, the window follows the pointer; as a Wayland client it asks the compositor
+// to move the window, for the left button only. Lives in the GUI thread and belongs to
+// the window that it moves.
 
 #pragma once
 
 #include <QLabel>
 #include <QPoint>
+
+class QPushButton;
 
 class CustomTitleBar : public QLabel
 {
@@ -18,6 +20,14 @@ class CustomTitleBar : public QLabel
 public:
     /// @p parent owns the bar and is the window that it moves.
     explicit CustomTitleBar(QWidget *parent);
+
+    /// Adds the program's small logo at the left end.
+    void addIcon(const QString &objectName);
+    /// Adds @p text beside the logo, as high as the bar, whose geometry is set before.
+    void addTitle(const QString &objectName, const QString &text, const QString &styleSheet);
+    /// Adds a window button that shows @p image, with its top left corner at @p position.
+    QPushButton *addButton(const QString &objectName, const QString &accessibleName,
+                           const QString &image, QPoint position);
 
     /// Keeps room for a minimise button at the right end (any @p slot above 0), or does not.
     void setMinimizeSlot(int slot);
@@ -33,14 +43,13 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
-    // Where the last left press happened, in the moved window's coordinates.
-    QPoint grabPoint;
+    QPoint grabPoint; ///< of the last left press, in the moved window's coordinates
     QWidget *draggedWindow;
     bool dragging = false;
     int minimizeSlot = 1;
     int maximizeSlot = 0;
-    // The main window's width, and deliberately not this widget's: on a narrower
-    // window the room for the buttons lies outside the bar, all of which then
-    // drags. Its buttons are child widgets and take their own presses.
+    /// The main window's width, not this widget's. On a narrower window the room for the buttons
+    /// therefore lies outside the bar, and all of the bar drags; its buttons are child widgets and
+    /// take their own presses.
     int barWidth = 800;
 };

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Shortening of file names and folders for the table. A name is cut before its
-// last characters rather than at its end, so that the extension stays readable.
+// Shortening of file names and folders for the main table. The last characters stay, so
+// that the extension can be read.
 
 #pragma once
 

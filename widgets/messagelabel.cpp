@@ -11,10 +11,10 @@
 namespace
 {
 
-/// The line height of the label's style sheet, which Qt does not know for labels.
-constexpr int usualPitch = 20;
+/// The line-height of the label's style sheet, which Qt ignores for labels.
+constexpr int usualLineHeight = 20;
 /// Kept free above and below, so that a long text does not touch the title strip.
-constexpr int air = 2;
+constexpr int verticalMargin = 2;
 
 /// @p paragraph in lines of at most @p width pixels.
 QStringList wrapped(const QString &paragraph, const QFont &font, qreal width)
@@ -30,8 +30,8 @@ QStringList wrapped(const QString &paragraph, const QFont &font, qreal width)
     return lines;
 }
 
-/// As wrapped(), in as many lines but of about the same length: no single word is left over for
-/// the last one.
+/// As wrapped(), in as many lines but of about the same length, so that the last line is not a
+/// single word.
 QStringList wrappedEvenly(const QString &paragraph, const QFont &font, int width)
 {
     const int lines = wrapped(paragraph, font, width).size();
@@ -57,14 +57,14 @@ void MessageLabel::paintEvent(QPaintEvent *)
     for (const QString &paragraph : paragraphs)
         lines += wrappedEvenly(paragraph, font(), width());
 
-    const int pitch = qMin(usualPitch, (height() - 2 * air) / lines.size());
+    const int lineHeight = qMin(usualLineHeight, (height() - 2 * verticalMargin) / lines.size());
     const bool onTop = (alignment() & Qt::AlignTop) != 0;
-    const int top = onTop ? 0 : (height() - pitch * lines.size()) / 2;
+    const int top = onTop ? 0 : (height() - lineHeight * lines.size()) / 2;
     const QFontMetricsF metrics(font());
-    const int firstBaseline = top + qRound((pitch + metrics.ascent() - metrics.descent()) / 2);
+    const int firstBaseline = top + qRound((lineHeight + metrics.ascent() - metrics.descent()) / 2);
 
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     for (int index = 0; index < lines.size(); ++index)
-        painter.drawText(0, firstBaseline + index * pitch, lines.at(index));
+        painter.drawText(0, firstBaseline + index * lineHeight, lines.at(index));
 }

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The message of a dialog. It shows its text, of any number of lines, whole in a
-// place of one size, whatever font the desktop has: lines are 20 pixels apart, or
-// closer where they would not all fit. Lives in the GUI thread and belongs to its
-// dialog.
+// The message of a dialog, shown whole whatever font the desktop has: its lines are 20
+// pixels apart, or closer where they would not all fit. Lives in the GUI thread and
+// belongs to its dialog.
 
 #pragma once
 

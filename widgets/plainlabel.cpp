@@ -12,8 +12,8 @@
 PlainLabel::PlainLabel(QWidget *row)
     : QLabel(row)
 {
-    // A row's style sheet has no selector, so it would else draw the row's image once more in
-    // every label, displaced where the label does not begin at the row's top.
+    // A row's style sheet has no selector, so it would draw the row's image in every label too,
+    // displaced where the label does not begin at the row's top.
     setAttribute(Qt::WA_NoSystemBackground);
     setTextFormat(Qt::PlainText);
 }
@@ -26,7 +26,7 @@ bool PlainLabel::event(QEvent *event)
     return true;
 }
 
-/// Shown for no widget, because a tip shown for this one would take over the row's style sheet.
+/// Passes no widget to QToolTip, because the tooltip would inherit that widget's style sheet.
 void PlainLabel::showPlainToolTip(const QPoint &position) const
 {
     QString tip = toolTip();

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A label in a table row for text that comes from the user's disk: label and tip
-// show it letter by letter on one line, whatever it contains. It lets the row show
-// through. Lives in the GUI thread and belongs to its row.
+// A label in a table row for text that comes from the user's disk. Label and tooltip show
+// it as plain text on one line, whatever it contains. Lives in the GUI thread and belongs
+// to its row.
 
 #pragma once
 

@@ -3,6 +3,8 @@
 
 #include "progressoverlay.h"
 
+#include "stylesheets.h"
+
 #include <QAccessible>
 #include <QEvent>
 #include <QPainter>
@@ -11,7 +13,6 @@ ProgressOverlay::ProgressOverlay(QWidget *row)
     : QLabel(row)
 {
     setAttribute(Qt::WA_NoSystemBackground);
-    // The mouse goes through to what the overlay darkens.
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAccessibleName(QStringLiteral("粉碎进度"));
 }
@@ -29,9 +30,8 @@ void ProgressOverlay::showPercent(int percent, QSize wholeSize)
     }
 }
 
-/// The overlay fills itself, because its style sheet cannot do that: the row's image would lie
-/// over the colour, and Qt takes rgb() with four numbers for a mistake and warns of it. So the
-/// style is kept from looking at the sheet at all.
+/// Keeps the style from reading the overlay's sheet. Drawn by the style, the row's image would
+/// cover the colour, and Qt would warn of an rgb() with four numbers.
 bool ProgressOverlay::event(QEvent *event)
 {
     const bool ofStyle = event->type() == QEvent::Polish || event->type() == QEvent::StyleChange;
@@ -40,6 +40,5 @@ bool ProgressOverlay::event(QEvent *event)
 
 void ProgressOverlay::paintEvent(QPaintEvent *)
 {
-    const QColor darkening(0, 0, 0, 70);
-    QPainter(this).fillRect(rect(), darkening);
+    QPainter(this).fillRect(rect(), stylesheets::progressColor());
 }

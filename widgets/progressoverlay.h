@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The darkening that grows over a row while its entry is shredded. Screen readers
-// meet it as a progress bar. Lives in the GUI thread and belongs to its row.
+// Darkens a row from its left edge as its entry is shredded. To screen readers it is a
+// progress bar. Lives in the GUI thread and belongs to its row.
 
 #pragma once
 
@@ -15,10 +15,10 @@ class ProgressOverlay : public QLabel
 public:
     explicit ProgressOverlay(QWidget *row);
 
-    /// Darkens the first @p percent of @p wholeSize; 0 takes the darkening away. Values outside
-    /// 0 to 100 are not clamped.
+    /// Darkens the first @p percent of @p wholeSize; 0 hides the overlay. Values outside 0 to 100
+    /// are not clamped.
     void showPercent(int percent, QSize wholeSize);
-    /// What was shown last, 0 when there is no darkening.
+    /// What was shown last; 0 when the overlay is hidden.
     int percent() const { return shownPercent; }
 
 protected:

@@ -1,22 +1,20 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Every style sheet of the program, one named function each. They are functions
-// because a namespace-scope QString would be built before main() in an order
-// nobody controls.
-//
-// A sheet without a selector reaches every child of the widget it is set on, and
-// its tooltip; the widgets that must not inherit one say so where they are made.
+// The style sheets and colours of the program. Sheets are functions because the order in
+// which namespace-scope QStrings are built before main() is not defined. A sheet without a
+// selector reaches every child of its widget and the widget's tooltip; widgets that must
+// not inherit one say so where they are made.
 
 #pragma once
 
+#include <QColor>
 #include <QLatin1String>
+#include <QPalette>
 #include <QString>
 
 namespace stylesheets
 {
-
-// Parts.
 
 /// A sheet that draws the bundle's image @p image as background, tiled.
 inline QString backgroundImage(const QString &image)
@@ -31,13 +29,13 @@ inline QString buttonRule(const QString &state, const QString &declarations)
            + QLatin1Char('}');
 }
 
-/// The declarations of a button that shows @p image; @p text says how its caption looks.
+/// The declarations of a button that shows @p image; those in @p text are for its caption.
 inline QString buttonFace(const QString &image, const QString &text)
 {
     return backgroundImage(image) + QStringLiteral(";border:none;") + text;
 }
 
-/// A button with the images @p image _s1, _s2 and _s3 for at rest, under the pointer and pressed.
+/// A button with the images @p image _s1, _s2 and _s3: normal, under the pointer and pressed.
 inline QString imageButton(const QString &image, const QString &text = QString())
 {
     return buttonRule(QString(), buttonFace(image + QStringLiteral("_s1"), text))
@@ -46,13 +44,13 @@ inline QString imageButton(const QString &image, const QString &text = QString()
                         buttonFace(image + QStringLiteral("_s3"), text));
 }
 
-/// A button without a face that turns lighter under the pointer and when pressed.
+/// A button that is only its caption, lighter under the pointer and when pressed.
 inline QString textButton(const QString &fontSize = QString())
 {
-    const QString rest = fontSize + QStringLiteral("border:none;");
-    return buttonRule(QString(), QStringLiteral("color:#00f;") + rest)
-           + buttonRule(QStringLiteral(":hover"), QStringLiteral("color:#33f;") + rest)
-           + buttonRule(QStringLiteral(":pressed"), QStringLiteral("color:#66f;") + rest);
+    const QString common = fontSize + QStringLiteral("border:none;");
+    return buttonRule(QString(), QStringLiteral("color:#00f;") + common)
+           + buttonRule(QStringLiteral(":hover"), QStringLiteral("color:#33f;") + common)
+           + buttonRule(QStringLiteral(":pressed"), QStringLiteral("color:#66f;") + common);
 }
 
 /// What both tables' vertical scroll bars share: no arrows, a rounded grey handle.
@@ -72,64 +70,27 @@ inline QString scrollBarParts()
                           "border-radius:6px;min-height:20px;}");
 }
 
-// Window backgrounds.
-
-inline QString mainWindowBackground()
-{
-    return backgroundImage(QStringLiteral("bk"));
-}
-
-inline QString historyWindowBackground()
-{
-    return backgroundImage(QStringLiteral("bk_history"));
-}
-
-inline QString dialogBackground()
-{
-    return backgroundImage(QStringLiteral("bk_dialog"));
-}
-
 // Title bars.
 
-/// Keeps the dialog's background out of its title bar, which would draw it shifted by a pixel.
+/// Without it the bar would draw the dialog's background, shifted by a pixel.
 inline QString dialogTitleBar()
 {
     return QStringLiteral("background:none");
 }
 
-inline QString titleIcon()
-{
-    return backgroundImage(QStringLiteral("icon_logo"));
-}
-
-/// Title of the dialog and of the history window, whose background would else reach the label.
+/// Title of the dialog and of the history window, whose backgrounds would reach the label.
 inline QString titleText()
 {
     return QStringLiteral("color:#ffffff;border:none;background:none;font-size:14px;");
 }
 
-/// Title of the main window, whose background is a widget of its own and reaches no label.
+/// Title of the main window, whose background is set on a widget that has no label in it.
 inline QString mainTitleText()
 {
     return QStringLiteral("color:#ffffff;border:none;font-size:14px");
 }
 
-inline QString closeButton()
-{
-    return imageButton(QStringLiteral("btn_quit"));
-}
-
-inline QString minimizeButton()
-{
-    return imageButton(QStringLiteral("btn_mini"));
-}
-
 // Main window: header, buttons and panels.
-
-inline QString logo()
-{
-    return backgroundImage(QStringLiteral("logo"));
-}
 
 /// Headline and subtitle beside the logo.
 inline QString headerText()
@@ -162,16 +123,6 @@ inline QString bottomRule()
     return QStringLiteral("background-color:#eee");
 }
 
-inline QString emptyPanelIcon()
-{
-    return backgroundImage(QStringLiteral("ico_smile"));
-}
-
-inline QString successPanelIcon()
-{
-    return backgroundImage(QStringLiteral("ico_ok"));
-}
-
 /// Text of the empty-state and success panels.
 inline QString panelText()
 {
@@ -180,13 +131,13 @@ inline QString panelText()
 
 // Tables of the main and history windows.
 
-/// A table, or the frame around one, that lets the window show through.
+/// A transparent table, or the widget around one.
 inline QString table()
 {
     return QStringLiteral("border:none;background:none;");
 }
 
-/// Heading laid over the first column, which is indented less than the others.
+/// Heading over the first column, which is indented less than the others.
 inline QString firstHeading()
 {
     return backgroundImage(QStringLiteral("bk_table_head")) + QStringLiteral(";padding-left:10px;");
@@ -196,11 +147,6 @@ inline QString firstHeading()
 inline QString laterHeading()
 {
     return backgroundImage(QStringLiteral("bk_table_head")) + QStringLiteral(";padding-left:16px;");
-}
-
-inline QString headingSeparator()
-{
-    return backgroundImage(QStringLiteral("sp_table_head"));
 }
 
 /// Scroll bar of the main table; its margins leave the heading and the bottom rule free.
@@ -224,13 +170,24 @@ inline QString row()
                           "font-size:12px;");
 }
 
-/// The darkening over the shredded part of a row: black, 70 of 255 opaque.
-inline QString progressOverlay()
+/// What darkens the shredded part of a row.
+inline QColor progressColor()
 {
-    return QStringLiteral("background-color:rgb(0, 0, 0, 70)");
+    return QColor(0, 0, 0, 70);
 }
 
-/// The copy and clear buttons. A disabled one keeps its face and only greys its caption.
+/// Qt warns that rgb() takes three numbers, so the overlay paints progressColor() itself.
+inline QString progressOverlay()
+{
+    const QColor color = progressColor();
+    return QStringLiteral("background-color:rgb(%1, %2, %3, %4)")
+        .arg(color.red())
+        .arg(color.green())
+        .arg(color.blue())
+        .arg(color.alpha());
+}
+
+/// The copy and clear buttons. Disabled, they keep their image; only the caption turns grey.
 inline QString historyButton()
 {
     const QString font = QStringLiteral("font-size:12px;font-weight:normal;");
@@ -247,27 +204,7 @@ inline QString dialogButton()
     return imageButton(QStringLiteral("btn_gray"), QStringLiteral("font-size:12px;"));
 }
 
-inline QString warningIcon()
-{
-    return backgroundImage(QStringLiteral("ico_war"));
-}
-
-inline QString successIcon()
-{
-    return backgroundImage(QStringLiteral("ico_ok"));
-}
-
-inline QString partialSuccessIcon()
-{
-    return backgroundImage(QStringLiteral("ico_war2"));
-}
-
-inline QString questionIcon()
-{
-    return backgroundImage(QStringLiteral("ico_war4"));
-}
-
-/// Message text of the two dialogs whose wording is fixed.
+/// Message of the two dialogs with a fixed text.
 inline QString fixedMessageText()
 {
     return QStringLiteral("color:#444444;font-size:14px;background:none");
@@ -276,6 +213,26 @@ inline QString fixedMessageText()
 inline QString messageText()
 {
     return fixedMessageText() + QStringLiteral(";line-height:20px;");
+}
+
+// What the sheets leave to the desktop.
+
+/// The colours of headings, check boxes and captions of grey buttons, whose sheets name none. The
+/// windows are light on every desktop; the colours of a dark one would not be readable on them. To
+/// be set after the widget's sheet, and on the widget itself: a widget with a sheet inherits no
+/// palette.
+inline QPalette windowPalette()
+{
+    const QColor face(0xef, 0xef, 0xef);
+    const QColor text(0x33, 0x33, 0x33);
+    const QColor disabledText(0xaa, 0xaa, 0xaa);
+    QPalette palette(face);
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, disabledText);
+    }
+    return palette;
 }
 
 } // namespace stylesheets

@@ -14,5 +14,8 @@ class ZZScrollArea : public QWidget
     Q_OBJECT
 
 public:
-    explicit ZZScrollArea(QWidget *parent);
+    explicit ZZScrollArea(QWidget *parent)
+        : QWidget(parent)
+    {
+    }
 };

@@ -18,9 +18,10 @@ int percentage(int position, int first, int last)
 
 } // namespace
 
-bool ZZScrollButton::Bounds::contains(QPoint place) const
+bool ZZScrollButton::Bounds::contains(QPoint position) const
 {
-    return place.x() >= left && place.x() <= right && place.y() >= top && place.y() <= bottom;
+    return position.x() >= left && position.x() <= right && position.y() >= top
+           && position.y() <= bottom;
 }
 
 ZZScrollButton::ZZScrollButton(QWidget *parent)
@@ -40,14 +41,13 @@ void ZZScrollButton::setDragAxes(int axes)
     dragAxes = axes;
 }
 
-// The three handlers keep the events from QPushButton on purpose: a button that
-// is dragged is never also clicked.
+// The three handlers do not call QPushButton's, so that a drag never ends in a click.
 
 void ZZScrollButton::mousePressEvent(QMouseEvent *event)
 {
     if (dragAxes == NotDraggable)
         return;
-    // Every button drags, but only the left one says where the button is held.
+    // Every mouse button drags, but only the left one sets the grab point.
     dragging = true;
     if (event->button() == Qt::LeftButton) {
         grabPoint = QPoint(qRound(event->localPos().x()), qRound(event->localPos().y()));
@@ -68,16 +68,16 @@ void ZZScrollButton::mouseMoveEvent(QMouseEvent *event)
     event->accept();
 
     const QPoint pointer(qRound(event->localPos().x()), qRound(event->localPos().y()));
-    QPoint place = pos();
+    QPoint position = pos();
     if ((dragAxes & Vertical) != 0)
-        place.ry() += pointer.y() - grabPoint.y();
+        position.ry() += pointer.y() - grabPoint.y();
     if ((dragAxes & Horizontal) != 0)
-        place.rx() += pointer.x() - grabPoint.x();
+        position.rx() += pointer.x() - grabPoint.x();
 
     // A step that leaves the bounds on one axis is not taken on the other either.
-    if (boundsSet && !bounds.contains(place))
+    if (boundsSet && !bounds.contains(position))
         return;
-    move(place);
-    emit mouseDrag(percentage(place.x(), bounds.left, bounds.right),
-                   percentage(place.y(), bounds.top, bounds.bottom));
+    move(position);
+    emit mouseDrag(percentage(position.x(), bounds.left, bounds.right),
+                   percentage(position.y(), bounds.top, bounds.bottom));
 }

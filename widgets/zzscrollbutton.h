@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A push button that is dragged about inside a rectangle of its parent and
-// reports where it is as percentages of that rectangle. Lives in the GUI thread
-// and belongs to its parent. Part of the widget set; no window uses it at present.
+// A push button that is dragged about inside a rectangle of its parent and emits its
+// position in percent of that rectangle. Lives in the GUI thread and belongs to its
+// parent. Part of the widget set; no window uses it at present.
 
 #pragma once
 
@@ -38,19 +38,18 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
-    // Both ends are positions that the button can take, so the range has one
-    // position more than its width in pixels.
+    /// Both ends are positions that the button can take, so the range has one position more than
+    /// its width in pixels.
     struct Bounds {
         int left = 0;
         int top = 0;
         int right = 0;
         int bottom = 0;
 
-        bool contains(QPoint place) const;
+        bool contains(QPoint position) const;
     };
 
-    // Where inside the button the last left press happened.
-    QPoint grabPoint;
+    QPoint grabPoint; ///< of the last left press, inside the button
     bool dragging = false;
     int dragAxes = NotDraggable;
     Bounds bounds;

@@ -3,12 +3,10 @@
 
 #include "zztablecell.h"
 
-#include "accessiblewidgets.h"
 #include "elision.h"
 #include "plainlabel.h"
 #include "progressoverlay.h"
 #include "stylesheets.h"
-#include "windowpalette.h"
 
 #include <QAbstractScrollArea>
 #include <QAccessible>
@@ -21,14 +19,14 @@
 namespace
 {
 
-constexpr QRect checkBoxPlace(15, 0, 25, 30);
-constexpr QRect iconPlace(42, 7, 16, 16);
-constexpr QRect namePlace(60, 0, 240, 30);
-constexpr QRect placePlace(315, 0, 463, 30);
-constexpr int overlayLeft = 1;
+constexpr QRect checkBoxGeometry(15, 0, 25, ZZTableCell::cellHeight);
+constexpr QRect iconGeometry(42, 7, 16, 16);
+constexpr QRect nameGeometry(60, 0, 240, ZZTableCell::cellHeight);
+constexpr QRect folderGeometry(315, 0, 463, ZZTableCell::cellHeight);
+constexpr QRect overlayGeometry(1, 0, ZZTableCell::cellWidth - 2, ZZTableCell::cellHeight);
 
-/// Takes clicks anywhere on its place; a plain check box without a caption lets
-/// those beside its small square through to the row.
+/// Takes clicks anywhere on its geometry. A QCheckBox without a caption passes clicks beside its
+/// square on to the row.
 class RowCheckBox : public QCheckBox
 {
 public:
@@ -38,10 +36,9 @@ protected:
     bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 };
 
-/// Where a row of @p parent is put in the end: a table shows its rows in its
-/// viewport. Moved there later, the row would have its style sheets read anew, the
-/// overlay's among them.
-QWidget *ownerOfRow(QWidget *parent)
+/// The viewport where @p parent is a table, because setCellWidget() makes it the parent in any
+/// case. A later change of parent would have all style sheets of the row read again.
+QWidget *parentOfRow(QWidget *parent)
 {
     const auto *table = qobject_cast<QAbstractScrollArea *>(parent);
     return table != nullptr ? table->viewport() : parent;
@@ -50,9 +47,8 @@ QWidget *ownerOfRow(QWidget *parent)
 } // namespace
 
 ZZTableCell::ZZTableCell(QWidget *parent)
-    : QFrame(ownerOfRow(parent))
+    : QFrame(parentOfRow(parent))
 {
-    installAccessibleWidgets();
 }
 
 void ZZTableCell::build(const QString &fullPath, const QIcon &icon, const QImage &, int newRow,
@@ -67,14 +63,15 @@ void ZZTableCell::build(const QString &fullPath, const QIcon &icon, const QImage
 
     const QFileInfo entry(fullPath);
     addCheckBox(entry.fileName(), entry.absolutePath());
-    QLabel *name = addTextLabel(QStringLiteral("nameLabel"), namePlace, entry.fileName());
+    QLabel *name = addTextLabel(QStringLiteral("nameLabel"), nameGeometry, entry.fileName());
     addIconLabel(icon);
-    QLabel *place = addTextLabel(QStringLiteral("placeLabel"), placePlace, entry.absolutePath());
-    // Only now: every widget that is made asks its style for margins, and a style sheet takes
-    // long to answer. But before the overlay, which would else have its own sheet read again.
+    QLabel *folder =
+        addTextLabel(QStringLiteral("placeLabel"), folderGeometry, entry.absolutePath());
+    // After the labels: each new widget asks its style for margins, which takes long with a style
+    // sheet. Before the overlay, whose own sheet would otherwise be read twice.
     setStyleSheet(stylesheets::row());
     showElided(name);
-    showElided(place);
+    showElided(folder);
     addProgressOverlay();
     built = true;
 }
@@ -85,8 +82,8 @@ void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
     checkBox->setObjectName(QStringLiteral("checkBox"));
     checkBox->setAccessibleName(fileName.isEmpty() ? entryPath : fileName);
     checkBox->setAccessibleDescription(folder);
-    checkBox->setGeometry(checkBoxPlace);
-    checkBox->setPalette(windowPalette());
+    checkBox->setGeometry(checkBoxGeometry);
+    checkBox->setPalette(stylesheets::windowPalette());
     checkBox->setChecked(true);
     connect(checkBox, &QCheckBox::clicked, this, &ZZTableCell::checkBoxClicked);
     connect(checkBox, &QCheckBox::toggled, this, &ZZTableCell::announceTick);
@@ -96,26 +93,24 @@ void ZZTableCell::addIconLabel(const QIcon &icon)
 {
     auto *label = new PlainLabel(this);
     label->setObjectName(QStringLiteral("iconLabel"));
-    label->setGeometry(iconPlace);
-    label->setPixmap(icon.pixmap(iconPlace.size(), QIcon::Normal, QIcon::Off));
+    label->setGeometry(iconGeometry);
+    label->setPixmap(icon.pixmap(iconGeometry.size(), QIcon::Normal, QIcon::Off));
 }
 
-QLabel *ZZTableCell::addTextLabel(const QString &objectName, const QRect &place,
+QLabel *ZZTableCell::addTextLabel(const QString &objectName, const QRect &geometry,
                                   const QString &text)
 {
     auto *label = new PlainLabel(this);
     label->setObjectName(objectName);
-    label->setGeometry(place);
+    label->setGeometry(geometry);
     label->setToolTip(text);
-    label->setAccessibleName(text); // who listens is told the whole text
+    label->setAccessibleName(text); // not the elided text
     return label;
 }
 
 void ZZTableCell::showElided(QLabel *label)
 {
-    // Gives the label the style sheet's font now, so that the text is measured in
-    // the font it will be drawn in.
-    label->ensurePolished();
+    label->ensurePolished(); // measures the text in the font of the style sheet
     label->setText(elidedKeepingTail(label->toolTip(), label->width(), label));
 }
 
@@ -124,7 +119,7 @@ void ZZTableCell::addProgressOverlay()
     progressOverlay = new ProgressOverlay(this);
     progressOverlay->setObjectName(QStringLiteral("progressOverlay"));
     progressOverlay->setStyleSheet(stylesheets::progressOverlay());
-    progressOverlay->setGeometry(overlayLeft, 0, cellWidth - 2 * overlayLeft, cellHeight);
+    progressOverlay->setGeometry(overlayGeometry);
     progressOverlay->hide();
 }
 
@@ -141,9 +136,8 @@ void ZZTableCell::setIndex(int newRow, int newColumn)
 
 void ZZTableCell::setProgress(int percent)
 {
-    if (!built)
-        return;
-    progressOverlay->showPercent(percent, QSize(cellWidth - 2 * overlayLeft, cellHeight));
+    if (built)
+        progressOverlay->showPercent(percent, overlayGeometry.size());
 }
 
 void ZZTableCell::setChecked(bool checked)
@@ -168,7 +162,7 @@ void ZZTableCell::checkBoxClicked()
     emit tableCellClicked(row, column);
 }
 
-/// The box tells of its tick itself; this is for the row.
+/// Announces the new state of the row; QCheckBox announces only its own.
 void ZZTableCell::announceTick()
 {
     if (!QAccessible::isActive())

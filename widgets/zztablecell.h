@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// One row of the main table: a tick box, an icon, an entry's name and folder, and
-// a darkening that grows while the entry is shredded. It only draws and reports
-// clicks; whether the entry is ticked is decided elsewhere. Lives in the GUI thread
-// and belongs to the table it is put into.
+// One row of the main table: a tick box, an icon, an entry's name and folder, and an
+// overlay that shows how far the entry is shredded. It draws and emits clicks; whether the
+// entry is ticked is decided by the controller. Lives in the GUI thread and belongs to
+// the table it is put into.
 
 #pragma once
 
@@ -22,24 +22,27 @@ class ZZTableCell : public QFrame
     Q_OBJECT
 
 public:
-    /// An empty cell; build() fills it. A table given as @p parent takes the cell
-    /// into its viewport at once.
+    static constexpr int cellWidth = 778;
+    static constexpr int cellHeight = 30; ///< of every table's rows, and of their image
+
+    /// An empty cell; build() fills it. Where @p parent is a table, its viewport becomes
+    /// the cell's parent.
     explicit ZZTableCell(QWidget *parent);
 
     /// Fills the cell for the entry @p fullPath, shown with @p icon at 16 by 16
-    /// pixels; clicks are reported for @p row and @p column. The style sheet draws
-    /// the row's background, so @p background is not used. A second call does nothing.
+    /// pixels; clicks are emitted with @p row and @p column. The style sheet draws the
+    /// row's background, so @p background is not used. A second call does nothing.
     void build(const QString &fullPath, const QIcon &icon, const QImage &background, int row,
                int column);
 
     /// The path given to build(), unchanged.
     QString fullPath() const;
-    /// The row and column that clicks report from now on.
+    /// The row and column that clicks are emitted with from now on.
     void setIndex(int row, int column);
-    /// Darkens the first @p percent of the row; 0 takes the darkening away. Values
-    /// outside 0 to 100 are not clamped. Does nothing before build().
+    /// Darkens the first @p percent of the row; 0 hides the overlay. Values outside 0 to
+    /// 100 are not clamped. Does nothing before build().
     void setProgress(int percent);
-    /// Ticks or unticks the box without reporting a click. Does nothing before build().
+    /// Ticks or unticks the box and emits nothing. Does nothing before build().
     void setChecked(bool checked);
     /// Whether the box is ticked; false before build().
     bool isChecked() const;
@@ -58,13 +61,11 @@ private slots:
 private:
     void addCheckBox(const QString &fileName, const QString &folder);
     void addIconLabel(const QIcon &icon);
-    QLabel *addTextLabel(const QString &objectName, const QRect &place, const QString &text);
+    QLabel *addTextLabel(const QString &objectName, const QRect &geometry, const QString &text);
     static void showElided(QLabel *label);
     void addProgressOverlay();
     void announceTick();
 
-    static constexpr int cellWidth = 778;
-    static constexpr int cellHeight = 30;
     bool built = false;
     int row = 0;
     int column = 0;

@@ -14,5 +14,8 @@ class ZZWidget : public QWidget
     Q_OBJECT
 
 public:
-    explicit ZZWidget(QWidget *parent);
+    explicit ZZWidget(QWidget *parent)
+        : QWidget(parent)
+    {
+    }
 };

@@ -22,6 +22,7 @@ class TestAccessibleRows : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -42,11 +43,16 @@ private:
     RowTable *table = nullptr;
 };
 
+void TestAccessibleRows::initTestCase()
+{
+    installAccessibility();
+}
+
 void TestAccessibleRows::init()
 {
     window = std::make_unique<QWidget>();
     window->resize(800, 430);
-    table = new RowTable(0, 1, window.get());
+    table = new RowTable(1, window.get());
     table->setGeometry(0, 0, 800, 430);
     table->setColumnWidth(0, 778);
     window->show();

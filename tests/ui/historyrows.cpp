@@ -8,11 +8,11 @@
 
 #include "suites.h"
 #include "ui/historyrowframe.h"
+#include "ui/rowtable.h"
 
 #include <QHeaderView>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTableWidget>
 #include <QtTest>
 
 #include <memory>
@@ -59,7 +59,7 @@ private:
     QList<HistoryRowFrame *> frames() const;
 
     std::unique_ptr<QWidget> window;
-    QTableWidget *table = nullptr;
+    RowTable *table = nullptr;
     HistoryRows *rows = nullptr;
 };
 
@@ -68,7 +68,7 @@ void TestHistoryRows::init()
 {
     window = std::make_unique<QWidget>();
     window->resize(698, 415);
-    table = new QTableWidget(0, 1, window.get());
+    table = new RowTable(1, window.get());
     table->setGeometry(0, 0, 698, 415);
     table->setColumnWidth(0, 698);
     table->horizontalHeader()->setFixedHeight(25);

@@ -5,6 +5,9 @@
 // tested where it is heard, in tst_endtoend_accessibility.
 
 #include "suites.h"
+
+#include "widgets/accessiblewidgets.h"
+
 #include "widgets/customdialog.h"
 #include "widgets/zztablecell.h"
 
@@ -44,6 +47,7 @@ class TestAccessibleWidgets : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
 
     void rowIsNamedByItsEntry();
@@ -67,6 +71,11 @@ private:
 
     std::unique_ptr<ZZTableCell> cell;
 };
+
+void TestAccessibleWidgets::initTestCase()
+{
+    installAccessibleWidgets();
+}
 
 void TestAccessibleWidgets::init()
 {
