@@ -32,12 +32,11 @@ void setScaling(bool wanted)
 #endif
 }
 
-/// A screen that says 100 dots per inch would blur every image for nothing, one that says 75
-/// would shrink them. Below this, half way to the first size that desktops offer, a unit is a
-/// pixel.
+/// Below this scale, half way to the first size that desktops offer, a unit is a pixel. Otherwise a
+/// screen of 100 dots per inch would blur every image for nothing, and one of 75 shrink them.
 constexpr qreal smallestScale = 1.125;
 
-/// What the user asks for stays out of it.
+/// By the screen's own scale alone; a scale that the user's environment sets does not count.
 bool isHardlyScaled()
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
@@ -48,8 +47,8 @@ bool isHardlyScaled()
     return scale < smallestScale && !qFuzzyCompare(scale, qreal(1));
 }
 
-/// Another connection to the X server, for the life of the object. A server resets when its last
-/// client leaves, which this program may be, and refuses connections meanwhile.
+/// A second connection to the X server, for the life of the object. A server that loses its last
+/// client, which this program may be, resets and refuses connections meanwhile.
 class XConnection
 {
 public:

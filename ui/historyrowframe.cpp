@@ -20,14 +20,6 @@ constexpr int pathLeft = 356;
 constexpr int timeIndent = 13;
 constexpr QRect pathGeometry(pathLeft, 0, rowFrameWidth - pathLeft, RowTable::entryHeight);
 
-PlainLabel *addLabel(QWidget *frame, const QString &objectName, const QRect &geometry)
-{
-    auto *label = new PlainLabel(frame);
-    label->setObjectName(objectName);
-    label->setGeometry(geometry);
-    return label;
-}
-
 void showElided(PlainLabel *label, const QString &text)
 {
     label->ensurePolished(); // the font comes from the frame's style sheet
@@ -39,9 +31,9 @@ void showElided(PlainLabel *label, const QString &text)
 
 HistoryRowFrame::HistoryRowFrame(QWidget *parent)
     : QFrame(parent, Qt::FramelessWindowHint)
-    , timeLabel(addLabel(this, QStringLiteral("timeLabel"), timeGeometry))
-    , nameLabel(addLabel(this, QStringLiteral("nameLabel"), nameGeometry))
-    , pathLabel(addLabel(this, QStringLiteral("pathLabel"), pathGeometry))
+    , timeLabel(new PlainLabel(this, QStringLiteral("timeLabel"), timeGeometry))
+    , nameLabel(new PlainLabel(this, QStringLiteral("nameLabel"), nameGeometry))
+    , pathLabel(new PlainLabel(this, QStringLiteral("pathLabel"), pathGeometry))
 {
     timeLabel->setIndent(timeIndent);
     resize(rowFrameWidth, RowTable::entryHeight);

@@ -20,6 +20,9 @@
 #include <QPushButton>
 #include <QScrollBar>
 
+using windowparts::addHeading;
+using windowparts::addHeadingSeparator;
+
 namespace
 {
 
@@ -70,8 +73,7 @@ void MainWindow::addHistoryTitleBar()
     bar->addTitle(QStringLiteral("historyTitleText"), QStringLiteral("Brenvale - 文件粉碎记录"),
                   stylesheets::titleText());
     const QPushButton *close =
-        bar->addButton(QStringLiteral("historyCloseButton"), QStringLiteral("关闭"),
-                       QStringLiteral("btn_quit"), closePosition);
+        bar->addCloseButton(QStringLiteral("historyCloseButton"), closePosition);
     connect(close, &QPushButton::clicked, this, &MainWindow::slotShowHistoryEva);
 }
 
@@ -104,19 +106,17 @@ void MainWindow::addHistoryHeading()
     constexpr int timeTextLeft = 15;
     constexpr int nameTextLeft = 4;
     constexpr int pathTextLeft = 6;
-    const QString separator = stylesheets::backgroundImage(QStringLiteral("sp_table_head"));
 
-    windowparts::addHeading(historyWindow, QStringLiteral("historyTimeHeading"), timeGeometry,
-                            stylesheets::firstHeading(), QStringLiteral("日期"), timeTextLeft);
-    windowparts::addHeading(historyWindow, QStringLiteral("historyNameHeading"), nameGeometry,
-                            stylesheets::laterHeading(), QStringLiteral("已粉碎文件或目录名"),
-                            nameTextLeft);
-    windowparts::addHeading(historyWindow, QStringLiteral("historyPathHeading"), pathGeometry,
-                            stylesheets::laterHeading(), QStringLiteral("路径"), pathTextLeft);
-    windowparts::addLabel(historyWindow, QStringLiteral("historyNameSeparator"),
-                          nameSeparatorGeometry, separator);
-    windowparts::addLabel(historyWindow, QStringLiteral("historyPathSeparator"),
-                          pathSeparatorGeometry, separator);
+    addHeading(historyWindow, QStringLiteral("historyTimeHeading"), timeGeometry,
+               stylesheets::firstHeading(), QStringLiteral("日期"), timeTextLeft);
+    addHeading(historyWindow, QStringLiteral("historyNameHeading"), nameGeometry,
+               stylesheets::laterHeading(), QStringLiteral("已粉碎文件或目录名"), nameTextLeft);
+    addHeading(historyWindow, QStringLiteral("historyPathHeading"), pathGeometry,
+               stylesheets::laterHeading(), QStringLiteral("路径"), pathTextLeft);
+    addHeadingSeparator(historyWindow, QStringLiteral("historyNameSeparator"),
+                        nameSeparatorGeometry);
+    addHeadingSeparator(historyWindow, QStringLiteral("historyPathSeparator"),
+                        pathSeparatorGeometry);
 }
 
 void MainWindow::addHistoryButtons()

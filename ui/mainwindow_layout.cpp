@@ -27,6 +27,7 @@
 
 using windowparts::addFlatButton;
 using windowparts::addHeading;
+using windowparts::addHeadingSeparator;
 using windowparts::addLabel;
 
 namespace
@@ -123,10 +124,8 @@ void MainWindow::addTitleBar()
     bar->addTitle(QStringLiteral("titleText"), QStringLiteral("Brenvale - 文件粉碎机"),
                   stylesheets::mainTitleText());
     QPushButton *minimize =
-        bar->addButton(QStringLiteral("minimizeButton"), QStringLiteral("最小化"),
-                       QStringLiteral("btn_mini"), minimizePosition);
-    const QPushButton *close = bar->addButton(QStringLiteral("closeButton"), QStringLiteral("关闭"),
-                                              QStringLiteral("btn_quit"), closePosition);
+        bar->addMinimizeButton(QStringLiteral("minimizeButton"), minimizePosition);
+    const QPushButton *close = bar->addCloseButton(QStringLiteral("closeButton"), closePosition);
     connect(close, &QPushButton::clicked, this, &MainWindow::windowQuit);
     connect(minimize, &QPushButton::clicked, this, &MainWindow::windowMini);
     // Never shown: the window offers closing only.
@@ -192,8 +191,7 @@ void MainWindow::addTableHeading()
                QStringLiteral("名称"), textLeft);
     addHeading(this, QStringLiteral("pathHeading"), pathGeometry, stylesheets::laterHeading(),
                QStringLiteral("文件路径"), textLeft);
-    addLabel(this, QStringLiteral("headingSeparator"), separatorGeometry,
-             stylesheets::backgroundImage(QStringLiteral("sp_table_head")));
+    addHeadingSeparator(this, QStringLiteral("headingSeparator"), separatorGeometry);
     addLabel(this, QStringLiteral("bottomRule"), bottomRuleGeometry, stylesheets::bottomRule());
 }
 

@@ -33,6 +33,12 @@ void addHeading(QWidget *window, const QString &objectName, const QRect &geometr
     heading->setIndent(qMax(0, textLeft - heading->contentsRect().left()));
 }
 
+void addHeadingSeparator(QWidget *window, const QString &objectName, const QRect &geometry)
+{
+    addLabel(window, objectName, geometry,
+             stylesheets::backgroundImage(QStringLiteral("sp_table_head")));
+}
+
 QPushButton *addFlatButton(QWidget *parent, const QString &objectName, const QRect &geometry,
                            const QString &styleSheet, const QString &text)
 {

@@ -24,6 +24,9 @@ QLabel *addLabel(QWidget *parent, const QString &objectName, const QRect &geomet
 void addHeading(QWidget *window, const QString &objectName, const QRect &geometry,
                 const QString &styleSheet, const QString &text, int textLeft);
 
+/// The line between two headings.
+void addHeadingSeparator(QWidget *window, const QString &objectName, const QRect &geometry);
+
 /// A flat button that does not take the focus.
 QPushButton *addFlatButton(QWidget *parent, const QString &objectName, const QRect &geometry,
                            const QString &styleSheet, const QString &text);

@@ -66,8 +66,8 @@ void CustomDialog::addTitleBar()
     bar->addIcon(QStringLiteral("titleIcon"));
     bar->addTitle(QStringLiteral("titleText"), QStringLiteral("文件粉碎机"),
                   stylesheets::titleText());
-    const QPushButton *close = bar->addButton(QStringLiteral("closeButton"), QStringLiteral("关闭"),
-                                              QStringLiteral("btn_quit"), closeButtonPosition);
+    const QPushButton *close =
+        bar->addCloseButton(QStringLiteral("closeButton"), closeButtonPosition);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
 }
 

@@ -60,6 +60,16 @@ void CustomTitleBar::addTitle(const QString &objectName, const QString &text,
     title->setStyleSheet(styleSheet);
 }
 
+QPushButton *CustomTitleBar::addMinimizeButton(const QString &objectName, QPoint position)
+{
+    return addButton(objectName, QStringLiteral("最小化"), QStringLiteral("btn_mini"), position);
+}
+
+QPushButton *CustomTitleBar::addCloseButton(const QString &objectName, QPoint position)
+{
+    return addButton(objectName, QStringLiteral("关闭"), QStringLiteral("btn_quit"), position);
+}
+
 QPushButton *CustomTitleBar::addButton(const QString &objectName, const QString &accessibleName,
                                        const QString &image, QPoint position)
 {

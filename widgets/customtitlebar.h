@@ -25,9 +25,9 @@ public:
     void addIcon(const QString &objectName);
     /// Adds @p text beside the logo, as high as the bar, whose geometry is set before.
     void addTitle(const QString &objectName, const QString &text, const QString &styleSheet);
-    /// Adds a window button that shows @p image, with its top left corner at @p position.
-    QPushButton *addButton(const QString &objectName, const QString &accessibleName,
-                           const QString &image, QPoint position);
+    // The buttons' top left corner is @p position; what they do is connected by the caller.
+    QPushButton *addMinimizeButton(const QString &objectName, QPoint position);
+    QPushButton *addCloseButton(const QString &objectName, QPoint position);
 
     /// Keeps room for a minimise button at the right end (any @p slot above 0), or does not.
     void setMinimizeSlot(int slot);
@@ -43,6 +43,9 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
+    QPushButton *addButton(const QString &objectName, const QString &accessibleName,
+                           const QString &image, QPoint position);
+
     QPoint grabPoint; ///< of the last left press, in the moved window's coordinates
     QWidget *draggedWindow;
     bool dragging = false;

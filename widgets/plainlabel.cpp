@@ -9,9 +9,11 @@
 #include <QTextDocument>
 #include <QToolTip>
 
-PlainLabel::PlainLabel(QWidget *row)
+PlainLabel::PlainLabel(QWidget *row, const QString &objectName, const QRect &geometry)
     : QLabel(row)
 {
+    setObjectName(objectName);
+    setGeometry(geometry);
     // A row's style sheet has no selector, so it would draw the row's image in every label too,
     // displaced where the label does not begin at the row's top.
     setAttribute(Qt::WA_NoSystemBackground);

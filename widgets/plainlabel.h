@@ -14,7 +14,7 @@ class PlainLabel : public QLabel
     Q_OBJECT
 
 public:
-    explicit PlainLabel(QWidget *row);
+    PlainLabel(QWidget *row, const QString &objectName, const QRect &geometry);
 
 protected:
     bool event(QEvent *event) override;

@@ -91,18 +91,14 @@ void ZZTableCell::addCheckBox(const QString &fileName, const QString &folder)
 
 void ZZTableCell::addIconLabel(const QIcon &icon)
 {
-    auto *label = new PlainLabel(this);
-    label->setObjectName(QStringLiteral("iconLabel"));
-    label->setGeometry(iconGeometry);
+    auto *label = new PlainLabel(this, QStringLiteral("iconLabel"), iconGeometry);
     label->setPixmap(icon.pixmap(iconGeometry.size(), QIcon::Normal, QIcon::Off));
 }
 
 QLabel *ZZTableCell::addTextLabel(const QString &objectName, const QRect &geometry,
                                   const QString &text)
 {
-    auto *label = new PlainLabel(this);
-    label->setObjectName(objectName);
-    label->setGeometry(geometry);
+    auto *label = new PlainLabel(this, objectName, geometry);
     label->setToolTip(text);
     label->setAccessibleName(text); // not the elided text
     return label;
