@@ -28,23 +28,15 @@ void TestStylesheets::readsWordForWord_data()
         QTest::newRow(name) << sheet << QString::fromLatin1(words);
     };
     using namespace stylesheets;
-    compare("mainWindowBackground", mainWindowBackground(), "background-image:url(:/images/bk)");
-    compare("historyWindowBackground", historyWindowBackground(),
-            "background-image:url(:/images/bk_history)");
-    compare("dialogBackground", dialogBackground(), "background-image:url(:/images/bk_dialog)");
-    compare("dialogTitleBar", dialogTitleBar(), "background:none");
-    compare("titleIcon", titleIcon(), "background-image:url(:/images/icon_logo)");
-    compare("titleText", titleText(), "color:#ffffff;border:none;background:none;font-size:14px;");
-    compare("mainTitleText", mainTitleText(), "color:#ffffff;border:none;font-size:14px");
-    compare("closeButton", closeButton(),
+    compare("backgroundImage", backgroundImage(QStringLiteral("bk")),
+            "background-image:url(:/images/bk)");
+    compare("imageButton", imageButton(QStringLiteral("btn_quit")),
             "QPushButton{background-image:url(:/images/btn_quit_s1);border:none;}"
             "QPushButton:hover{background-image:url(:/images/btn_quit_s2);border:none;}"
             "QPushButton:pressed{background-image:url(:/images/btn_quit_s3);border:none;}");
-    compare("minimizeButton", minimizeButton(),
-            "QPushButton{background-image:url(:/images/btn_mini_s1);border:none;}"
-            "QPushButton:hover{background-image:url(:/images/btn_mini_s2);border:none;}"
-            "QPushButton:pressed{background-image:url(:/images/btn_mini_s3);border:none;}");
-    compare("logo", logo(), "background-image:url(:/images/logo)");
+    compare("dialogTitleBar", dialogTitleBar(), "background:none");
+    compare("titleText", titleText(), "color:#ffffff;border:none;background:none;font-size:14px;");
+    compare("mainTitleText", mainTitleText(), "color:#ffffff;border:none;font-size:14px");
     compare("headerText", headerText(), "color:#333333;font-size:13px");
     compare("historyLink", historyLink(),
             "QPushButton{color:#00f;font-size:13px;border:none;}"
@@ -64,15 +56,12 @@ void TestStylesheets::readsWordForWord_data()
             "QPushButton:disabled{background-image:url(:/images/btn_green_s4);border:none;"
             "color:#aaa;}");
     compare("bottomRule", bottomRule(), "background-color:#eee");
-    compare("emptyPanelIcon", emptyPanelIcon(), "background-image:url(:/images/ico_smile)");
-    compare("successPanelIcon", successPanelIcon(), "background-image:url(:/images/ico_ok)");
     compare("panelText", panelText(), "color:#333333;font-size:14px");
     compare("table", table(), "border:none;background:none;");
     compare("firstHeading", firstHeading(),
             "background-image:url(:/images/bk_table_head);padding-left:10px;");
     compare("laterHeading", laterHeading(),
             "background-image:url(:/images/bk_table_head);padding-left:16px;");
-    compare("headingSeparator", headingSeparator(), "background-image:url(:/images/sp_table_head)");
     compare("mainScrollBar", mainScrollBar(),
             "QScrollBar:vertical{background:none;margin-top:25px;margin-bottom:1px;}"
             "QScrollBar::sub-line{background:none;border:none;height:0px;}"
@@ -121,10 +110,6 @@ void TestStylesheets::readsWordForWord_data()
             "font-size:12px;}"
             "QPushButton:pressed{background-image:url(:/images/btn_gray_s3);border:none;"
             "font-size:12px;}");
-    compare("warningIcon", warningIcon(), "background-image:url(:/images/ico_war)");
-    compare("successIcon", successIcon(), "background-image:url(:/images/ico_ok)");
-    compare("partialSuccessIcon", partialSuccessIcon(), "background-image:url(:/images/ico_war2)");
-    compare("questionIcon", questionIcon(), "background-image:url(:/images/ico_war4)");
     compare("fixedMessageText", fixedMessageText(), "color:#444444;font-size:14px;background:none");
     compare("messageText", messageText(),
             "color:#444444;font-size:14px;background:none;line-height:20px;");
