@@ -75,7 +75,7 @@ void MainWindow::dropEvent(QDropEvent *event)
 {
     if (!event || !walle)
         return;
-    // The event is not accepted here; the copy of dragEnterEvent() stands.
+    // Not accepted, so that the action stays the copy that dragEnterEvent() chose.
     const QList<QUrl> urls = event->mimeData()->urls();
     if (urls.isEmpty())
         return;

@@ -128,7 +128,7 @@ void MainWindow::addTitleBar()
     const QPushButton *close = bar->addCloseButton(QStringLiteral("closeButton"), closePosition);
     connect(close, &QPushButton::clicked, this, &MainWindow::windowQuit);
     connect(minimize, &QPushButton::clicked, this, &MainWindow::windowMini);
-    // Never shown: the window offers closing only.
+    // Connected but never shown: the window offers closing only.
     minimize->hide();
 }
 

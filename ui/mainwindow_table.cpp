@@ -129,7 +129,7 @@ void MainWindow::slotMoveTable(int, int y)
         mainTable->move(0, (tableHost->height() - mainTable->height()) * y / wholePercent);
 }
 
-/// Null when there is no such row.
+/// Null when there is no such row, or no table.
 ZZTableCell *MainWindow::cellAt(int row) const
 {
     return mainTable ? qobject_cast<ZZTableCell *>(mainTable->cellWidget(row, entryColumn))

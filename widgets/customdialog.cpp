@@ -114,7 +114,7 @@ void CustomDialog::setConfirmCrush()
 
 void CustomDialog::setSystemFileRefusal()
 {
-    // Unlike in setMessage() the OK button is not moved; this layout is a different one.
+    // The OK button is not moved as in setMessage(): the two layouts are meant to differ.
     if (addMessage(QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎"), DialogKind::Refusal,
                    stylesheets::fixedMessageText(), Qt::AlignLeft | Qt::AlignTop))
         cancelButton->hide();

@@ -13,7 +13,7 @@ namespace
 
 /// The line-height of the label's style sheet, which Qt ignores for labels.
 constexpr int usualLineHeight = 20;
-/// Kept free above and below, so that a long text does not touch the title strip.
+/// Kept free above and below, so that a long text does not touch the title bar.
 constexpr int verticalMargin = 2;
 
 /// @p paragraph in lines of at most @p width pixels.
