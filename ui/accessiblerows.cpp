@@ -26,6 +26,7 @@ AccessibleRows::AccessibleRows(RowTable *ofTable)
 
 AccessibleRows::~AccessibleRows()
 {
+    QObject::disconnect(forgetting);
     for (const QAccessible::Id id : qAsConst(knownEntries))
         QAccessible::deleteAccessibleInterface(id);
 }
@@ -54,6 +55,10 @@ QAccessibleInterface *AccessibleRows::entry(int row, int count) const
 {
     if (row < 0 || row >= count)
         return nullptr;
+    if (!forgetting) {
+        forgetting = QObject::connect(history(), &HistoryRows::aboutToRemove, table,
+                                      [this] { forgetEntries(); });
+    }
     const int arrival = count - 1 - row;
     if (!knownEntries.contains(arrival)) {
         auto *made = new AccessibleEntry(this, arrival);
@@ -81,7 +86,8 @@ QAccessibleInterface *AccessibleRows::childAt(int x, int y) const
     return row >= 0 ? child(row) : nullptr;
 }
 
-void AccessibleRows::forgetEntries()
+/// Their interfaces would belong to other entries afterwards.
+void AccessibleRows::forgetEntries() const
 {
     for (const QAccessible::Id id : qAsConst(knownEntries)) {
         QAccessibleEvent gone(QAccessible::accessibleInterface(id), QAccessible::ObjectDestroyed);

@@ -25,18 +25,18 @@ public:
     /// @p x and @p y are screen coordinates.
     QAccessibleInterface *childAt(int x, int y) const override;
 
-    /// To be called before entries are removed, which renumbers the others.
-    void forgetEntries();
     RowTable *rowTable() const { return table; }
     /// The entries that the table shows; null for the main table, whose rows are its cells.
     const HistoryRows *history() const;
 
 private:
     QAccessibleInterface *entry(int row, int count) const;
+    void forgetEntries() const;
 
     RowTable *table;
     /// The interfaces made so far, by the order of the entries' arrival.
     mutable QHash<int, QAccessible::Id> knownEntries;
+    mutable QMetaObject::Connection forgetting; ///< of knownEntries, before they are renumbered
 };
 
 /// An entry of the history by its file name, described by time and folder.

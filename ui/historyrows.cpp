@@ -3,7 +3,6 @@
 
 #include "ui/historyrows.h"
 
-#include "ui/accessiblerows.h"
 #include "ui/historyrowframe.h"
 #include "ui/rowtable.h"
 
@@ -52,7 +51,7 @@ void HistoryRows::remove(int row)
 {
     if (row < 0 || row >= entries.size())
         return;
-    forgetAccessibleEntries();
+    emit aboutToRemove();
     entries.removeAt(entries.size() - 1 - row);
     show();
 }
@@ -60,7 +59,7 @@ void HistoryRows::remove(int row)
 void HistoryRows::clear()
 {
     showTimer.stop();
-    forgetAccessibleEntries();
+    emit aboutToRemove();
     entries.clear();
     frames.clear();
     table->setRowCount(0);
@@ -112,12 +111,4 @@ void HistoryRows::fillRow(int row)
     // at the cost of a layout of all rows.
     frame->setGeometry(0, table->rowViewportPosition(row), table->columnWidth(0),
                        RowTable::entryHeight);
-}
-
-/// Entries are numbered from the oldest, so an interface would belong to another entry afterwards.
-void HistoryRows::forgetAccessibleEntries()
-{
-    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(table);
-    if (auto *rows = dynamic_cast<AccessibleRows *>(list))
-        rows->forgetEntries();
 }

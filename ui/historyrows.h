@@ -47,11 +47,14 @@ public:
     /// The entry in @p row, which there must be, counted from the top.
     const Entry &entryAt(int row) const { return entries.at(entries.size() - 1 - row); }
 
+signals:
+    /// Rows are about to be removed, which renumbers the entries.
+    void aboutToRemove();
+
 private:
     void show();
     void fillView();
     void fillRow(int row);
-    void forgetAccessibleEntries();
 
     RowTable *table;
     QWidget *frameParent;
