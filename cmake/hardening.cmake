@@ -3,7 +3,8 @@
 
 # What users run is hardened: position independent, read-only relocations, guarded
 # stacks, checked library calls and checked jumps; and nothing unused is kept.
-# Whoever builds may have chosen already: what CXXFLAGS say about one of these stays.
+# Whoever builds may have chosen already: what CXXFLAGS and LDFLAGS say about one of
+# these stays.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 
@@ -45,6 +46,18 @@ if(NOT given_flags MATCHES "_GLIBCXX_ASSERTIONS")
   target_compile_definitions(fileshredder_strictness INTERFACE
     "$<${optimised}:_GLIBCXX_ASSERTIONS>")
 endif()
-target_link_options(fileshredder_strictness INTERFACE
-  "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>"
-  "$<${optimised}:-Wl,-z,relro,-z,now,-z,noexecstack,--gc-sections>")
+
+# harden_link(FLAG FAMILY): the same for the linker, where FLAG would come last and win.
+set(given_link_flags
+  " ${given_flags} ${CMAKE_EXE_LINKER_FLAGS} ${CMAKE_EXE_LINKER_FLAGS_${build_type}}")
+function(harden_link flag family)
+  if(NOT given_link_flags MATCHES "${family}")
+    target_link_options(fileshredder_strictness INTERFACE "${flag}")
+  endif()
+endfunction()
+
+harden_link("$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>" " -(no-|static-)?pie")
+harden_link("$<${optimised}:-Wl,-z,relro>" "relro")
+harden_link("$<${optimised}:-Wl,-z,now>" "(,|-z ?)(now|lazy)")
+harden_link("$<${optimised}:-Wl,-z,noexecstack>" "execstack")
+harden_link("$<${optimised}:-Wl,--gc-sections>" "gc-sections")
