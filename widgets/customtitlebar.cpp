@@ -5,10 +5,14 @@
 
 #include "stylesheets.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace
 {
@@ -32,6 +36,37 @@ bool startCompositorMove(const QWidget *window)
     Q_UNUSED(window)
     return false;
 #endif
+}
+
+/// Screens of an X server have one scale, unless the user asks for another one on some of them.
+bool scalesDiffer()
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    return QGuiApplication::platformName() == QLatin1String("xcb")
+           && std::any_of(screens.cbegin(), screens.cend(), [&screens](const QScreen *screen) {
+                  return !qFuzzyCompare(screen->devicePixelRatio(),
+                                        screens.first()->devicePixelRatio());
+              });
+}
+
+/// Then a place means something else on each screen, and Qt scales a window for the screen that
+/// its middle is on. The window has to be on that of the pointer with its middle too: else its
+/// new size would take the middle back to the other screen.
+void moveAmongScales(QWidget *window, const QPoint &grabPoint)
+{
+    const QPoint pointer = QCursor::pos();
+    QScreen *screen = QGuiApplication::screenAt(pointer);
+    QWindow *handle = window->windowHandle();
+    if (screen == nullptr || handle == nullptr)
+        return;
+    // Its size is fixed, and what it says of it on its way may belong to the other scale.
+    QRect place(pointer - grabPoint, window->minimumSize());
+    const QRect area = screen->geometry();
+    const QPoint middle = place.center();
+    place.moveCenter({qBound(area.left(), middle.x(), area.right()),
+                      qBound(area.top(), middle.y(), area.bottom())});
+    handle->setScreen(screen);
+    handle->setGeometry(place);
 }
 
 } // namespace
@@ -135,8 +170,12 @@ void CustomTitleBar::mouseMoveEvent(QMouseEvent *event)
 {
     if (!dragging || draggedWindow == nullptr)
         return;
+    event->accept();
+    if (scalesDiffer()) {
+        moveAmongScales(draggedWindow, grabPoint);
+        return;
+    }
     // The window may leave the screen, as with any title bar.
     const QPoint pointer(qRound(event->screenPos().x()), qRound(event->screenPos().y()));
     draggedWindow->move(pointer - grabPoint);
-    event->accept();
 }
