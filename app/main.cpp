@@ -36,8 +36,10 @@ void readFileNamesAsUtf8()
 /// Qt's own dialogs are in Chinese like the rest where Qt's translation is installed.
 void installTranslation(QTranslator &translator)
 {
-    if (translator.load(QStringLiteral("qtbase_zh_CN"),
-                        QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+    const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+    // Some versions of Qt, Debian 11's for one, have the words of all parts in one file.
+    if (translator.load(QStringLiteral("qtbase_zh_CN"), folder)
+        || translator.load(QStringLiteral("qt_zh_CN"), folder))
         QApplication::installTranslator(&translator);
 }
 

@@ -94,13 +94,14 @@ void TestEndToEndFileManager::fileDialogSpeaksChinese()
     const auto fileDialog = reader.waitForWindow(shredder->processId(), QStringLiteral("打开"));
     QVERIFY(fileDialog);
     const QStringList words = fileDialog->readAloud();
-    for (const char *word : {"label: 查找范围：", "push button: 父目录", "tree: 文件",
-                             "label: 文件名称(N)：", "push button: 打开(O)", "push button: 取消"})
+    // Those that every version of Qt's translation has.
+    for (const char *word : {"push button: 父目录", "label: 文件名称(N)：", "push button: 打开(O)"})
         QVERIFY2(words.contains(QString::fromUtf8(word)), word);
     keepPicture("file-dialog");
-    const auto cancel = fileDialog->find(QStringLiteral("push button"), QStringLiteral("取消"));
-    QVERIFY(cancel && cancel->act());
-    QVERIFY(eventually([this] { return shredder->onlyMainWindowIsOpen(); }));
+    QVERIFY(eventually([this] {
+        desktop.pressKey(QStringLiteral("Escape"));
+        return shredder->onlyMainWindowIsOpen();
+    }));
     QCOMPARE(shredder->rowsShown(), 0);
 }
 
