@@ -204,7 +204,8 @@ bool ScreenReader::listen()
         QDBusMessage request = QDBusMessage::createMethodCall(
             registryName, QStringLiteral("/org/a11y/atspi/registry"),
             prefix + QStringLiteral("Registry"), QStringLiteral("RegisterEvent"));
-        request.setArguments({QString::fromLatin1(kind), QStringList(), QString()});
+        // Without the name of a program, as older registries ignore a request that has one.
+        request.setArguments({QString::fromLatin1(kind), QStringList()});
         willing = willing && accessibilityBus->call(request).type() == QDBusMessage::ReplyMessage;
     }
     for (const char *kind : {"StateChanged", "PropertyChange"}) {
