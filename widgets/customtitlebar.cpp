@@ -56,6 +56,8 @@ void moveAmongScales(QWidget *window, const QPoint &grabPoint)
 {
     const QPoint pointer = QCursor::pos();
     QScreen *screen = QGuiApplication::screenAt(pointer);
+    if (screen == nullptr) // rounded up, at the last pixel of one
+        screen = QGuiApplication::screenAt(pointer - QPoint(1, 1));
     QWindow *handle = window->windowHandle();
     if (screen == nullptr || handle == nullptr)
         return;

@@ -24,6 +24,7 @@ virtual_desktop_packages=(
     qtwayland5 weston       # the other kind of desktop
     x11-utils               # xprop
     xauth xclip xdotool xvfb
+    xserver-xephyr          # two monitors
 )
 
 # File systems in images, in which the tests look for old bytes.

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QtEndian>
 
 namespace testsupport
@@ -56,12 +57,44 @@ QString number(int value)
 DesktopSession::~DesktopSession()
 {
     windowManager.end();
+    monitors.end();
     server.end();
 }
 
 bool DesktopSession::start(const QSize &size, int dotsPerInch)
 {
     return startServer(size, dotsPerInch) && startWindowManager();
+}
+
+bool DesktopSession::startWithMonitors(const QSize &left, const QSize &right)
+{
+    const QSize both(left.width() + right.width(), qMax(left.height(), right.height()));
+    return startServer(both, 96) && startMonitors(left, right) && startWindowManager();
+}
+
+bool DesktopSession::hasMonitors()
+{
+    return !QStandardPaths::findExecutable(QStringLiteral("Xephyr")).isEmpty();
+}
+
+/// The first server has one monitor, whatever it is told. The second shows each of its two as a
+/// window of the first, where pictures can be taken of them.
+bool DesktopSession::startMonitors(const QSize &left, const QSize &right)
+{
+    const QString pixels = QStringLiteral("%1x%2+%3+0");
+    monitors.setProcessEnvironment(environment());
+    monitors.setStandardErrorFile(scratch.filePath(QStringLiteral("monitor-messages")));
+    // Qt would take the two for copies of each other by what RANDR says of them.
+    monitors.start(QStringLiteral("Xephyr"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("+xinerama"),
+                    QStringLiteral("-extension"), QStringLiteral("RANDR"),
+                    QStringLiteral("-screen"), pixels.arg(left.width()).arg(left.height()).arg(0),
+                    QStringLiteral("-origin"), QStringLiteral("%1,0").arg(left.width()),
+                    QStringLiteral("-screen"),
+                    pixels.arg(right.width()).arg(right.height()).arg(left.width()),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-ac"),
+                    QStringLiteral("-noreset")});
+    return learnDisplay(monitors);
 }
 
 bool DesktopSession::startServer(const QSize &size, int dotsPerInch)
@@ -75,11 +108,16 @@ bool DesktopSession::startServer(const QSize &size, int dotsPerInch)
                   QStringLiteral("0"), screen, QStringLiteral("-dpi"), number(dotsPerInch),
                   QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-ac"),
                   QStringLiteral("-noreset"), QStringLiteral("-fbdir"), scratch.path()});
-    while (!server.canReadLine() && server.waitForReadyRead(patience))
+    return learnDisplay(server);
+}
+
+bool DesktopSession::learnDisplay(TiedProcess &ofServer)
+{
+    while (!ofServer.canReadLine() && ofServer.waitForReadyRead(patience))
         continue;
-    const QByteArray line = server.readLine().trimmed();
+    const QByteArray line = ofServer.readLine().trimmed();
     if (line.isEmpty()) {
-        problemText = QStringLiteral("no virtual X server: ") + server.errorString();
+        problemText = QStringLiteral("no virtual X server: ") + ofServer.errorString();
         return false;
     }
     displayName = QLatin1Char(':') + QString::fromLatin1(line);

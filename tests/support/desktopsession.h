@@ -34,6 +34,10 @@ public:
     /// Starts server and window manager, with a screen of @p size pixels that says @p dotsPerInch;
     /// false, with a problem(), when that fails.
     bool start(const QSize &size = QSize(1920, 1080), int dotsPerInch = 96);
+    /// The same with two monitors side by side, as pixels.
+    bool startWithMonitors(const QSize &left, const QSize &right);
+    /// Whether what that takes is installed.
+    static bool hasMonitors();
     QString problem() const { return problemText; }
     QString display() const { return displayName; }
     /// The least a program needs to show itself here, nothing of the caller's desktop.
@@ -72,11 +76,14 @@ public:
 
 private:
     bool startServer(const QSize &size, int dotsPerInch);
+    bool startMonitors(const QSize &left, const QSize &right);
+    bool learnDisplay(TiedProcess &ofServer);
     bool startWindowManager();
     QByteArray xdotool(const QStringList &arguments) const;
     QVector<WindowId> searchWindowsOf(qint64 pid, const QString &title) const;
 
     TiedProcess server;
+    TiedProcess monitors;
     TiedProcess windowManager;
     QTemporaryDir scratch;
     QProcessEnvironment more;
