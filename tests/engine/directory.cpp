@@ -1,30 +1,22 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A whole folder: what is found in it, in what order it goes, what is reported.
+// A whole folder: what is found in it, in what order it goes, what is reported; links in it go,
+// and whatever they point to stays as it is.
 
-#include "engine/filecrusher.h"
-
-#include "signallog.h"
+#include "enginetest.h"
 #include "suites.h"
-#include "temporarytree.h"
+#include "systemcalls.h"
 
 #include <QtTest>
 
-#include <memory>
-
 #include <dirent.h>
+#include <fcntl.h>
 
-using testsupport::entryExists;
-using testsupport::SignalLog;
-using testsupport::SignalRecord;
-using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
+using namespace testsupport;
 
 namespace
 {
-
-constexpr qint64 block = 4096;
 
 /// The names in @p folder in the order in which the system reads them.
 QStringList namesIn(const QString &folder)
@@ -49,107 +41,86 @@ SignalRecords expectedRecords(const QString &top, qint64 total)
     QStringList folders{top};
     qint64 done = 0;
     for (int index = 0; index < folders.size(); ++index) {
-        const QString folder = folders.at(index);
-        const QStringList names = namesIn(folder);
+        const QStringList names = namesIn(folders.at(index));
         for (const QString &name : names) {
-            const QString path = folder + QLatin1Char('/') + name;
+            const QString path = folders.at(index) + QLatin1Char('/') + name;
             if (QFileInfo(path).isDir()) {
                 folders.append(path);
                 continue;
             }
-            if (total > 0) {
-                done += QFileInfo(path).size();
-                records.append({"finishPercent", {top, static_cast<int>(done * 100 / total)}});
-            }
-            records.append({"addToHistory", {path}});
+            done += QFileInfo(path).size();
+            if (total > 0)
+                records.append(progress(top, static_cast<int>(done * 100 / total)));
+            records.append(removal(path));
         }
     }
     for (int index = folders.size() - 1; index > 0; --index)
-        records.append({"addToHistory", {folders.at(index)}});
-    records.append({"finishPercent", {top, 100}});
-    records.append({"addToHistory", {top}});
-    return records;
+        records.append(removal(folders.at(index)));
+    return records + SignalRecords{progress(top, 100), removal(top)};
+}
+
+quint64 sizeOf(const QString &path)
+{
+    return FileCrusher::directorySize(path.toUtf8().constData());
 }
 
 } // namespace
 
-class TestFileCrusherDirectory : public QObject
+class TestDirectory : public EngineTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
-    void nullPathIsRefused();
     void whatIsNoDirectoryIsRefused();
     void listingHasEverythingButSelfAndParent();
     void listingOfWhatIsNoDirectoryIsEmpty();
+    void selfAndParentAreSkippedWhereTypesAreUnknown();
     void sizeCountsFilesAndTargetsOfLinks();
-    void sizeOfWhatIsNoDirectoryIsZero();
     void emptyDirectoryIsRemovedAndReported();
     void treeGoesBreadthFirstAndFoldersBackwards();
-    void largeFileReportsItsStart();
-    void treeOfEmptyFilesIsRemovedWithoutFileProgress();
+    void treeOfEmptyFilesGoesUnopened();
     void fifoIsLeftAloneAndTheFolderFails();
     void firstFolderThatStaysEndsTheRemoval();
+    void emptyFolderFoundEarlierStaysAfterAFailure();
     void folderIsReportedAsGiven();
     void relativeFolderIsReportedAsGiven();
 
-private:
-    qint64 shred(const QString &path) { return crusher->shredDirectory(path.toUtf8().constData()); }
-
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<FileCrusher> crusher;
-    std::unique_ptr<SignalLog> log;
+    void linkIsUnlinkedAndItsTargetUntouched_data();
+    void linkIsUnlinkedAndItsTargetUntouched();
+    void sizeOfALinkTargetCountsButIsNeverDone();
+    void linkIntoTheSameTreeIsJustUnlinked_data();
+    void linkIntoTheSameTreeIsJustUnlinked();
+    void linkBehindASlashIsRefusedUntouched();
 };
 
-void TestFileCrusherDirectory::init()
+void TestDirectory::whatIsNoDirectoryIsRefused()
 {
-    tree = std::make_unique<TemporaryTree>();
-    crusher = std::make_unique<FileCrusher>();
-    log = std::make_unique<SignalLog>(crusher.get());
-}
-
-void TestFileCrusherDirectory::cleanup()
-{
-    log.reset();
-    crusher.reset();
-    tree.reset();
-}
-
-void TestFileCrusherDirectory::nullPathIsRefused()
-{
+    const QString file = tree->makeFile("file", 10);
     QCOMPARE(crusher->shredDirectory(nullptr), qint64{-1});
+    QCOMPARE(FileCrusher::directorySize(nullptr), quint64{0});
+    const QStringList paths{file, tree->path("missing"), QLatin1String("")};
+    for (const QString &path : paths) {
+        QCOMPARE(shredFolder(path), qint64{-3});
+        QCOMPARE(sizeOf(path), quint64{0});
+    }
+    QVERIFY(isAsMade(file, 10));
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherDirectory::whatIsNoDirectoryIsRefused()
+void TestDirectory::listingHasEverythingButSelfAndParent()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 10);
-    QCOMPARE(shred(file), qint64{-3});
-    QCOMPARE(shred(tree->path(QStringLiteral("missing"))), qint64{-3});
-    QCOMPARE(shred(QLatin1String("")), qint64{-3});
-    QVERIFY(entryExists(file));
-    QCOMPARE(log->records(), SignalRecords());
-}
-
-void TestFileCrusherDirectory::listingHasEverythingButSelfAndParent()
-{
-    const QStringList names{QStringLiteral("file"), QStringLiteral(".hidden"),
-                            QStringLiteral("..."), QStringLiteral("..x"), QStringLiteral(".x.")};
-    for (const QString &name : names)
+    for (const char *name : {"file", ".hidden", "...", "..x", ".x."})
         tree->makeFile(name, 1);
-    tree->makeFolder(QStringLiteral("folder"));
-    tree->makeFolder(QStringLiteral("....")); // a folder's name is compared whole
-    tree->makeLink(QStringLiteral("link"), QStringLiteral("nowhere"));
-    tree->makeFifo(QStringLiteral("fifo"));
+    tree->makeFolder("folder");
+    tree->makeFolder("...."); // a folder's name is compared whole
+    tree->makeLink("link", "nowhere");
+    tree->makeFifo("fifo");
 
     QStringList expected;
-    const QStringList namesFound = namesIn(tree->path());
-    for (const QString &name : namesFound)
+    const QStringList names = namesIn(tree->path());
+    for (const QString &name : names)
         expected.append(tree->path(name));
-    QCOMPARE(expected.size(), names.size() + 4);
+    QCOMPARE(expected.size(), 9);
     QStringList found;
     const QList<QFileInfo> listed = FileCrusher::listDirectory(tree->path().toUtf8().constData());
     for (const QFileInfo &entry : listed)
@@ -157,175 +128,221 @@ void TestFileCrusherDirectory::listingHasEverythingButSelfAndParent()
     QCOMPARE(found, expected);
 }
 
-void TestFileCrusherDirectory::listingOfWhatIsNoDirectoryIsEmpty()
+void TestDirectory::listingOfWhatIsNoDirectoryIsEmpty()
 {
-    const QByteArray file = tree->makeFile(QStringLiteral("file"), 10).toUtf8();
-    const QByteArray missing = tree->path(QStringLiteral("missing")).toUtf8();
-    QCOMPARE(FileCrusher::listDirectory(nullptr), QList<QFileInfo>());
-    QCOMPARE(FileCrusher::listDirectory(file.constData()), QList<QFileInfo>());
-    QCOMPARE(FileCrusher::listDirectory(missing.constData()), QList<QFileInfo>());
+    const QByteArray file = tree->makeFile("file", 10).toUtf8();
+    const QByteArray missing = tree->path("missing").toUtf8();
+    for (const char *path :
+         {static_cast<const char *>(nullptr), file.constData(), missing.constData()})
+        QCOMPARE(FileCrusher::listDirectory(path), QList<QFileInfo>());
 }
 
-void TestFileCrusherDirectory::sizeCountsFilesAndTargetsOfLinks()
+void TestDirectory::selfAndParentAreSkippedWhereTypesAreUnknown()
 {
-    const QString outside = tree->makeFile(QStringLiteral("outside/file"), 70000);
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const auto size = [&top] { return FileCrusher::directorySize(top.toUtf8().constData()); };
-    QCOMPARE(size(), quint64{0});
+    const QString kept = tree->makeFile("kept", 10);
+    const QString file = tree->makeFile("top/folder/file", 10);
+    const QString top = tree->path("top");
+    const CallHook hook(nullptr, [](const SystemCall &call, void *entry) {
+        if (call.is("readdir"))
+            static_cast<dirent *>(entry)->d_type = DT_UNKNOWN;
+    });
+    // Asked first, so that a listing with ".." in it is never shredded.
+    const QList<QFileInfo> entries = FileCrusher::listDirectory(top.toUtf8().constData());
+    QCOMPARE(entries.size(), 1);
+    QCOMPARE(entries.first().fileName(), QStringLiteral("folder"));
+    QCOMPARE(shredFolder(top), qint64{0});
+    QVERIFY(isAsMade(kept, 10));
+    QCOMPARE(log->firstArguments("addToHistory"), (QStringList{file, QFileInfo(file).path(), top}));
+}
 
-    tree->makeFile(QStringLiteral("top/one"), 1);
-    tree->makeFile(QStringLiteral("top/a/b/c/ten"), 10);
-    tree->makeFile(QStringLiteral("top/a/empty"), 0);
-    QCOMPARE(size(), quint64{11});
-    tree->makeLink(QStringLiteral("top/a/link"), outside);
-    QCOMPARE(size(), quint64{70011});
-    tree->makeLink(QStringLiteral("top/dangling"), QStringLiteral("nowhere"));
-    tree->makeFifo(QStringLiteral("top/fifo"));
-    QCOMPARE(size(), quint64{70011});
+void TestDirectory::sizeCountsFilesAndTargetsOfLinks()
+{
+    const QString outside = tree->makeFile("outside/file", 70000);
+    const QString top = tree->makeFolder("top");
+    QCOMPARE(sizeOf(top), quint64{0});
+    tree->makeFile("top/one", 1);
+    tree->makeFile("top/a/b/c/ten", 10);
+    tree->makeFile("top/a/empty", 0);
+    QCOMPARE(sizeOf(top), quint64{11});
+    tree->makeLink("top/a/link", outside);
+    tree->makeLink("top/dangling", "nowhere");
+    tree->makeFifo("top/fifo");
+    QCOMPARE(sizeOf(top), quint64{70011});
 
     // A linked folder counts as the folder itself, without what is in it.
     const QString folder = QFileInfo(outside).path();
-    tree->makeLink(QStringLiteral("top/linked folder"), folder);
-    QCOMPARE(size(), 70011 + static_cast<quint64>(QFileInfo(folder).size()));
+    const QString link = tree->makeLink("top/linked folder", folder);
+    QCOMPARE(sizeOf(top), 70011 + static_cast<quint64>(QFileInfo(folder).size()));
     // Given by itself it is what it leads to.
-    const QByteArray link = tree->path(QStringLiteral("top/linked folder")).toUtf8();
-    QCOMPARE(FileCrusher::directorySize(link.constData()), quint64{70000});
+    QCOMPARE(sizeOf(link), quint64{70000});
 }
 
-void TestFileCrusherDirectory::sizeOfWhatIsNoDirectoryIsZero()
+void TestDirectory::emptyDirectoryIsRemovedAndReported()
 {
-    const QByteArray file = tree->makeFile(QStringLiteral("file"), 10).toUtf8();
-    const QByteArray missing = tree->path(QStringLiteral("missing")).toUtf8();
-    QCOMPARE(FileCrusher::directorySize(nullptr), quint64{0});
-    QCOMPARE(FileCrusher::directorySize(file.constData()), quint64{0});
-    QCOMPARE(FileCrusher::directorySize(missing.constData()), quint64{0});
-}
-
-void TestFileCrusherDirectory::emptyDirectoryIsRemovedAndReported()
-{
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    QCOMPARE(shred(top), qint64{0});
+    const QString top = tree->makeFolder("top");
+    QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
-    QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {top, 100}}, {"addToHistory", {top}}}));
+    QCOMPARE(log->records(), (SignalRecords{progress(top, 100), removal(top)}));
 }
 
-void TestFileCrusherDirectory::treeGoesBreadthFirstAndFoldersBackwards()
+void TestDirectory::treeGoesBreadthFirstAndFoldersBackwards()
 {
-    const QString top = tree->makeFolder(QStringLiteral("top"));
     qint64 total = 0;
-    for (const char *folder : {"", "/a", "/b", "/a/c", "/a/d", "/b/e", "/a/c/f", "/b/empty"}) {
-        const QString path = QStringLiteral("top") + QLatin1String(folder);
-        tree->makeFolder(path);
-        for (int number = 0; number < 4 && !path.endsWith(QLatin1String("empty")); ++number) {
-            const qint64 size = number * 2000;
-            tree->makeFile(path + QStringLiteral("/file") + QString::number(number), size);
-            total += size;
+    for (const char *folder :
+         {"top", "top/a", "top/b", "top/a/c", "top/a/d", "top/b/e", "top/a/c/f"}) {
+        for (int number = 0; number < 4; ++number) {
+            tree->makeFile(QStringLiteral("%1/%2").arg(QLatin1String(folder)).arg(number),
+                           number * 2000);
+            total += number * 2000;
         }
     }
+    tree->makeFolder("top/b/empty");
+    const QString top = tree->path("top");
     const SignalRecords expected = expectedRecords(top, total);
-
-    QCOMPARE(shred(top), qint64{0});
+    QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
     QCOMPARE(log->records(), expected);
 }
 
-void TestFileCrusherDirectory::largeFileReportsItsStart()
+void TestDirectory::treeOfEmptyFilesGoesUnopened()
 {
-    const QString first = tree->makeFile(QStringLiteral("top/first"), 30 * block);
-    const QString second = tree->makeFile(QStringLiteral("top/folder/second"), 50 * block);
-    const QString third = tree->makeFile(QStringLiteral("top/folder/deeper/third"), 20 * block);
-    const QString top = tree->path(QStringLiteral("top"));
-    QCOMPARE(shred(top), qint64{0});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 29}},
-                                            {"finishPercent", {top, 30}},
-                                            {"addToHistory", {first}},
-                                            {"finishPercent", {top, 79}},
-                                            {"finishPercent", {top, 80}},
-                                            {"addToHistory", {second}},
-                                            {"finishPercent", {top, 99}},
-                                            {"finishPercent", {top, 100}},
-                                            {"addToHistory", {third}},
-                                            {"addToHistory", {QFileInfo(third).path()}},
-                                            {"addToHistory", {QFileInfo(second).path()}},
-                                            {"finishPercent", {top, 100}},
-                                            {"addToHistory", {top}}}));
-}
-
-void TestFileCrusherDirectory::treeOfEmptyFilesIsRemovedWithoutFileProgress()
-{
-    const QString top = tree->makeFolder(QStringLiteral("top"));
     for (const char *name : {"top/one", "top/two", "top/folder/three", "top/folder/deep/four"})
-        tree->makeFile(QLatin1String(name), 0);
+        tree->makeFile(name, 0);
+    const QString top = tree->path("top");
     const SignalRecords expected = expectedRecords(top, 0);
     QCOMPARE(expected.size(), 8);
-
-    QCOMPARE(shred(top), qint64{0});
+    int opened = 0;
+    const CallHook hook([&](const SystemCall &call) {
+        opened += call.kind == CallKind::Open && (call.flags & O_ACCMODE) != O_RDONLY ? 1 : 0;
+        return CallFate();
+    });
+    QCOMPARE(shredFolder(top), qint64{0});
     QVERIFY(!entryExists(top));
     QCOMPARE(log->records(), expected);
+    QCOMPARE(opened, 0);
 }
 
-void TestFileCrusherDirectory::fifoIsLeftAloneAndTheFolderFails()
+void TestDirectory::fifoIsLeftAloneAndTheFolderFails()
 {
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const QString fifo = tree->makeFifo(QStringLiteral("top/fifo"));
-    const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
-    QCOMPARE(shred(top), qint64{-3});
+    const QString fifo = tree->makeFifo("top/fifo");
+    const QString file = tree->makeFile("top/file", 10);
+    const QString top = tree->path("top");
+    QCOMPARE(shredFolder(top), qint64{-3});
     QVERIFY(entryExists(fifo));
     QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {top, 100}}, {"addToHistory", {file}}}));
+    QCOMPARE(log->records(), (SignalRecords{progress(top, 100), removal(file)}));
 }
 
-void TestFileCrusherDirectory::firstFolderThatStaysEndsTheRemoval()
+void TestDirectory::firstFolderThatStaysEndsTheRemoval()
 {
-    const QString deepest = tree->makeFolder(QStringLiteral("top/one/two/three/four"));
-    const QString top = tree->path(QStringLiteral("top"));
-    tree->makeFifo(QStringLiteral("top/one/two/fifo"));
-    const QString three = QFileInfo(deepest).path();
-    QCOMPARE(shred(top), qint64{-3});
-    QCOMPARE(log->records(),
-             (SignalRecords{{"addToHistory", {deepest}}, {"addToHistory", {three}}}));
+    const QString four = tree->makeFolder("top/one/two/three/four");
+    const QString three = QFileInfo(four).path();
+    tree->makeFifo("top/one/two/fifo");
+    QCOMPARE(shredFolder(tree->path("top")), qint64{-3});
+    QCOMPARE(log->records(), (SignalRecords{removal(four), removal(three)}));
     QVERIFY(!entryExists(three));
-    QVERIFY(entryExists(QFileInfo(three).path()));
+    QVERIFY(entryExists(tree->path("top/one/two")));
+}
 
-    // A folder found earlier stays although it is empty by then.
-    log->clear();
-    tree->makeFolder(QStringLiteral("other/a/inner"));
-    tree->makeFolder(QStringLiteral("other/b/inner"));
-    const QStringList names = namesIn(tree->path(QStringLiteral("other")));
-    tree->makeFifo(QStringLiteral("other/%1/inner/fifo").arg(names.last()));
-    QCOMPARE(shred(tree->path(QStringLiteral("other"))), qint64{-3});
-    QVERIFY(entryExists(tree->path(QStringLiteral("other/%1/inner").arg(names.first()))));
+void TestDirectory::emptyFolderFoundEarlierStaysAfterAFailure()
+{
+    tree->makeFolder("top/a/inner");
+    tree->makeFolder("top/b/inner");
+    const QStringList names = namesIn(tree->path("top"));
+    tree->makeFifo(QStringLiteral("top/%1/inner/fifo").arg(names.last()));
+    QCOMPARE(shredFolder(tree->path("top")), qint64{-3});
+    QVERIFY(entryExists(tree->path(QStringLiteral("top/%1/inner").arg(names.first()))));
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherDirectory::folderIsReportedAsGiven()
+void TestDirectory::folderIsReportedAsGiven()
 {
-    const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
-    const QString given = tree->path(QStringLiteral(".//top/"));
-    QCOMPARE(shred(given), qint64{0});
-    QVERIFY(!entryExists(tree->path(QStringLiteral("top"))));
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {given, 100}},
-                                            {"addToHistory", {file}},
-                                            {"finishPercent", {given, 100}},
-                                            {"addToHistory", {given}}}));
+    const QString file = tree->makeFile("top/file", 10);
+    const QString given = tree->path(".//top/");
+    QCOMPARE(shredFolder(given), qint64{0});
+    QVERIFY(!entryExists(tree->path("top")));
+    QCOMPARE(log->records(), (SignalRecords{progress(given, 100), removal(file),
+                                            progress(given, 100), removal(given)}));
 }
 
-void TestFileCrusherDirectory::relativeFolderIsReportedAsGiven()
+void TestDirectory::relativeFolderIsReportedAsGiven()
 {
-    const QString file = tree->makeFile(QStringLiteral("top/folder/file"), 10);
+    const QString file = tree->makeFile("top/folder/file", 10);
     const QString before = QDir::currentPath();
+    const QString top = QStringLiteral("top");
     QVERIFY(QDir::setCurrent(tree->path()));
-    const qint64 result = shred(QStringLiteral("top"));
+    const qint64 result = shredFolder(top);
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(result, qint64{0});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {QStringLiteral("top"), 100}},
-                                            {"addToHistory", {file}},
-                                            {"addToHistory", {QFileInfo(file).path()}},
-                                            {"finishPercent", {QStringLiteral("top"), 100}},
-                                            {"addToHistory", {QStringLiteral("top")}}}));
+    QCOMPARE(log->records(),
+             (SignalRecords{progress(top, 100), removal(file), removal(QFileInfo(file).path()),
+                            progress(top, 100), removal(top)}));
 }
 
-TEST_SUITE(directory, TestFileCrusherDirectory)
+void TestDirectory::linkIsUnlinkedAndItsTargetUntouched_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("to a folder") << QStringLiteral("../outside");
+    QTest::newRow("to a file") << QStringLiteral("../outside/deep/kept");
+    QTest::newRow("to the folder above") << QStringLiteral("..");
+    QTest::newRow("to the top") << QStringLiteral("../top");
+    QTest::newRow("to itself") << QStringLiteral("link");
+    QTest::newRow("dangling") << QStringLiteral("nowhere");
+}
+
+void TestDirectory::linkIsUnlinkedAndItsTargetUntouched()
+{
+    QFETCH(QString, target);
+    const QString kept = tree->makeFile("outside/deep/kept", 5000);
+    const QString link = tree->makeLink("top/link", target);
+    const QString top = tree->path("top");
+    QCOMPARE(shredFolder(top), qint64{0});
+    QVERIFY(!entryExists(top));
+    QVERIFY(isAsMade(kept, 5000));
+    QCOMPARE(log->records(), (SignalRecords{removal(link), progress(top, 100), removal(top)}));
+}
+
+void TestDirectory::sizeOfALinkTargetCountsButIsNeverDone()
+{
+    const QString link = tree->makeLink("top/link", tree->makeFile("kept", 3000));
+    const QString file = tree->makeFile("top/folder/file", 1000);
+    const QString top = tree->path("top");
+    QCOMPARE(shredFolder(top), qint64{0});
+    QCOMPARE(log->records(),
+             (SignalRecords{removal(link), progress(top, 25), removal(file),
+                            removal(QFileInfo(file).path()), progress(top, 100), removal(top)}));
+}
+
+void TestDirectory::linkIntoTheSameTreeIsJustUnlinked_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("to a folder") << QStringLiteral("one/two");
+    QTest::newRow("to a file") << QStringLiteral("one/two/file");
+}
+
+void TestDirectory::linkIntoTheSameTreeIsJustUnlinked()
+{
+    QFETCH(QString, target);
+    const QString link = tree->makeLink("top/link", target);
+    const QString file = tree->makeFile("top/one/two/file", 10);
+    const QString secondName = tree->makeHardLink("second name", file);
+    QCOMPARE(shredFolder(tree->path("top")), qint64{0});
+    QCOMPARE(log->firstArguments("addToHistory"),
+             (QStringList{link, file, tree->path("top/one/two"), tree->path("top/one"),
+                          tree->path("top")}));
+    QVERIFY(!isAsMade(secondName, 10));
+}
+
+void TestDirectory::linkBehindASlashIsRefusedUntouched()
+{
+    const QString kept = tree->makeFile("top/kept", 10);
+    const QString link = tree->makeLink("link", tree->path("top"));
+    for (const char *slashes : {"/", "///"})
+        QCOMPARE(shredFolder(link + QLatin1String(slashes)), qint64{-3});
+    QVERIFY(entryExists(link));
+    QVERIFY(isAsMade(kept, 10));
+    QCOMPARE(log->records(), SignalRecords());
+}
+
+TEST_SUITE(directory, TestDirectory)
 #include "directory.moc"

@@ -1,222 +1,139 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A file or link given by itself.
+// What becomes of one file or link, given by itself or as one of a folder's.
 
-#include "engine/filecrusher.h"
-
-#include "expectedbytes.h"
-#include "signallog.h"
+#include "enginetest.h"
 #include "suites.h"
-#include "temporarytree.h"
+#include "systemcalls.h"
 
 #include <QtTest>
 
-#include <ctime>
-#include <memory>
+#include <fcntl.h>
 
-using testsupport::entryExists;
-using testsupport::SignalLog;
-using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
+using namespace testsupport;
 
-namespace
-{
-
-constexpr int megabyte = 1024 * 1024;
-
-/// The reports of a file of @p blocks whole blocks: steps of two points, then always 99.
-QList<int> reportedPercents(qint64 blocks)
-{
-    QList<int> percents;
-    int last = 0;
-    for (qint64 left = blocks - 1; left >= 0; --left) {
-        const int percent = 100 - static_cast<int>(left * 100 / blocks);
-        if (percent - last >= 2) {
-            percents.append(percent);
-            last = percent;
-        }
-    }
-    percents.append(99);
-    return percents;
-}
-
-} // namespace
-
-class TestFileCrusherFile : public QObject
+class TestFile : public EngineTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void nullPathIsRefused();
     void missingPathIsNothingToDo();
     void directoryIsRefused();
-    void emptyFileIsUnlinkedWithoutProgress();
-    void fileBelowOneBlockReportsNinetyNineOnce_data();
-    void fileBelowOneBlockReportsNinetyNineOnce();
-    void progressGoesInStepsOfTwo_data();
-    void progressGoesInStepsOfTwo();
-    void progressOfManyBlocksFollowsTheShare_data();
-    void progressOfManyBlocksFollowsTheShare();
-    void bytesAreOverwrittenInPlace_data();
-    void bytesAreOverwrittenInPlace();
+    void emptyTopDirectoryIsRefused();
+    void resultIsTheNumberOfBytes_data();
+    void resultIsTheNumberOfBytes();
+    void emptyFileIsUnlinkedUnopened();
+    void emptyFileOfAFolderReportsTheShareDone();
+    void fileOfAnEmptyTreeIsUnlinkedUnwritten();
+    void emptyFolderOfAnEmptyTreeIsRemoved();
     void linkIsUnlinkedAndItsTargetSurvives_data();
     void linkIsUnlinkedAndItsTargetSurvives();
+    void danglingLinkOfAFolderIsNothingToDo();
     void pathIsReportedAsGiven();
     void stopRequestDoesNotHoldUpAFile();
     void statSizeFollowsLinks();
-    void statSizeOfNothingIsMinusOne();
-
-private:
-    qint64 shred(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
-    QList<int> percents() const;
-
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<FileCrusher> crusher;
-    std::unique_ptr<SignalLog> log;
 };
 
-void TestFileCrusherFile::init()
-{
-    tree = std::make_unique<TemporaryTree>();
-    crusher = std::make_unique<FileCrusher>();
-    log = std::make_unique<SignalLog>(crusher.get());
-}
-
-void TestFileCrusherFile::cleanup()
-{
-    log.reset();
-    crusher.reset();
-    tree.reset();
-}
-
-QList<int> TestFileCrusherFile::percents() const
-{
-    QList<int> values;
-    const QList<QVariantList> reports = log->argumentsOf("finishPercent");
-    for (const QVariantList &report : reports)
-        values.append(report.at(1).toInt());
-    return values;
-}
-
-void TestFileCrusherFile::nullPathIsRefused()
+void TestFile::nullPathIsRefused()
 {
     QCOMPARE(crusher->shredFile(nullptr), qint64{-1});
+    QCOMPARE(crusher->shredFileInDirectory(nullptr, 100, 0, tree->path()), qint64{-1});
+    QCOMPARE(crusher->shredFileInDirectory(nullptr, 100, 0, QString()), qint64{-1});
+    QCOMPARE(FileCrusher::statSize(nullptr), qint64{-1});
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherFile::missingPathIsNothingToDo()
+void TestFile::missingPathIsNothingToDo()
 {
-    QCOMPARE(shred(tree->path(QStringLiteral("missing"))), qint64{0});
-    QCOMPARE(shred(tree->path(QStringLiteral("no folder/missing"))), qint64{0});
+    for (const char *name : {"missing", "no folder/missing"}) {
+        QCOMPARE(shredFile(tree->path(name)), qint64{0});
+        QCOMPARE(shredInTree(tree->path(name), 100), qint64{0});
+        QCOMPARE(shredInTree(tree->path(name), 0), qint64{0});
+    }
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherFile::directoryIsRefused()
+void TestFile::directoryIsRefused()
 {
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    QCOMPARE(shred(folder), qint64{-4});
+    const QString folder = tree->makeFolder("folder");
+    QCOMPARE(shredFile(folder), qint64{-4});
     QVERIFY(entryExists(folder));
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherFile::emptyFileIsUnlinkedWithoutProgress()
+void TestFile::emptyTopDirectoryIsRefused()
 {
-    const QString file = tree->makeFile(QStringLiteral("empty"), 0);
-    QCOMPARE(shred(file), qint64{0});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(), (SignalRecords{{"addToHistory", {file}}}));
+    const QString file = tree->makeFile("file", 10);
+    const QByteArray path = file.toUtf8();
+    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 10, 0, QString()), qint64{-4});
+    QCOMPARE(crusher->shredFileInDirectory(path.constData(), 0, 0, QLatin1String("")), qint64{-4});
+    QCOMPARE(crusher->shredFileInDirectory("/missing", 10, 0, QString()), qint64{-4});
+    QVERIFY(isAsMade(file, 10));
+    QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherFile::fileBelowOneBlockReportsNinetyNineOnce_data()
-{
-    QTest::addColumn<qint64>("size");
-    for (const qint64 size : {1, 2, 255, 4095})
-        QTest::addRow("%d bytes", static_cast<int>(size)) << size;
-}
-
-void TestFileCrusherFile::fileBelowOneBlockReportsNinetyNineOnce()
-{
-    QFETCH(qint64, size);
-    const QString file = tree->makeFile(QStringLiteral("small"), size);
-    QCOMPARE(shred(file), size);
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {file, 99}}, {"addToHistory", {file}}}));
-}
-
-void TestFileCrusherFile::progressGoesInStepsOfTwo_data()
-{
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<QList<int>>("expected");
-    const auto row = [](qint64 size, const QList<int> &expected) {
-        QTest::addRow("%d bytes", static_cast<int>(size)) << size << expected;
-    };
-    row(4096, {100, 99});
-    row(4097, {100, 99});
-    row(8191, {100, 99});
-    row(8192, {50, 100, 99});
-    row(3 * 4096, {34, 67, 100, 99});
-    row(40960, {10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 99});
-}
-
-void TestFileCrusherFile::progressGoesInStepsOfTwo()
-{
-    QFETCH(qint64, size);
-    QFETCH(QList<int>, expected);
-    const QString file = tree->makeFile(QStringLiteral("file"), size);
-    QCOMPARE(shred(file), size);
-
-    SignalRecords records;
-    for (const int percent : qAsConst(expected))
-        records.append({"finishPercent", {file, percent}});
-    records.append({"addToHistory", {file}});
-    QCOMPARE(log->records(), records);
-}
-
-void TestFileCrusherFile::progressOfManyBlocksFollowsTheShare_data()
-{
-    QTest::addColumn<qint64>("size");
-    for (const int size :
-         {49 * 4096, 50 * 4096, 51 * 4096, 99 * 4096, 100 * 4096, 101 * 4096 + 1, 150 * 4096,
-          199 * 4096, megabyte - 1, megabyte, megabyte + 1, 5 * megabyte})
-        QTest::addRow("%d bytes", size) << qint64{size};
-}
-
-void TestFileCrusherFile::progressOfManyBlocksFollowsTheShare()
-{
-    QFETCH(qint64, size);
-    const QString file = tree->makeFile(QStringLiteral("file"), size);
-    QCOMPARE(shred(file), size);
-    QCOMPARE(percents(), reportedPercents(size / 4096));
-}
-
-void TestFileCrusherFile::bytesAreOverwrittenInPlace_data()
+void TestFile::resultIsTheNumberOfBytes_data()
 {
     QTest::addColumn<int>("size");
-    for (const int size : {1, 255, 4095, 4096, 4097, 12288, 40000, megabyte})
+    for (const int size : {1, 2, 255, 4095})
         QTest::addRow("%d bytes", size) << size;
 }
 
-void TestFileCrusherFile::bytesAreOverwrittenInPlace()
+void TestFile::resultIsTheNumberOfBytes()
 {
     QFETCH(int, size);
-    const QString file = tree->makeFile(QStringLiteral("file"), size);
-    const QString secondName = tree->makeHardLink(QStringLiteral("second name"), file);
-
-    const std::time_t before = std::time(nullptr);
-    QCOMPARE(shred(file), qint64{size});
-    const std::time_t after = std::time(nullptr);
-
-    const QByteArray found = TemporaryTree::contentsOf(secondName);
-    QCOMPARE(found.size(), size);
-    QVERIFY(testsupport::wasOverwritten(found, before, after));
+    const QString alone = tree->makeFile("alone", size);
+    const QString inTree = tree->makeFile("in tree", size);
+    QCOMPARE(shredFile(alone), qint64{size});
+    QCOMPARE(shredInTree(inTree, size), qint64{size});
+    QVERIFY(!entryExists(alone) && !entryExists(inTree));
+    QCOMPARE(log->records(), (SignalRecords{progress(alone, 99), removal(alone),
+                                            progress(tree->path(), 100), removal(inTree)}));
 }
 
-void TestFileCrusherFile::linkIsUnlinkedAndItsTargetSurvives_data()
+void TestFile::emptyFileIsUnlinkedUnopened()
+{
+    const QString file = tree->makeFile("empty", 0);
+    int opened = 0;
+    const CallHook hook([&](const SystemCall &call) {
+        opened += call.kind == CallKind::Open && (call.flags & O_ACCMODE) != O_RDONLY ? 1 : 0;
+        return CallFate();
+    });
+    QCOMPARE(shredFile(file), qint64{0});
+    QVERIFY(!entryExists(file));
+    QCOMPARE(log->records(), SignalRecords{removal(file)});
+    QCOMPARE(opened, 0);
+}
+
+void TestFile::emptyFileOfAFolderReportsTheShareDone()
+{
+    const QString file = tree->makeFile("empty", 0);
+    QCOMPARE(shredInTree(file, 200, 50), qint64{0});
+    QVERIFY(!entryExists(file));
+    QCOMPARE(log->records(), (SignalRecords{progress(tree->path(), 25), removal(file)}));
+}
+
+void TestFile::fileOfAnEmptyTreeIsUnlinkedUnwritten()
+{
+    const QString file = tree->makeFile("file", 5000);
+    const QString secondName = tree->makeHardLink("second name", file);
+    QCOMPARE(shredInTree(tree->path("./file"), 0), qint64{0});
+    QVERIFY(!entryExists(file));
+    QVERIFY(isAsMade(secondName, 5000));
+    // Unlike anywhere else the path is not reported as it was given but cleaned.
+    QCOMPARE(log->records(), SignalRecords{removal(file)});
+}
+
+void TestFile::emptyFolderOfAnEmptyTreeIsRemoved()
+{
+    const QString folder = tree->makeFolder("folder");
+    QCOMPARE(shredInTree(folder, 0), qint64{0});
+    QVERIFY(!entryExists(folder));
+}
+
+void TestFile::linkIsUnlinkedAndItsTargetSurvives_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("to a file") << QStringLiteral("ten bytes");
@@ -227,59 +144,61 @@ void TestFileCrusherFile::linkIsUnlinkedAndItsTargetSurvives_data()
     QTest::newRow("to itself") << QStringLiteral("link");
 }
 
-void TestFileCrusherFile::linkIsUnlinkedAndItsTargetSurvives()
+void TestFile::linkIsUnlinkedAndItsTargetSurvives()
 {
     QFETCH(QString, target);
-    const QString ten = tree->makeFile(QStringLiteral("ten bytes"), 10);
-    const QString stopCode = tree->makeFile(QStringLiteral("255 bytes"), 255);
-    const QString inside = tree->makeFile(QStringLiteral("folder/inside"), 10);
-    const QString other = tree->makeLink(QStringLiteral("other link"), QStringLiteral("ten bytes"));
-    const QString link = tree->makeLink(QStringLiteral("link"), target);
+    const QString ten = tree->makeFile("ten bytes", 10);
+    const QString stopCode = tree->makeFile("255 bytes", 255);
+    const QString inside = tree->makeFile("folder/inside", 10);
+    const QString other = tree->makeLink("other link", "ten bytes");
+    const QString link = tree->makeLink("link", target);
 
     // The size is read after the link has gone, when nothing is left to have one.
-    QCOMPARE(shred(link), qint64{0});
-    QCOMPARE(log->records(), (SignalRecords{{"addToHistory", {link}}}));
+    QCOMPARE(shredFile(link), qint64{0});
+    QCOMPARE(log->records(), SignalRecords{removal(link)});
     QVERIFY(!entryExists(link));
-    QCOMPARE(TemporaryTree::contentsOf(ten), QByteArray(10, 'x'));
-    QCOMPARE(TemporaryTree::contentsOf(stopCode), QByteArray(255, 'x'));
-    QCOMPARE(TemporaryTree::contentsOf(inside), QByteArray(10, 'x'));
     QVERIFY(entryExists(other));
+    QVERIFY(isAsMade(ten, 10) && isAsMade(stopCode, 255) && isAsMade(inside, 10));
 }
 
-void TestFileCrusherFile::pathIsReportedAsGiven()
+void TestFile::danglingLinkOfAFolderIsNothingToDo()
 {
-    tree->makeFile(QStringLiteral("folder/file"), 10);
-    const QString path = tree->path(QStringLiteral("./folder//../folder/file"));
-    QCOMPARE(shred(path), qint64{10});
-    QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {path, 99}}, {"addToHistory", {path}}}));
+    const QString link = tree->makeLink("dangling", "nowhere");
+    QCOMPARE(shredInTree(link, 100), qint64{0});
+    QCOMPARE(shredInTree(link, 0), qint64{0});
+    QVERIFY(entryExists(link));
+    QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFileCrusherFile::stopRequestDoesNotHoldUpAFile()
+void TestFile::pathIsReportedAsGiven()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 40960);
+    tree->makeFile("folder/file", 10);
+    const QString path = tree->path("./folder//../folder/file");
+    QCOMPARE(shredFile(path), qint64{10});
+    tree->makeFile("folder/file", 10);
+    QCOMPARE(shredInTree(path, 10), qint64{10});
+    QCOMPARE(log->records(), (SignalRecords{progress(path, 99), removal(path),
+                                            progress(tree->path(), 100), removal(path)}));
+}
+
+void TestFile::stopRequestDoesNotHoldUpAFile()
+{
+    const QString file = tree->makeFile("file", 40960);
     crusher->requestStop(true);
-    QCOMPARE(shred(file), qint64{40960});
+    QCOMPARE(shredFile(file), qint64{40960});
     QVERIFY(!entryExists(file));
-    QCOMPARE(percents(), reportedPercents(10));
+    QCOMPARE(log->count("finishPercent"), 11);
 }
 
-void TestFileCrusherFile::statSizeFollowsLinks()
+void TestFile::statSizeFollowsLinks()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 4321);
-    const QString link = tree->makeLink(QStringLiteral("link"), file);
+    const QString file = tree->makeFile("file", 4321);
+    const QString link = tree->makeLink("link", file);
+    const QString dangling = tree->makeLink("dangling", "nowhere");
     QCOMPARE(FileCrusher::statSize(file.toUtf8().constData()), qint64{4321});
     QCOMPARE(FileCrusher::statSize(link.toUtf8().constData()), qint64{4321});
-}
-
-void TestFileCrusherFile::statSizeOfNothingIsMinusOne()
-{
-    const QString missing = tree->path(QStringLiteral("missing"));
-    const QString dangling = tree->makeLink(QStringLiteral("dangling"), missing);
-    QCOMPARE(FileCrusher::statSize(nullptr), qint64{-1});
-    QCOMPARE(FileCrusher::statSize(missing.toUtf8().constData()), qint64{-1});
     QCOMPARE(FileCrusher::statSize(dangling.toUtf8().constData()), qint64{-1});
 }
 
-TEST_SUITE(file, TestFileCrusherFile)
+TEST_SUITE(file, TestFile)
 #include "file.moc"

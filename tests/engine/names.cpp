@@ -3,33 +3,51 @@
 
 // Names of every kind, and paths as long as the system takes them.
 
-#include "engine/filecrusher.h"
-
-#include "signallog.h"
+#include "enginetest.h"
 #include "suites.h"
-#include "temporarytree.h"
 
 #include <QtTest>
 
 #include <climits>
-#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-using testsupport::entryExists;
-using testsupport::SignalLog;
-using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
+using namespace testsupport;
 
 namespace
 {
 
 constexpr int longestPath = PATH_MAX - 1;
-constexpr int longName = 200;
 
-void addNames()
+/// A path of @p length bytes in @p folder. Its last name takes what is left, and leaves room for a
+/// slash and a name.
+QByteArray longPathBelow(const QByteArray &folder, int length)
+{
+    QByteArray path = folder;
+    while (length - path.size() > NAME_MAX + 1)
+        path += '/' + QByteArray(200, 'd');
+    return path + '/' + QByteArray(length - path.size() - 1, 'e');
+}
+
+} // namespace
+
+class TestNames : public EngineTest
+{
+    Q_OBJECT
+
+private slots:
+    void anyNameIsShredded_data();
+    void anyNameIsShredded();
+    void nameThatIsNotUtf8IsLeftAndTheFolderFails_data();
+    void nameThatIsNotUtf8IsLeftAndTheFolderFails();
+    void longestPathIsShredded();
+    void fileBeyondThePathLimitIsShredded();
+    void fiveHundredFoldersDeepAreShredded();
+};
+
+void TestNames::anyNameIsShredded_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("spaces") << QStringLiteral(" two  spaces ");
@@ -49,134 +67,54 @@ void addNames()
     QTest::newRow("longest") << QString(NAME_MAX, QLatin1Char('n'));
 }
 
-QByteArray longPathBelow(const QByteArray &folder, int length)
-{
-    QByteArray path = folder;
-    while (length - path.size() > NAME_MAX + 1)
-        path += '/' + QByteArray(longName, 'd');
-    // The last name takes what is left, and leaves room for a slash and a name.
-    return path + '/' + QByteArray(length - path.size() - 1, 'e');
-}
-
-} // namespace
-
-class TestFileCrusherNames : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void init();
-    void cleanup();
-
-    void fileOfAnyNameIsShredded_data() { addNames(); }
-    void fileOfAnyNameIsShredded();
-    void linkOfAnyNameIsRemoved_data() { addNames(); }
-    void linkOfAnyNameIsRemoved();
-    void folderOfAnyNameIsShredded_data() { addNames(); }
-    void folderOfAnyNameIsShredded();
-    void nameThatIsNotUtf8IsLeftAndTheFolderFails();
-    void folderWhoseNameIsNotUtf8IsLeftAndTheFolderFails();
-    void longestPathIsShredded();
-    void fileBeyondThePathLimitIsShredded();
-    void fiveHundredFoldersDeepAreShredded();
-
-private:
-    qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
-    qint64 shredFolder(const QString &path)
-    {
-        return crusher->shredDirectory(path.toUtf8().constData());
-    }
-
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<FileCrusher> crusher;
-    std::unique_ptr<SignalLog> log;
-};
-
-void TestFileCrusherNames::init()
-{
-    tree = std::make_unique<TemporaryTree>();
-    crusher = std::make_unique<FileCrusher>();
-    log = std::make_unique<SignalLog>(crusher.get());
-}
-
-void TestFileCrusherNames::cleanup()
-{
-    log.reset();
-    crusher.reset();
-    tree.reset();
-}
-
-void TestFileCrusherNames::fileOfAnyNameIsShredded()
+/// As a lone file, a lone link, a folder, and a file and folder in that.
+void TestNames::anyNameIsShredded()
 {
     QFETCH(QString, name);
-    const QString file = tree->makeFile(name, 100);
-    const QString neighbour = tree->makeFile(QStringLiteral("neighbour"), 100);
-    QCOMPARE(shredFile(file), qint64{100});
-    QVERIFY(!entryExists(file));
-    QVERIFY(entryExists(neighbour));
+    const QString neighbour = tree->makeFile("neighbour", 100);
+    const QString path = tree->makeFile(name, 100);
+    QCOMPARE(shredFile(path), qint64{100});
+    tree->makeLink(name, neighbour);
+    QCOMPARE(shredFile(path), qint64{0});
+    const QString inner = path + QLatin1Char('/') + name;
+    const QString file = inner + QLatin1Char('/') + name;
+    tree->makeFile(file.mid(tree->path().size() + 1), 100);
+    QCOMPARE(shredFolder(path), qint64{0});
+
+    QVERIFY(!entryExists(path));
+    QVERIFY(isAsMade(neighbour, 100));
     QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {file, 99}}, {"addToHistory", {file}}}));
+             (SignalRecords{progress(path, 99), removal(path), removal(path), progress(path, 100),
+                            removal(file), removal(inner), progress(path, 100), removal(path)}));
 }
 
-void TestFileCrusherNames::linkOfAnyNameIsRemoved()
+void TestNames::nameThatIsNotUtf8IsLeftAndTheFolderFails_data()
 {
-    QFETCH(QString, name);
-    const QString target = tree->makeFile(QStringLiteral("target"), 100);
-    const QString link = tree->makeLink(name, target);
-    QCOMPARE(shredFile(link), qint64{0});
-    QVERIFY(!entryExists(link));
-    QCOMPARE(TemporaryTree::contentsOf(target), QByteArray(100, 'x'));
-    QCOMPARE(log->records(), (SignalRecords{{"addToHistory", {link}}}));
+    QTest::addColumn<bool>("isFolder");
+    QTest::newRow("file") << false;
+    QTest::newRow("folder") << true;
 }
 
-void TestFileCrusherNames::folderOfAnyNameIsShredded()
+void TestNames::nameThatIsNotUtf8IsLeftAndTheFolderFails()
 {
-    QFETCH(QString, name);
-    const QString top = tree->makeFolder(name);
-    const QString inner = tree->makeFolder(name + QLatin1Char('/') + name);
-    const QString file =
-        tree->makeFile(name + QLatin1Char('/') + name + QLatin1Char('/') + name, 100);
-    QCOMPARE(shredFolder(top), qint64{0});
-    QVERIFY(!entryExists(top));
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 100}},
-                                            {"addToHistory", {file}},
-                                            {"addToHistory", {inner}},
-                                            {"finishPercent", {top, 100}},
-                                            {"addToHistory", {top}}}));
-}
-
-void TestFileCrusherNames::nameThatIsNotUtf8IsLeftAndTheFolderFails()
-{
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const QString file = tree->makeFile(QStringLiteral("top/file"), 100);
+    QFETCH(bool, isFolder);
+    const QString file = tree->makeFile("top/file", 100);
+    const QString top = tree->path("top");
     const QByteArray strange = top.toUtf8() + "/latin1-\xE9\xFF";
-    const int descriptor = ::open(strange.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-    if (descriptor < 0)
-        QSKIP("this file system takes UTF-8 names only");
-    QCOMPARE(::write(descriptor, "kept", 4), ssize_t{4});
-    ::close(descriptor);
-
-    QCOMPARE(shredFolder(top), qint64{-3});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(),
-             (SignalRecords{{"finishPercent", {top, 100}}, {"addToHistory", {file}}}));
-    QCOMPARE(FileCrusher::statSize(strange.constData()), qint64{4});
-    QCOMPARE(::unlink(strange.constData()), 0);
-}
-
-void TestFileCrusherNames::folderWhoseNameIsNotUtf8IsLeftAndTheFolderFails()
-{
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const QByteArray strange = top.toUtf8() + "/\xE9";
-    if (::mkdir(strange.constData(), 0700) != 0)
+    const bool made = isFolder ? ::mkdir(strange.constData(), 0700) == 0
+                               : ::mknod(strange.constData(), S_IFREG | 0600, 0) == 0
+                                     && ::truncate(strange.constData(), 4) == 0;
+    if (!made)
         QSKIP("this file system takes UTF-8 names only");
 
     QCOMPARE(shredFolder(top), qint64{-3});
-    QCOMPARE(log->records(), SignalRecords());
-    QCOMPARE(::rmdir(strange.constData()), 0);
+    QCOMPARE(log->records(), (SignalRecords{progress(top, 100), removal(file)}));
+    if (!isFolder)
+        QCOMPARE(FileCrusher::statSize(strange.constData()), qint64{4});
+    QCOMPARE(::remove(strange.constData()), 0); // QTemporaryDir cannot
 }
 
-void TestFileCrusherNames::longestPathIsShredded()
+void TestNames::longestPathIsShredded()
 {
     const QString file = QString::fromUtf8(longPathBelow(tree->path().toUtf8(), longestPath));
     tree->makeFile(file.mid(tree->path().size() + 1), 100);
@@ -186,11 +124,10 @@ void TestFileCrusherNames::longestPathIsShredded()
     QCOMPARE(log->firstArguments("addToHistory").first(), file);
 }
 
-void TestFileCrusherNames::fileBeyondThePathLimitIsShredded()
+void TestNames::fileBeyondThePathLimitIsShredded()
 {
     const QByteArray folder = longPathBelow(tree->path().toUtf8(), longestPath - 1);
-    const QString name = QString::fromUtf8(folder.mid(tree->path().toUtf8().size() + 1));
-    tree->makeFolder(name);
+    tree->makeFolder(QString::fromUtf8(folder.mid(tree->path().toUtf8().size() + 1)));
     const int descriptor = ::open(folder.constData(), O_DIRECTORY | O_PATH | O_CLOEXEC);
     QVERIFY(descriptor >= 0);
     const int file = ::openat(descriptor, "beyond", O_CREAT | O_RDWR | O_CLOEXEC, 0600);
@@ -200,31 +137,25 @@ void TestFileCrusherNames::fileBeyondThePathLimitIsShredded()
 
     QCOMPARE(shredFolder(tree->path()), qint64{0});
     QVERIFY(!entryExists(tree->path()));
-    QCOMPARE(log->firstArguments("addToHistory").first(),
-             QString::fromUtf8(folder) + QStringLiteral("/beyond"));
+    QCOMPARE(log->firstArguments("addToHistory").first(), QString::fromUtf8(folder + "/beyond"));
     QByteArray left(100, '\0');
     QCOMPARE(::pread(file, left.data(), 100, 0), ssize_t{100});
     QVERIFY(left != contents);
     ::close(file);
 }
 
-void TestFileCrusherNames::fiveHundredFoldersDeepAreShredded()
+void TestNames::fiveHundredFoldersDeepAreShredded()
 {
-    constexpr int depth = 500;
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    QStringList folders{top};
-    for (int level = 1; level < depth; ++level)
-        folders.append(folders.last() + QStringLiteral("/d"));
-    const QString file = folders.last() + QStringLiteral("/file");
-    tree->makeFile(file.mid(tree->path().size() + 1), 100);
-
-    QCOMPARE(shredFolder(top), qint64{0});
-    QVERIFY(!entryExists(top));
-    QStringList expected{file};
-    for (int level = depth - 1; level >= 0; --level)
-        expected.append(folders.at(level));
+    QString folder = QStringLiteral("top");
+    QStringList expected{tree->path(folder)};
+    for (int level = 1; level < 500; ++level) {
+        folder += QStringLiteral("/d");
+        expected.prepend(tree->path(folder));
+    }
+    expected.prepend(tree->makeFile(folder + QStringLiteral("/file"), 100));
+    QCOMPARE(shredFolder(tree->path("top")), qint64{0});
     QCOMPARE(log->firstArguments("addToHistory"), expected);
 }
 
-TEST_SUITE(names, TestFileCrusherNames)
+TEST_SUITE(names, TestNames)
 #include "names.moc"

@@ -1,38 +1,204 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
+// Which percentages are reported, of a lone file and of a folder, and the arithmetic
+// behind them. Sizes beyond 32 bits are in hugefiles.cpp.
+
 #include "engine/shredprogress.h"
+
+#include "enginetest.h"
 #include "suites.h"
 
 #include <QtTest>
 
-using namespace shredprogress;
+using namespace testsupport;
 
 namespace
 {
 
+constexpr qint64 block = 4096;
 constexpr quint64 twoTo31 = quint64{1} << 31;
 constexpr quint64 twoTo32 = quint64{1} << 32;
 
+/// The reports of a lone file of @p blocks whole blocks: steps of two points, then always 99.
+QList<int> percentsAlone(qint64 blocks)
+{
+    QList<int> percents;
+    int last = 0;
+    for (qint64 left = blocks - 1; left >= 0; --left) {
+        const int percent = 100 - static_cast<int>(left * 100 / blocks);
+        if (percent - last >= 2) {
+            percents.append(percent);
+            last = percent;
+        }
+    }
+    percents.append(99);
+    return percents;
+}
+
+/// The reports of a file of a folder: the blocks still to come rise more than five points above
+/// the last report or are not mentioned; the end is always.
+QList<int> percentsInTree(qint64 size, qint64 total, qint64 done)
+{
+    QList<int> percents;
+    qint64 last = done * 100 / total;
+    for (qint64 left = size / block - 1; left >= 0; --left) {
+        const qint64 percent = (done + left * block) * 100 / total;
+        if (percent - last > 5) {
+            percents.append(static_cast<int>(percent));
+            last = percent;
+        }
+    }
+    percents.append(static_cast<int>((done + size) * 100 / total));
+    return percents;
+}
+
+SignalRecords recordsOf(const QString &path, const QList<int> &percents, const QString &file)
+{
+    SignalRecords records;
+    for (const int percent : percents)
+        records.append(progress(path, percent));
+    records.append(removal(file));
+    return records;
+}
+
 } // namespace
 
-class TestShredProgress : public QObject
+class TestProgress : public EngineTest
 {
     Q_OBJECT
 
 private slots:
-    void loneFilePercent_data();
-    void loneFilePercent();
-    void loneFilePercentNeverGoesDown();
-    void treePercent_data();
-    void treePercent();
-    void percentInFileCountsTheBlocksStillToCome_data();
-    void percentInFileCountsTheBlocksStillToCome();
+    void loneFileReportsStepsOfTwo_data();
+    void loneFileReportsStepsOfTwo();
+    void loneFileFollowsTheShare_data();
+    void loneFileFollowsTheShare();
+    void fileOfAFolderCountsDown_data();
+    void fileOfAFolderCountsDown();
+    void fileOfAFolderFollowsTheShare_data();
+    void fileOfAFolderFollowsTheShare();
+    void folderReportsTheStartsOfLargeFiles();
+    void loneFilePercentNarrowsTheBlocks_data();
+    void loneFilePercentNarrowsTheBlocks();
+    void treePercentIsRoundedDown_data();
+    void treePercentIsRoundedDown();
     void stepIsComparedAsSigned32Bit_data();
     void stepIsComparedAsSigned32Bit();
 };
 
-void TestShredProgress::loneFilePercent_data()
+void TestProgress::loneFileReportsStepsOfTwo_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QList<int>>("expected");
+    const auto row = [](int size, const QList<int> &expected) {
+        QTest::addRow("%d bytes", size) << size << expected;
+    };
+    row(1, {99});
+    row(4095, {99});
+    row(4096, {100, 99});
+    row(8191, {100, 99});
+    row(8192, {50, 100, 99});
+    row(3 * 4096, {34, 67, 100, 99});
+    row(40960, {10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 99});
+}
+
+void TestProgress::loneFileReportsStepsOfTwo()
+{
+    QFETCH(int, size);
+    QFETCH(QList<int>, expected);
+    const QString file = tree->makeFile("file", size);
+    QCOMPARE(shredFile(file), qint64{size});
+    QCOMPARE(log->records(), recordsOf(file, expected, file));
+}
+
+void TestProgress::loneFileFollowsTheShare_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {49 * 4096, 50 * 4096, 51 * 4096, 99 * 4096, 100 * 4096, 101 * 4096 + 1,
+                           150 * 4096, 199 * 4096, 1048575, 1048577, 5 * 1048576})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void TestProgress::loneFileFollowsTheShare()
+{
+    QFETCH(int, size);
+    const QString file = tree->makeFile("file", size);
+    QCOMPARE(shredFile(file), qint64{size});
+    QCOMPARE(log->records(), recordsOf(file, percentsAlone(size / block), file));
+}
+
+void TestProgress::fileOfAFolderCountsDown_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<qint64>("done");
+    QTest::addColumn<QList<int>>("expected");
+    const auto row = [](const char *name, qint64 size, qint64 total, qint64 done,
+                        const QList<int> &expected) {
+        QTest::newRow(name) << size << total << done << expected;
+    };
+    row("only file", 10 * block, 10 * block, 0, {90, 100});
+    row("only file without a whole block", block - 1, block - 1, 0, {100});
+    row("only file of one block", block, block, 0, {100});
+    row("second half", 10 * block, 20 * block, 10 * block, {95, 100});
+    row("five points above are not reported", 6 * block, 100 * block, 0, {6});
+    row("six points above are reported", 7 * block, 100 * block, 0, {6, 7});
+    row("six points above what is done", 7 * block, 100 * block, 40 * block, {46, 47});
+    row("share is rounded down", 1, 3, 1, {66});
+    row("tree that grew while it was shredded", 10 * block, 5 * block, 5 * block, {280, 300});
+}
+
+void TestProgress::fileOfAFolderCountsDown()
+{
+    QFETCH(qint64, size);
+    QFETCH(qint64, total);
+    QFETCH(qint64, done);
+    QFETCH(QList<int>, expected);
+    const QString file = tree->makeFile("file", size);
+    QCOMPARE(shredInTree(file, total, done), size);
+    QVERIFY(!entryExists(file));
+    QCOMPARE(log->records(), recordsOf(tree->path(), expected, file));
+}
+
+void TestProgress::fileOfAFolderFollowsTheShare_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<qint64>("done");
+    for (const qint64 size : {1, 4095, 4096, 4097, 40960, 123456, 1048576}) {
+        for (const qint64 before : {0, 1, 5000, 1048576}) {
+            for (const qint64 after : {0, 1, 99999})
+                QTest::addRow("%lld of %lld after %lld", size, before + size + after, before)
+                    << size << before + size + after << before;
+        }
+    }
+}
+
+void TestProgress::fileOfAFolderFollowsTheShare()
+{
+    QFETCH(qint64, size);
+    QFETCH(qint64, total);
+    QFETCH(qint64, done);
+    const QString file = tree->makeFile("file", size);
+    QCOMPARE(shredInTree(file, total, done), size);
+    QCOMPARE(log->records(), recordsOf(tree->path(), percentsInTree(size, total, done), file));
+}
+
+void TestProgress::folderReportsTheStartsOfLargeFiles()
+{
+    const QString first = tree->makeFile("top/first", 30 * block);
+    const QString second = tree->makeFile("top/folder/second", 50 * block);
+    const QString third = tree->makeFile("top/folder/deeper/third", 20 * block);
+    const QString top = tree->path("top");
+    QCOMPARE(shredFolder(top), qint64{0});
+    QCOMPARE(log->records(),
+             (SignalRecords{progress(top, 29), progress(top, 30), removal(first), progress(top, 79),
+                            progress(top, 80), removal(second), progress(top, 99),
+                            progress(top, 100), removal(third), removal(QFileInfo(third).path()),
+                            removal(QFileInfo(second).path()), progress(top, 100), removal(top)}));
+}
+
+void TestProgress::loneFilePercentNarrowsTheBlocks_data()
 {
     QTest::addColumn<quint64>("blocks");
     QTest::addColumn<quint64>("index");
@@ -40,13 +206,6 @@ void TestShredProgress::loneFilePercent_data()
     const auto row = [](const char *name, quint64 blocks, quint64 index, int percent) {
         QTest::newRow(name) << blocks << index << percent;
     };
-    row("only block", 1, 0, 100);
-    row("first of two", 2, 0, 50);
-    row("first of three is rounded up", 3, 0, 34);
-    row("second of three", 3, 1, 67);
-    row("first of ten", 10, 0, 10);
-    row("last of ten", 10, 9, 100);
-    row("first of a thousand", 1000, 0, 1);
     row("ninth of a thousand", 1000, 9, 1);
     row("tenth of a thousand is rounded up", 1000, 10, 2);
     row("first of the most that 31 bits count", twoTo31 - 1, 0, 1);
@@ -60,27 +219,14 @@ void TestShredProgress::loneFilePercent_data()
     row("a narrowed divisor far from the end", twoTo32 + 100, twoTo32 - 202, -201);
 }
 
-void TestShredProgress::loneFilePercent()
+void TestProgress::loneFilePercentNarrowsTheBlocks()
 {
     QFETCH(quint64, blocks);
     QFETCH(quint64, index);
     QTEST(shredprogress::loneFilePercent(blocks, index), "percent");
 }
 
-void TestShredProgress::loneFilePercentNeverGoesDown()
-{
-    for (quint64 blocks = 1; blocks <= 300; ++blocks) {
-        int last = 0;
-        for (quint64 index = 0; index < blocks; ++index) {
-            const int percent = shredprogress::loneFilePercent(blocks, index);
-            QVERIFY(percent >= last && percent <= 100);
-            last = percent;
-        }
-        QCOMPARE(last, 100);
-    }
-}
-
-void TestShredProgress::treePercent_data()
+void TestProgress::treePercentIsRoundedDown_data()
 {
     QTest::addColumn<quint64>("done");
     QTest::addColumn<quint64>("total");
@@ -92,46 +238,18 @@ void TestShredProgress::treePercent_data()
     QTest::newRow("terabytes") << (twoTo32 << 9) << (twoTo32 << 10) << quint64{50};
 }
 
-void TestShredProgress::treePercent()
+void TestProgress::treePercentIsRoundedDown()
 {
     QFETCH(quint64, done);
     QFETCH(quint64, total);
     QTEST(shredprogress::treePercent(done, total), "percent");
 }
 
-void TestShredProgress::percentInFileCountsTheBlocksStillToCome_data()
-{
-    QTest::addColumn<quint64>("done");
-    QTest::addColumn<quint64>("total");
-    QTest::addColumn<quint64>("blocks");
-    QTest::addColumn<QList<quint64>>("percents");
-    QTest::newRow("whole tree") << quint64{0} << quint64{5 * 4096} << quint64{5}
-                                << QList<quint64>{80, 60, 40, 20, 0};
-    QTest::newRow("second half") << quint64{2 * 4096} << quint64{4 * 4096} << quint64{2}
-                                 << QList<quint64>{75, 50};
-    QTest::newRow("single block") << quint64{4096} << quint64{3 * 4096} << quint64{1}
-                                  << QList<quint64>{33};
-    QTest::newRow("tail counts in the total only")
-        << quint64{0} << quint64{2 * 4096 + 100} << quint64{2} << QList<quint64>{49, 0};
-}
-
-void TestShredProgress::percentInFileCountsTheBlocksStillToCome()
-{
-    QFETCH(quint64, done);
-    QFETCH(quint64, total);
-    QFETCH(quint64, blocks);
-    QList<quint64> percents;
-    for (quint64 index = 0; index < blocks; ++index)
-        percents.append(treePercentInFile(done, total, blocks, index));
-    QTEST(percents, "percents");
-}
-
-void TestShredProgress::stepIsComparedAsSigned32Bit_data()
+void TestProgress::stepIsComparedAsSigned32Bit_data()
 {
     QTest::addColumn<quint64>("percent");
     QTest::addColumn<quint64>("last");
     QTest::addColumn<bool>("above");
-    QTest::newRow("equal") << quint64{40} << quint64{40} << false;
     QTest::newRow("exactly the step") << quint64{45} << quint64{40} << false;
     QTest::newRow("one more than the step") << quint64{46} << quint64{40} << true;
     QTest::newRow("below") << quint64{30} << quint64{40} << false;
@@ -140,12 +258,12 @@ void TestShredProgress::stepIsComparedAsSigned32Bit_data()
     QTest::newRow("difference that turns zero") << twoTo32 << quint64{0} << false;
 }
 
-void TestShredProgress::stepIsComparedAsSigned32Bit()
+void TestProgress::stepIsComparedAsSigned32Bit()
 {
     QFETCH(quint64, percent);
     QFETCH(quint64, last);
-    QTEST(isStepAbove(percent, last, 5), "above");
+    QTEST(shredprogress::isStepAbove(percent, last, 5), "above");
 }
 
-TEST_SUITE(progress, TestShredProgress)
+TEST_SUITE(progress, TestProgress)
 #include "progress.moc"

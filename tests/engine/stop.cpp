@@ -1,36 +1,24 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A stop request during the walk through a folder: it holds between any two
-// entries, whatever is gone stays gone, and the request is left standing for
-// the worker's loop.
+// A stop request during the walk through a folder holds between any two entries; whatever is
+// gone stays gone, and the request is left standing for the worker's loop, which answers it
+// at the end of a pass.
 
-#include "engine/filecrusher.h"
-
-#include "signallog.h"
+#include "enginetest.h"
 #include "suites.h"
-#include "temporarytree.h"
 
 #include <QtTest>
 
-#include <memory>
+using namespace testsupport;
 
-using testsupport::entryExists;
-using testsupport::SignalLog;
-using testsupport::SignalRecord;
-using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
-
-class TestFileCrusherStop : public QObject
+class TestStop : public EngineTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
+    void requestBeforeTheWalkLeavesEverything_data();
     void requestBeforeTheWalkLeavesEverything();
-    void requestBeforeTheWalkLeavesAnEmptyFolder();
     void requestDuringTheWalkLeavesTheRest_data();
     void requestDuringTheWalkLeavesTheRest();
     void requestAfterALinkLeavesTheRest();
@@ -41,45 +29,32 @@ private slots:
     void requestIsLeftStanding();
     void requestGoesBeforeWhatCannotBeRemoved();
 
-private:
-    qint64 shred() { return crusher->shredDirectory(top.toUtf8().constData()); }
-    void makeFiles();
-    void stopAt(const char *signal, int count);
+    void stopOfAnIdleWorkerIsToldOnce();
+    void manyRequestsAreOneStop();
+    void stopHoldsBetweenPathsAndKeepsTheQueue();
+    void stopInsideAFolderHasNoVerdict();
+    void folderCanBeQueuedAgainAfterAStop();
+    void emptyPathsTakeNoPassOfTheirOwn();
 
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<FileCrusher> crusher;
-    std::unique_ptr<SignalLog> log;
-    QString top;
-    QStringList files; ///< the contents of the files makeFiles() made is ten times 'x'
+private:
+    QStringList makeFiles() const;
+    void stopAt(const char *signal, int count);
+    QString top() const { return tree->path("top"); }
 };
 
-void TestFileCrusherStop::init()
+/// Ten files of 10 bytes in five folders, with an empty folder at the end of the walk.
+QStringList TestStop::makeFiles() const
 {
-    tree = std::make_unique<TemporaryTree>();
-    top = tree->makeFolder(QStringLiteral("top"));
-    crusher = std::make_unique<FileCrusher>();
-    log = std::make_unique<SignalLog>(crusher.get());
-    files.clear();
-}
-
-void TestFileCrusherStop::cleanup()
-{
-    log.reset();
-    crusher.reset();
-    tree.reset();
-}
-
-/// Ten files in five folders, with an empty folder at the end of the walk.
-void TestFileCrusherStop::makeFiles()
-{
+    QStringList files;
     for (const char *name : {"one", "two", "three", "a/four", "a/five", "b/six", "a/c/seven",
                              "a/c/eight", "b/d/nine", "b/d/ten"})
         files.append(tree->makeFile(QStringLiteral("top/") + QLatin1String(name), 10));
-    tree->makeFolder(QStringLiteral("top/b/d/e/empty"));
+    tree->makeFolder("top/b/d/e/empty");
+    return files;
 }
 
 /// Requests a stop as soon as @p signal is emitted for the time @p count.
-void TestFileCrusherStop::stopAt(const char *signal, int count)
+void TestStop::stopAt(const char *signal, int count)
 {
     log->onRecord = [this, signal, count](const SignalRecord &) {
         if (log->count(signal) == count)
@@ -87,135 +62,176 @@ void TestFileCrusherStop::stopAt(const char *signal, int count)
     };
 }
 
-void TestFileCrusherStop::requestBeforeTheWalkLeavesEverything()
+void TestStop::requestBeforeTheWalkLeavesEverything_data()
 {
-    makeFiles();
-    crusher->requestStop(true);
-    QCOMPARE(shred(), qint64{255});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 0}}}));
-    for (const QString &file : qAsConst(files))
-        QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
+    QTest::addColumn<bool>("isEmpty");
+    QTest::newRow("files") << false;
+    QTest::newRow("an empty folder") << true;
 }
 
-void TestFileCrusherStop::requestBeforeTheWalkLeavesAnEmptyFolder()
+void TestStop::requestBeforeTheWalkLeavesEverything()
 {
+    QFETCH(bool, isEmpty);
+    tree->makeFolder("top");
+    const QStringList files = isEmpty ? QStringList() : makeFiles();
     crusher->requestStop(true);
-    QCOMPARE(shred(), qint64{255});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 0}}}));
-    QVERIFY(entryExists(top));
+    QCOMPARE(shredFolder(top()), qint64{255});
+    QCOMPARE(log->records(), SignalRecords{progress(top(), 0)});
+    QVERIFY(entryExists(top()));
+    for (const QString &file : files)
+        QVERIFY(isAsMade(file, 10));
 }
 
-void TestFileCrusherStop::requestDuringTheWalkLeavesTheRest_data()
+void TestStop::requestDuringTheWalkLeavesTheRest_data()
 {
     QTest::addColumn<int>("shredded");
-    for (int count = 1; count <= 9; ++count)
+    for (int count = 1; count <= 10; ++count)
         QTest::addRow("after file %d", count) << count;
-    QTest::newRow("after the last file") << 10;
 }
 
-void TestFileCrusherStop::requestDuringTheWalkLeavesTheRest()
+void TestStop::requestDuringTheWalkLeavesTheRest()
 {
     QFETCH(int, shredded);
-    makeFiles();
+    const QStringList files = makeFiles();
     stopAt("addToHistory", shredded);
-    QCOMPARE(shred(), qint64{255});
+    QCOMPARE(shredFolder(top()), qint64{255});
 
     SignalRecords expected;
     const QStringList gone = log->firstArguments("addToHistory");
+    for (const QString &file : gone)
+        expected << progress(top(), (expected.size() / 2 + 1) * 10) << removal(file);
+    QCOMPARE(log->records(), expected << progress(top(), 0));
     QCOMPARE(gone.size(), shredded);
-    for (int index = 0; index < shredded; ++index) {
-        expected.append({"finishPercent", {top, (index + 1) * 10}});
-        expected.append({"addToHistory", {gone.at(index)}});
-    }
-    expected.append({"finishPercent", {top, 0}});
-    QCOMPARE(log->records(), expected);
-
-    for (const QString &file : qAsConst(files)) {
-        QCOMPARE(entryExists(file), !gone.contains(file));
-        if (!gone.contains(file))
-            QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
-    }
-    QVERIFY(entryExists(tree->path(QStringLiteral("top/b/d/e/empty"))));
-    QVERIFY(entryExists(tree->path(QStringLiteral("top/a/c"))));
+    for (const QString &file : files)
+        QVERIFY(gone.contains(file) ? !entryExists(file) : isAsMade(file, 10));
+    QVERIFY(entryExists(tree->path("top/b/d/e/empty")));
+    QVERIFY(entryExists(tree->path("top/a/c")));
 }
 
-void TestFileCrusherStop::requestAfterALinkLeavesTheRest()
+void TestStop::requestAfterALinkLeavesTheRest()
 {
-    const QString link = tree->makeLink(QStringLiteral("top/link"), QStringLiteral("nowhere"));
-    const QString file = tree->makeFile(QStringLiteral("top/folder/file"), 10);
+    const QString link = tree->makeLink("top/link", "nowhere");
+    const QString file = tree->makeFile("top/folder/file", 10);
     stopAt("addToHistory", 1);
-    QCOMPARE(shred(), qint64{255});
+    QCOMPARE(shredFolder(top()), qint64{255});
+    QCOMPARE(log->records(), (SignalRecords{removal(link), progress(top(), 0)}));
+    QVERIFY(isAsMade(file, 10));
+}
+
+void TestStop::requestAfterTheLastEntryLeavesTheFolders()
+{
+    const QString file = tree->makeFile("top/folder/file", 10);
+    stopAt("addToHistory", 1);
+    QCOMPARE(shredFolder(top()), qint64{255});
     QCOMPARE(log->records(),
-             (SignalRecords{{"addToHistory", {link}}, {"finishPercent", {top, 0}}}));
-    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
+             (SignalRecords{progress(top(), 100), removal(file), progress(top(), 0)}));
+    QVERIFY(entryExists(tree->path("top/folder")));
 }
 
-void TestFileCrusherStop::requestAfterTheLastEntryLeavesTheFolders()
+void TestStop::requestInsideAFileHoldsAfterThatFile()
 {
-    const QString file = tree->makeFile(QStringLiteral("top/folder/file"), 10);
-    stopAt("addToHistory", 1);
-    QCOMPARE(shred(), qint64{255});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 100}},
-                                            {"addToHistory", {file}},
-                                            {"finishPercent", {top, 0}}}));
-    QVERIFY(entryExists(QFileInfo(file).path()));
-}
-
-void TestFileCrusherStop::requestInsideAFileHoldsAfterThatFile()
-{
-    const QString first = tree->makeFile(QStringLiteral("top/first"), 50 * 4096);
-    const QString second = tree->makeFile(QStringLiteral("top/folder/second"), 50 * 4096);
+    const QString first = tree->makeFile("top/first", 50 * 4096);
+    const QString second = tree->makeFile("top/folder/second", 50 * 4096);
     stopAt("finishPercent", 1);
-    QCOMPARE(shred(), qint64{255});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 49}},
-                                            {"finishPercent", {top, 50}},
-                                            {"addToHistory", {first}},
-                                            {"finishPercent", {top, 0}}}));
+    QCOMPARE(shredFolder(top()), qint64{255});
+    QCOMPARE(log->records(), (SignalRecords{progress(top(), 49), progress(top(), 50),
+                                            removal(first), progress(top(), 0)}));
     QVERIFY(!entryExists(first));
-    QCOMPARE(TemporaryTree::contentsOf(second), QByteArray(50 * 4096, 'x'));
+    QVERIFY(isAsMade(second, 50 * 4096));
 }
 
-void TestFileCrusherStop::requestDuringTheRemovalOfFoldersComesTooLate()
+void TestStop::requestDuringTheRemovalOfFoldersComesTooLate()
 {
-    const QString inner = tree->makeFolder(QStringLiteral("top/folder/inner"));
+    const QString inner = tree->makeFolder("top/folder/inner");
     stopAt("addToHistory", 1);
-    QCOMPARE(shred(), qint64{0});
-    QVERIFY(!entryExists(top));
-    QCOMPARE(log->records(), (SignalRecords{{"addToHistory", {inner}},
-                                            {"addToHistory", {QFileInfo(inner).path()}},
-                                            {"finishPercent", {top, 100}},
-                                            {"addToHistory", {top}}}));
+    QCOMPARE(shredFolder(top()), qint64{0});
+    QVERIFY(!entryExists(top()));
+    QCOMPARE(log->records(), (SignalRecords{removal(inner), removal(tree->path("top/folder")),
+                                            progress(top(), 100), removal(top())}));
 }
 
-void TestFileCrusherStop::requestTakenBackHoldsUpNothing()
+void TestStop::requestTakenBackHoldsUpNothing()
 {
     makeFiles();
     crusher->requestStop(true);
     crusher->requestStop(false);
-    QCOMPARE(shred(), qint64{0});
-    QVERIFY(!entryExists(top));
+    const SignalRecords records = workOn({top()});
+    QCOMPARE(records.constLast(), success(top()));
+    QVERIFY(!records.contains({"stopped"}));
 }
 
-void TestFileCrusherStop::requestIsLeftStanding()
+void TestStop::requestIsLeftStanding()
 {
     makeFiles();
     stopAt("addToHistory", 4);
-    QCOMPARE(shred(), qint64{255});
+    QCOMPARE(shredFolder(top()), qint64{255});
     log->clear();
-    QCOMPARE(shred(), qint64{255});
-    QCOMPARE(log->records(), (SignalRecords{{"finishPercent", {top, 0}}}));
-    QCOMPARE(log->count("stopped"), 0);
+    QCOMPARE(shredFolder(top()), qint64{255});
+    QCOMPARE(log->records(), SignalRecords{progress(top(), 0)});
 }
 
-void TestFileCrusherStop::requestGoesBeforeWhatCannotBeRemoved()
+void TestStop::requestGoesBeforeWhatCannotBeRemoved()
 {
-    tree->makeFolder(QStringLiteral("top/folder"));
-    tree->makeFifo(QStringLiteral("top/folder/fifo"));
-    const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
+    tree->makeFifo("top/folder/fifo");
+    const QString file = tree->makeFile("top/file", 10);
     stopAt("addToHistory", 1);
-    QCOMPARE(shred(), qint64{255});
+    QCOMPARE(shredFolder(top()), qint64{255});
     QVERIFY(!entryExists(file));
 }
 
-TEST_SUITE(stop, TestFileCrusherStop)
+void TestStop::stopOfAnIdleWorkerIsToldOnce()
+{
+    crusher->start(QThread::InheritPriority);
+    crusher->requestStop(true);
+    QTRY_COMPARE(log->count("stopped"), 1);
+    QCOMPARE(workOn({}), SignalRecords());
+}
+
+void TestStop::manyRequestsAreOneStop()
+{
+    const QString path = tree->path("vanished");
+    for (int count = 0; count < 5; ++count)
+        crusher->requestStop(true);
+    QCOMPARE(workOn({path}), (SignalRecords{success(path), {"stopped"}}));
+}
+
+void TestStop::stopHoldsBetweenPathsAndKeepsTheQueue()
+{
+    const QString first = tree->makeFile("first", 0);
+    const QString second = tree->makeFile("second", 0);
+    stopAt("addToHistory", 1);
+    QCOMPARE(workOn({first, second}),
+             (SignalRecords{
+                 removal(first), success(first), {"stopped"}, removal(second), success(second)}));
+}
+
+void TestStop::stopInsideAFolderHasNoVerdict()
+{
+    const QString first = tree->makeFile("top/first", 10);
+    const QString second = tree->makeFile("top/folder/second", 10);
+    stopAt("addToHistory", 1);
+    QCOMPARE(workOn({top()}),
+             (SignalRecords{progress(top(), 50), removal(first), progress(top(), 0), {"stopped"}}));
+    QVERIFY(isAsMade(second, 10));
+}
+
+void TestStop::folderCanBeQueuedAgainAfterAStop()
+{
+    makeFiles();
+    stopAt("addToHistory", 1);
+    workOn({top()});
+    log->onRecord = nullptr;
+    QCOMPARE(workOn({top()}).constLast(), success(top()));
+}
+
+void TestStop::emptyPathsTakeNoPassOfTheirOwn()
+{
+    // Each pass ends with the stop check, so the path behind the empty ones is handled first.
+    const QString path = tree->path("vanished");
+    crusher->requestStop(true);
+    QCOMPARE(workOn({QString(), QString(), QString(), path}),
+             (SignalRecords{success(path), {"stopped"}}));
+}
+
+TEST_SUITE(stop, TestStop)
 #include "stop.moc"

@@ -1,35 +1,20 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The worker's loop, met as its owner meets it: signals arrive in the main
-// thread while the worker waits. A path that does not exist serves as a marker;
-// once its verdict is there, everything before it has been said.
+// The worker's loop, met as its owner meets it: the queue, and the verdict on each path.
 
-#include "engine/filecrusher.h"
-
-#include "eventually.h"
-#include "signallog.h"
+#include "enginetest.h"
 #include "suites.h"
-#include "temporarytree.h"
 
 #include <QtTest>
 
-#include <memory>
+using namespace testsupport;
 
-using testsupport::entryExists;
-using testsupport::SignalLog;
-using testsupport::SignalRecord;
-using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
-
-class TestFileCrusherWorker : public QObject
+class TestWorker : public EngineTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void signalsAreDeclaredInTheirOrder();
     void emptyPathIsSkippedWithoutASignal();
     void vanishedPathIsFinished();
@@ -45,51 +30,10 @@ private slots:
     void pathsGoInTheOrderOfTheirArrival();
     void pathAddedDuringAReportFollows();
     void reportsComeAtTheirStepOfTheWork();
-
-private:
-    void runToMarker();
-    SignalRecords withMarker(SignalRecords records) const;
-
-    std::unique_ptr<TemporaryTree> tree;
-    /// Deleted only when not started: a started worker lives until the process ends.
-    FileCrusher *crusher = nullptr;
-    std::unique_ptr<SignalLog> log;
-    QString marker;
+    void pathsTakenBackAreNeverBegun();
 };
 
-void TestFileCrusherWorker::init()
-{
-    tree = std::make_unique<TemporaryTree>();
-    crusher = new FileCrusher;
-    log = std::make_unique<SignalLog>(crusher, Qt::BlockingQueuedConnection);
-    marker = tree->path(QStringLiteral("marker"));
-}
-
-void TestFileCrusherWorker::cleanup()
-{
-    log.reset();
-    if (!crusher->isRunning())
-        delete crusher;
-    tree.reset();
-}
-
-/// Lets the worker handle what is queued, until it has finished the marker behind it.
-void TestFileCrusherWorker::runToMarker()
-{
-    crusher->addPath(marker);
-    if (!crusher->isRunning())
-        crusher->start(QThread::InheritPriority);
-    QVERIFY(testsupport::eventually(
-        [this] { return log->firstArguments("finishOne").contains(marker); }));
-}
-
-SignalRecords TestFileCrusherWorker::withMarker(SignalRecords records) const
-{
-    records.append({"finishOne", {marker}});
-    return records;
-}
-
-void TestFileCrusherWorker::signalsAreDeclaredInTheirOrder()
+void TestWorker::signalsAreDeclaredInTheirOrder()
 {
     const QMetaObject &meta = FileCrusher::staticMetaObject;
     QList<QByteArray> methods;
@@ -102,59 +46,43 @@ void TestFileCrusherWorker::signalsAreDeclaredInTheirOrder()
                                          "stopped()"}));
 }
 
-void TestFileCrusherWorker::emptyPathIsSkippedWithoutASignal()
+void TestWorker::emptyPathIsSkippedWithoutASignal()
 {
-    crusher->addPath(QString());
-    crusher->addPath(QLatin1String(""));
-    runToMarker();
-    crusher->addPath(QString());
-    marker += QLatin1Char('2');
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishOne", {marker.chopped(1)}}}));
+    QCOMPARE(workOn({QString(), QLatin1String("")}), SignalRecords());
+    QCOMPARE(workOn({QString()}), SignalRecords());
 }
 
-void TestFileCrusherWorker::vanishedPathIsFinished()
+void TestWorker::vanishedPathIsFinished()
 {
-    const QString kept = tree->makeFile(QStringLiteral("kept"), 10);
-    const QString vanished = tree->path(QStringLiteral("folder/vanished"));
-    crusher->addPath(vanished);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishOne", {vanished}}}));
-    QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
+    const QString kept = tree->makeFile("kept", 10);
+    const QString vanished = tree->path("folder/vanished");
+    QCOMPARE(workOn({vanished}), SignalRecords{success(vanished)});
+    QVERIFY(isAsMade(kept, 10));
     QCOMPARE(QDir(tree->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("kept")});
 }
 
-void TestFileCrusherWorker::specialFileIsFinishedAndStays()
+void TestWorker::specialFileIsFinishedAndStays()
 {
-    const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
-    crusher->addPath(fifo);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishOne", {fifo}}}));
+    const QString fifo = tree->makeFifo("fifo");
+    QCOMPARE(workOn({fifo}), SignalRecords{success(fifo)});
     QVERIFY(entryExists(fifo));
 }
 
-void TestFileCrusherWorker::fileIsFinishedAfterItsHistory()
+void TestWorker::fileIsFinishedAfterItsHistory()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 8192);
-    crusher->addPath(file);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishPercent", {file, 50}},
-                                         {"finishPercent", {file, 100}},
-                                         {"finishPercent", {file, 99}},
-                                         {"addToHistory", {file}},
-                                         {"finishOne", {file}}}));
+    const QString file = tree->makeFile("file", 8192);
+    QCOMPARE(workOn({file}), (SignalRecords{progress(file, 50), progress(file, 100),
+                                            progress(file, 99), removal(file), success(file)}));
 }
 
-void TestFileCrusherWorker::emptyFileIsFinished()
+void TestWorker::emptyFileIsFinished()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 0);
-    crusher->addPath(file);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"addToHistory", {file}}, {"finishOne", {file}}}));
+    const QString file = tree->makeFile("file", 0);
+    QCOMPARE(workOn({file}), (SignalRecords{removal(file), success(file)}));
 }
 
-void TestFileCrusherWorker::linkIsFinishedWhateverItsTarget_data()
+void TestWorker::linkIsFinishedWhateverItsTarget_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("file") << QStringLiteral("file");
@@ -163,102 +91,73 @@ void TestFileCrusherWorker::linkIsFinishedWhateverItsTarget_data()
     QTest::newRow("file of 255 bytes") << QStringLiteral("folder/255");
 }
 
-void TestFileCrusherWorker::linkIsFinishedWhateverItsTarget()
+void TestWorker::linkIsFinishedWhateverItsTarget()
 {
     QFETCH(QString, target);
-    const QString file = tree->makeFile(QStringLiteral("file"), 10);
-    const QString stopCode = tree->makeFile(QStringLiteral("folder/255"), 255);
-    const QString link = tree->makeLink(QStringLiteral("link"), target);
-    crusher->addPath(link);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"addToHistory", {link}}, {"finishOne", {link}}}));
+    const QString file = tree->makeFile("file", 10);
+    const QString stopCode = tree->makeFile("folder/255", 255);
+    const QString link = tree->makeLink("link", target);
+    QCOMPARE(workOn({link}), (SignalRecords{removal(link), success(link)}));
     QVERIFY(!entryExists(link));
-    QCOMPARE(TemporaryTree::contentsOf(file), QByteArray(10, 'x'));
-    QCOMPARE(TemporaryTree::contentsOf(stopCode), QByteArray(255, 'x'));
+    QVERIFY(isAsMade(file, 10) && isAsMade(stopCode, 255));
 }
 
-void TestFileCrusherWorker::folderIsFinishedAfterItsHistory()
+void TestWorker::folderIsFinishedAfterItsHistory()
 {
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const QString file = tree->makeFile(QStringLiteral("top/file"), 10);
-    crusher->addPath(top);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishPercent", {top, 100}},
-                                         {"addToHistory", {file}},
-                                         {"finishPercent", {top, 100}},
-                                         {"addToHistory", {top}},
-                                         {"finishOne", {top}}}));
+    const QString file = tree->makeFile("top/file", 10);
+    const QString top = tree->path("top");
+    QCOMPARE(workOn({top}), (SignalRecords{progress(top, 100), removal(file), progress(top, 100),
+                                           removal(top), success(top)}));
 }
 
-void TestFileCrusherWorker::folderThatStaysIsFailed()
+void TestWorker::folderThatStaysIsFailed()
 {
-    const QString top = tree->makeFolder(QStringLiteral("top"));
-    const QString fifo = tree->makeFifo(QStringLiteral("top/fifo"));
-    crusher->addPath(top);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"failedOne", {top}}}));
-    QVERIFY(entryExists(fifo));
+    tree->makeFifo("top/fifo");
+    const QString top = tree->path("top");
+    QCOMPARE(workOn({top}), SignalRecords{failure(top)});
 }
 
-void TestFileCrusherWorker::linkBehindASlashIsFailed()
+void TestWorker::linkBehindASlashIsFailed()
 {
-    const QString kept = tree->makeFile(QStringLiteral("folder/kept"), 10);
-    const QString path =
-        tree->makeLink(QStringLiteral("link"), QStringLiteral("folder")) + QLatin1Char('/');
-    crusher->addPath(path);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"failedOne", {path}}}));
-    QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
+    const QString kept = tree->makeFile("folder/kept", 10);
+    const QString path = tree->makeLink("link", "folder") + QLatin1Char('/');
+    QCOMPARE(workOn({path}), SignalRecords{failure(path)});
+    QVERIFY(isAsMade(kept, 10));
 }
 
-void TestFileCrusherWorker::fileOf255BytesHasNoVerdict()
+void TestWorker::fileOf255BytesHasNoVerdict()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 255);
-    crusher->addPath(file);
-    runToMarker();
-    QCOMPARE(log->records(), withMarker({{"finishPercent", {file, 99}}, {"addToHistory", {file}}}));
+    const QString file = tree->makeFile("file", 255);
+    QCOMPARE(workOn({file}), (SignalRecords{progress(file, 99), removal(file)}));
     QVERIFY(!entryExists(file));
 }
 
-void TestFileCrusherWorker::pathsGoInTheOrderOfTheirArrival()
+void TestWorker::pathsGoInTheOrderOfTheirArrival()
 {
-    SignalRecords expected;
-    for (const char *name : {"z", "a", "missing", "m", "a"}) { // the second "a" is gone by then
-        const QString path = tree->path(QLatin1String(name));
-        if (path != tree->path(QStringLiteral("missing")) && !entryExists(path)) {
-            tree->makeFile(QLatin1String(name), 0);
-            expected.append({"addToHistory", {path}});
-        }
-        expected.append({"finishOne", {path}});
-        crusher->addPath(path);
-    }
-    runToMarker();
-    QCOMPARE(log->records(), withMarker(expected));
+    const QString z = tree->makeFile("z", 0);
+    const QString a = tree->makeFile("a", 0);
+    const QString missing = tree->path("missing");
+    // The second time it is gone.
+    QCOMPARE(workOn({z, a, missing, a}), (SignalRecords{removal(z), success(z), removal(a),
+                                                        success(a), success(missing), success(a)}));
 }
 
-void TestFileCrusherWorker::pathAddedDuringAReportFollows()
+void TestWorker::pathAddedDuringAReportFollows()
 {
-    const QString first = tree->makeFile(QStringLiteral("first"), 0);
-    const QString second = tree->makeFile(QStringLiteral("second"), 0);
-    log->onRecord = [this, first, second](const SignalRecord &record) {
-        if (record == SignalRecord("finishOne", {first})) {
+    const QString first = tree->makeFile("first", 0);
+    const QString second = tree->makeFile("second", 0);
+    log->onRecord = [&](const SignalRecord &record) {
+        if (record == removal(first))
             crusher->addPath(second);
-            crusher->addPath(marker);
-        }
     };
-    crusher->addPath(first);
-    crusher->start(QThread::InheritPriority);
-    const SignalRecords expected = withMarker({{"addToHistory", {first}},
-                                               {"finishOne", {first}},
-                                               {"addToHistory", {second}},
-                                               {"finishOne", {second}}});
-    QTRY_COMPARE_WITH_TIMEOUT(log->records(), expected, testsupport::patience);
+    workOn({first});
+    QTRY_COMPARE(log->records().mid(3), (SignalRecords{removal(second), success(second)}));
 }
 
-void TestFileCrusherWorker::reportsComeAtTheirStepOfTheWork()
+void TestWorker::reportsComeAtTheirStepOfTheWork()
 {
-    const QString first = tree->makeFile(QStringLiteral("first"), 10);
-    const QString second = tree->makeFile(QStringLiteral("second"), 10);
+    const QString first = tree->makeFile("first", 10);
+    const QString second = tree->makeFile("second", 10);
     QStringList seen;
     log->onRecord = [&](const SignalRecord &record) {
         QCOMPARE(QThread::currentThread(), thread());
@@ -267,15 +166,22 @@ void TestFileCrusherWorker::reportsComeAtTheirStepOfTheWork()
                         .arg(entryExists(first))
                         .arg(entryExists(second)));
     };
-    crusher->addPath(first);
-    crusher->addPath(second);
-    runToMarker();
-    QCOMPARE(seen,
-             (QStringList{QStringLiteral("finishPercent 1 1"), QStringLiteral("addToHistory 0 1"),
-                          QStringLiteral("finishOne 0 1"), QStringLiteral("finishPercent 0 1"),
-                          QStringLiteral("addToHistory 0 0"), QStringLiteral("finishOne 0 0"),
-                          QStringLiteral("finishOne 0 0")}));
+    workOn({first, second});
+    QCOMPARE(seen.join(QStringLiteral(", ")),
+             QStringLiteral("finishPercent 1 1, addToHistory 0 1, finishOne 0 1, "
+                            "finishPercent 0 1, addToHistory 0 0, finishOne 0 0, finishOne 0 0"));
 }
 
-TEST_SUITE(worker, TestFileCrusherWorker)
+void TestWorker::pathsTakenBackAreNeverBegun()
+{
+    const QString spared = tree->makeFile("spared", 10);
+    crusher->addPath(spared);
+    crusher->addPath(tree->makeFile("spared too", 10));
+    QVERIFY(crusher->takeBackPaths());
+    QVERIFY(!crusher->takeBackPaths());
+    QCOMPARE(workOn({}), SignalRecords());
+    QVERIFY(isAsMade(spared, 10));
+}
+
+TEST_SUITE(worker, TestWorker)
 #include "worker.moc"

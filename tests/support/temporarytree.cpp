@@ -30,17 +30,17 @@ TemporaryTree::TemporaryTree()
     require(directory.isValid(), "folder", root);
 }
 
-QString TemporaryTree::path(const QString &name) const
+QString TemporaryTree::path(const TreeName &name) const
 {
-    return root + QLatin1Char('/') + name;
+    return root + QLatin1Char('/') + name.text;
 }
 
-QString TemporaryTree::makeFile(const QString &name, qint64 size, char fill) const
+QString TemporaryTree::makeFile(const TreeName &name, qint64 size, char fill) const
 {
     return makeFile(name, QByteArray(static_cast<int>(size), fill));
 }
 
-QString TemporaryTree::makeFile(const QString &name, const QByteArray &contents) const
+QString TemporaryTree::makeFile(const TreeName &name, const QByteArray &contents) const
 {
     const QString file = path(name);
     require(QDir().mkpath(QFileInfo(file).path()), "folder of", file);
@@ -49,21 +49,22 @@ QString TemporaryTree::makeFile(const QString &name, const QByteArray &contents)
     return file;
 }
 
-QString TemporaryTree::makeFolder(const QString &name) const
+QString TemporaryTree::makeFolder(const TreeName &name) const
 {
     require(QDir().mkpath(path(name)), "folder", path(name));
     return path(name);
 }
 
-QString TemporaryTree::makeLink(const QString &name, const QString &target) const
+QString TemporaryTree::makeLink(const TreeName &name, const TreeName &target) const
 {
     const QString link = path(name);
     require(QDir().mkpath(QFileInfo(link).path()), "folder of", link);
-    require(::symlink(target.toUtf8().constData(), link.toUtf8().constData()) == 0, "link", link);
+    require(::symlink(target.text.toUtf8().constData(), link.toUtf8().constData()) == 0, "link",
+            link);
     return link;
 }
 
-QString TemporaryTree::makeHardLink(const QString &name, const QString &existing) const
+QString TemporaryTree::makeHardLink(const TreeName &name, const QString &existing) const
 {
     const QString second = path(name);
     require(::link(existing.toUtf8().constData(), second.toUtf8().constData()) == 0, "hard link",
@@ -71,9 +72,10 @@ QString TemporaryTree::makeHardLink(const QString &name, const QString &existing
     return second;
 }
 
-QString TemporaryTree::makeFifo(const QString &name) const
+QString TemporaryTree::makeFifo(const TreeName &name) const
 {
     const QString fifo = path(name);
+    require(QDir().mkpath(QFileInfo(fifo).path()), "folder of", fifo);
     require(::mkfifo(fifo.toUtf8().constData(), S_IRUSR | S_IWUSR) == 0, "fifo", fifo);
     return fifo;
 }
@@ -83,6 +85,11 @@ QByteArray TemporaryTree::contentsOf(const QString &path)
     QFile in(path);
     require(in.open(QIODevice::ReadOnly), "readable", path);
     return in.readAll();
+}
+
+bool isAsMade(const QString &path, int size)
+{
+    return TemporaryTree::contentsOf(path) == QByteArray(size, 'x');
 }
 
 bool entryExists(const QString &path)

@@ -13,6 +13,24 @@
 namespace testsupport
 {
 
+/// A name as the functions below take it; a literal is UTF-8.
+struct TreeName {
+    TreeName(const QString &name)
+        : text(name)
+    {
+    }
+    TreeName(QLatin1String name)
+        : text(name)
+    {
+    }
+    TreeName(const char *name)
+        : text(QString::fromUtf8(name))
+    {
+    }
+
+    QString text;
+};
+
 class TemporaryTree
 {
 public:
@@ -21,20 +39,20 @@ public:
     /// The folder's absolute path, without links in it.
     QString path() const { return root; }
     /// The absolute path of @p name inside the folder; nothing is made.
-    QString path(const QString &name) const;
+    QString path(const TreeName &name) const;
 
     /// Makes a file of @p size bytes, each @p fill, with its parent folders; returns its path.
-    QString makeFile(const QString &name, qint64 size, char fill = 'x') const;
+    QString makeFile(const TreeName &name, qint64 size, char fill = 'x') const;
     /// Makes a file holding @p contents, with its parent folders; returns its path.
-    QString makeFile(const QString &name, const QByteArray &contents) const;
+    QString makeFile(const TreeName &name, const QByteArray &contents) const;
     /// Makes a folder with its parents; returns its path.
-    QString makeFolder(const QString &name) const;
+    QString makeFolder(const TreeName &name) const;
     /// Makes a symbolic link that says @p target; returns the link's path.
-    QString makeLink(const QString &name, const QString &target) const;
+    QString makeLink(const TreeName &name, const TreeName &target) const;
     /// Makes a second name for the file @p existing; returns the second name's path.
-    QString makeHardLink(const QString &name, const QString &existing) const;
+    QString makeHardLink(const TreeName &name, const QString &existing) const;
     /// Makes a fifo that its owner may read and write; returns its path.
-    QString makeFifo(const QString &name) const;
+    QString makeFifo(const TreeName &name) const;
 
     /// The bytes of the file @p path (an absolute path).
     static QByteArray contentsOf(const QString &path);
@@ -43,6 +61,9 @@ private:
     QTemporaryDir directory;
     QString root;
 };
+
+/// Whether the file @p path still holds @p size times 'x', as makeFile() made it.
+bool isAsMade(const QString &path, int size);
 
 /// True when a directory entry of that name exists, dangling links included.
 bool entryExists(const QString &path);

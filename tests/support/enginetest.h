@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// What the tests of the engine share: each test function has a folder, a worker that is not
+// started yet, and all that this worker says.
+
+#pragma once
+
+#include "engine/filecrusher.h"
+
+#include "signallog.h"
+#include "temporarytree.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace testsupport
+{
+
+inline SignalRecord progress(const QString &path, int percent)
+{
+    return {"finishPercent", {path, percent}};
+}
+
+inline SignalRecord removal(const QString &path)
+{
+    return {"addToHistory", {path}};
+}
+
+inline SignalRecord success(const QString &path)
+{
+    return {"finishOne", {path}};
+}
+
+inline SignalRecord failure(const QString &path)
+{
+    return {"failedOne", {path}};
+}
+
+class EngineTest : public QObject
+{
+    Q_OBJECT
+
+protected slots:
+    void init();
+    void cleanup();
+
+protected:
+    // The routines, called directly.
+    qint64 shredFile(const QString &path);
+    qint64 shredFolder(const QString &path);
+    /// As one of the files of tree->path(), which holds @p total bytes, @p done of them gone.
+    qint64 shredInTree(const QString &path, qint64 total, qint64 done = 0);
+
+    /// Lets the worker's thread do @p paths. Returns all that it says until it has done them and
+    /// one behind them that does not exist; this thread handles each signal while the worker waits.
+    SignalRecords workOn(const QStringList &paths);
+
+    std::unique_ptr<TemporaryTree> tree;
+    /// Deleted only when not started: a started worker lives until the process ends.
+    FileCrusher *crusher = nullptr;
+    std::unique_ptr<SignalLog> log;
+};
+
+} // namespace testsupport

@@ -1,0 +1,452 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The functions below have the names of the C library's, so the program and the libraries it is
+// linked to find these first; each passes the call on to the next of its name.
+
+#include "systemcalls.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <mutex>
+#include <utility>
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+namespace testsupport
+{
+
+namespace
+{
+
+struct Hooks {
+    std::recursive_mutex mutex; ///< guards the rest
+    CallHook::Before before;
+    CallHook::After after;
+    std::function<long long()> clock;
+};
+
+/// Never ended: threads of the program go on until the process is gone.
+Hooks &hooks()
+{
+    static auto *const instance = new Hooks;
+    return *instance;
+}
+
+// Apart from the mutex, which would put every call of every test in an order.
+std::atomic<bool> callsAreHooked{false};
+std::atomic<bool> clockIsHooked{false};
+std::atomic<bool> pausesAreShort{false};
+
+thread_local bool asking = false;
+
+bool isUnseen()
+{
+    return asking || !callsAreHooked;
+}
+
+/// Calls @p ask, whose own calls pass unseen and whose errors stay its own.
+template <class Ask>
+void askUnseen(Ask ask)
+{
+    const std::lock_guard<std::recursive_mutex> locker(hooks().mutex);
+    const int errorBefore = errno;
+    const bool wasAsking = std::exchange(asking, true);
+    ask();
+    asking = wasAsking;
+    errno = errorBefore;
+}
+
+CallFate fateOf(const SystemCall &call)
+{
+    CallFate fate;
+    if (!isUnseen())
+        askUnseen([&] { fate = hooks().before ? hooks().before(call) : CallFate(); });
+    return fate;
+}
+
+/// Pipes and the wake-up calls of event loops are no files.
+bool isAboutFile(int descriptor)
+{
+    bool isFile = false;
+    askUnseen([&] {
+        struct stat64 status = {};
+        isFile = ::fstat64(descriptor, &status) == 0
+                 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
+    });
+    return isFile;
+}
+
+template <class Function>
+Function *next(const char *name)
+{
+    return reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, name));
+}
+
+SystemCall about(CallKind kind, const char *name, int file, const char *path = nullptr,
+                 int flags = 0, long long offset = 0, long long length = 0)
+{
+    return SystemCall{kind, name, file, path, flags, offset, length};
+}
+
+void *asFilledIn(const void *result)
+{
+    return const_cast<void *>(result);
+}
+
+void *asFilledIn(int)
+{
+    return nullptr;
+}
+
+template <class Result, class Perform>
+Result performed(const SystemCall &call, Result failure, void *filledIn, Perform perform)
+{
+    const CallFate fate = fateOf(call);
+    if (fate.pretended)
+        return Result();
+    const Result result = fate.error == 0 ? perform() : failure;
+    if (fate.error != 0)
+        errno = fate.error;
+    else if (result != failure && !isUnseen())
+        askUnseen([&] {
+            if (hooks().after)
+                hooks().after(call, filledIn != nullptr ? filledIn : asFilledIn(result));
+        });
+    return result;
+}
+
+/// For calls that take what they are given whether they fail or not.
+template <class Perform>
+int closed(const SystemCall &call, Perform perform)
+{
+    if (isUnseen() || (call.file >= 0 && !isAboutFile(call.file)))
+        return perform();
+    const CallFate fate = fateOf(call);
+    const int result = perform();
+    if (fate.error == 0)
+        return result;
+    errno = fate.error;
+    return -1;
+}
+
+template <class Result, class Perform>
+Result transferred(const SystemCall &call, Result failure, size_t size, Perform perform)
+{
+    if (isUnseen() || !isAboutFile(call.file))
+        return perform(size);
+    const CallFate fate = fateOf(call);
+    if (fate.pretended)
+        return static_cast<Result>(size);
+    if (fate.error == 0)
+        return perform(fate.half && size > 1 ? size / 2 : size);
+    errno = fate.error;
+    return failure;
+}
+
+} // namespace
+
+bool SystemCall::is(const char *other) const
+{
+    return std::strcmp(name, other) == 0;
+}
+
+CallHook::CallHook(Before before, After after)
+{
+    const std::lock_guard<std::recursive_mutex> locker(hooks().mutex);
+    hooks().before = std::move(before);
+    hooks().after = std::move(after);
+    callsAreHooked = true;
+}
+
+CallHook::~CallHook()
+{
+    const std::lock_guard<std::recursive_mutex> locker(hooks().mutex);
+    callsAreHooked = false;
+    hooks().before = nullptr;
+    hooks().after = nullptr;
+}
+
+ClockHook::ClockHook(std::function<long long()> clock)
+{
+    const std::lock_guard<std::recursive_mutex> locker(hooks().mutex);
+    hooks().clock = std::move(clock);
+    clockIsHooked = true;
+}
+
+ClockHook::~ClockHook()
+{
+    clockIsHooked = false;
+}
+
+ShortPauses::ShortPauses()
+{
+    pausesAreShort = true;
+}
+
+ShortPauses::~ShortPauses()
+{
+    pausesAreShort = false;
+}
+
+} // namespace testsupport
+
+using testsupport::about;
+using testsupport::CallKind;
+using testsupport::closed;
+using testsupport::next;
+using testsupport::performed;
+using testsupport::transferred;
+
+// NOLINTBEGIN: the names, and some parameters, are the C library's; lists are no expressions
+/// A function NAME of PARAMETERS that passes on ARGUMENTS. CALL is what hooks are told, FILLED_IN
+/// what it fills in.
+#define PASS_ON(result, failure, name, parameters, arguments, call, filled_in)                     \
+    result name parameters                                                                         \
+    {                                                                                              \
+        static auto *const real = next<result parameters>(#name);                                  \
+        return performed(call, static_cast<result>(failure), filled_in,                            \
+                         [&] { return real arguments; });                                          \
+    }
+
+/// The same for the functions that open, whose mode is there only when a file may be made.
+#define PASS_ON_OPENING(name, parameters, arguments, call)                                         \
+    int name parameters                                                                            \
+    {                                                                                              \
+        static auto *const real = next<int parameters>(#name);                                     \
+        mode_t mode = 0;                                                                           \
+        if ((flags & (O_CREAT | O_TMPFILE)) != 0) {                                                \
+            std::va_list rest;                                                                     \
+            va_start(rest, flags);                                                                 \
+            mode = va_arg(rest, mode_t);                                                           \
+            va_end(rest);                                                                          \
+        }                                                                                          \
+        return performed(call, -1, nullptr, [&] { return real arguments; });                       \
+    }
+
+/// The same for fcntl, of which two uses are told: another descriptor, and locks.
+#define PASS_ON_CONTROLLING(name)                                                                  \
+    int name(int file, int command, ...)                                                           \
+    {                                                                                              \
+        static auto *const real = next<int(int, int, ...)>(#name);                                 \
+        std::va_list rest;                                                                         \
+        va_start(rest, command);                                                                   \
+        void *const argument = va_arg(rest, void *);                                               \
+        va_end(rest);                                                                              \
+        const bool duplicates = command == F_DUPFD_CLOEXEC;                                        \
+        if (!duplicates && command != F_SETLK && command != F_SETLK64 && command != F_OFD_SETLK)   \
+            return real(file, command, argument);                                                  \
+        return performed(                                                                          \
+            about(duplicates ? CallKind::Open : CallKind::Lock, "fcntl", file, nullptr, command),  \
+            -1, nullptr, [&] { return real(file, command, argument); });                           \
+    }
+
+/// The same for the functions that look at a file.
+#define PASS_ON_LOOKING(call, name, parameters, arguments, file, path)                             \
+    PASS_ON(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), status)
+
+extern "C" {
+PASS_ON_OPENING(open, (const char *path, int flags, ...), (path, flags, mode),
+                about(CallKind::Open, "open", AT_FDCWD, path, flags))
+PASS_ON_OPENING(open64, (const char *path, int flags, ...), (path, flags, mode),
+                about(CallKind::Open, "open", AT_FDCWD, path, flags))
+PASS_ON_OPENING(openat, (int folder, const char *path, int flags, ...), (folder, path, flags, mode),
+                about(CallKind::Open, "openat", folder, path, flags))
+PASS_ON_OPENING(openat64, (int folder, const char *path, int flags, ...),
+                (folder, path, flags, mode), about(CallKind::Open, "openat", folder, path, flags))
+PASS_ON(FILE *, nullptr, fopen, (const char *path, const char *mode), (path, mode),
+        about(CallKind::Open, "fopen", AT_FDCWD, path), nullptr)
+PASS_ON(FILE *, nullptr, fopen64, (const char *path, const char *mode), (path, mode),
+        about(CallKind::Open, "fopen", AT_FDCWD, path), nullptr)
+PASS_ON(FILE *, nullptr, fdopen, (int file, const char *mode) noexcept, (file, mode),
+        about(CallKind::Open, "fdopen", file), nullptr)
+PASS_ON_CONTROLLING(fcntl)
+PASS_ON_CONTROLLING(fcntl64)
+
+PASS_ON(int, -1, access, (const char *path, int mode) noexcept, (path, mode),
+        about(CallKind::Look, "access", AT_FDCWD, path), nullptr)
+#if __GLIBC_PREREQ(2, 33)
+PASS_ON_LOOKING("stat", stat, (const char *path, struct stat *status) noexcept, (path, status),
+                AT_FDCWD, path)
+PASS_ON_LOOKING("stat", stat64, (const char *path, struct stat64 *status) noexcept, (path, status),
+                AT_FDCWD, path)
+PASS_ON_LOOKING("lstat", lstat, (const char *path, struct stat *status) noexcept, (path, status),
+                AT_FDCWD, path)
+PASS_ON_LOOKING("lstat", lstat64, (const char *path, struct stat64 *status) noexcept,
+                (path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("fstat", fstat, (int file, struct stat *status) noexcept, (file, status), file,
+                nullptr)
+PASS_ON_LOOKING("fstat", fstat64, (int file, struct stat64 *status) noexcept, (file, status), file,
+                nullptr)
+PASS_ON_LOOKING("fstatat", fstatat,
+                (int folder, const char *path, struct stat *status, int flags) noexcept,
+                (folder, path, status, flags), folder, path)
+PASS_ON_LOOKING("fstatat", fstatat64,
+                (int folder, const char *path, struct stat64 *status, int flags) noexcept,
+                (folder, path, status, flags), folder, path)
+#else
+// The functions that the headers of an older library declare are in every program and call these.
+PASS_ON_LOOKING("stat", __xstat, (int version, const char *path, struct stat *status) noexcept,
+                (version, path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("stat", __xstat64, (int version, const char *path, struct stat64 *status) noexcept,
+                (version, path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("lstat", __lxstat, (int version, const char *path, struct stat *status) noexcept,
+                (version, path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("lstat", __lxstat64,
+                (int version, const char *path, struct stat64 *status) noexcept,
+                (version, path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("fstat", __fxstat, (int version, int file, struct stat *status) noexcept,
+                (version, file, status), file, nullptr)
+PASS_ON_LOOKING("fstat", __fxstat64, (int version, int file, struct stat64 *status) noexcept,
+                (version, file, status), file, nullptr)
+PASS_ON_LOOKING("fstatat", __fxstatat,
+                (int version, int folder, const char *path, struct stat *status,
+                 int flags) noexcept,
+                (version, folder, path, status, flags), folder, path)
+PASS_ON_LOOKING("fstatat", __fxstatat64,
+                (int version, int folder, const char *path, struct stat64 *status,
+                 int flags) noexcept,
+                (version, folder, path, status, flags), folder, path)
+#endif
+// With times of 64 bits on a machine of 32 bits; nobody calls them elsewhere.
+PASS_ON_LOOKING("stat", __stat64_time64, (const char *path, void *status) noexcept, (path, status),
+                AT_FDCWD, path)
+PASS_ON_LOOKING("lstat", __lstat64_time64, (const char *path, void *status) noexcept,
+                (path, status), AT_FDCWD, path)
+PASS_ON_LOOKING("fstat", __fstat64_time64, (int file, void *status) noexcept, (file, status), file,
+                nullptr)
+PASS_ON_LOOKING("fstatat", __fstatat64_time64,
+                (int folder, const char *path, void *status, int flags) noexcept,
+                (folder, path, status, flags), folder, path)
+PASS_ON_LOOKING("statx", statx,
+                (int folder, const char *path, int flags, unsigned mask,
+                 struct statx *status) noexcept,
+                (folder, path, flags, mask, status), folder, path)
+PASS_ON_LOOKING("fstatfs", fstatfs, (int file, struct statfs *status) noexcept, (file, status),
+                file, nullptr)
+PASS_ON_LOOKING("fstatfs", fstatfs64, (int file, struct statfs64 *status) noexcept, (file, status),
+                file, nullptr)
+
+PASS_ON(int, -1, unlink, (const char *path) noexcept, (path),
+        about(CallKind::Remove, "unlink", AT_FDCWD, path), nullptr)
+PASS_ON(int, -1, remove, (const char *path) noexcept, (path),
+        about(CallKind::Remove, "remove", AT_FDCWD, path), nullptr)
+PASS_ON(int, -1, rmdir, (const char *path) noexcept, (path),
+        about(CallKind::RemoveFolder, "rmdir", AT_FDCWD, path), nullptr)
+PASS_ON(int, -1, unlinkat, (int folder, const char *path, int flags) noexcept,
+        (folder, path, flags),
+        about((flags & AT_REMOVEDIR) != 0 ? CallKind::RemoveFolder : CallKind::Remove, "unlinkat",
+              folder, path, flags),
+        nullptr)
+PASS_ON(DIR *, nullptr, opendir, (const char *path), (path),
+        about(CallKind::OpenFolder, "opendir", AT_FDCWD, path), nullptr)
+PASS_ON(DIR *, nullptr, fdopendir, (int folder), (folder),
+        about(CallKind::OpenFolder, "fdopendir", folder), nullptr)
+PASS_ON(dirent *, nullptr, readdir, (DIR * folder), (folder),
+        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)), nullptr)
+PASS_ON(dirent64 *, nullptr, readdir64, (DIR * folder), (folder),
+        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)), nullptr)
+
+PASS_ON(int, -1, fdatasync, (int file), (file), about(CallKind::WriteOut, "fdatasync", file),
+        nullptr)
+PASS_ON(int, -1, fsync, (int file), (file), about(CallKind::WriteOut, "fsync", file), nullptr)
+PASS_ON(int, -1, syncfs, (int file) noexcept, (file), about(CallKind::WriteOut, "syncfs", file),
+        nullptr)
+PASS_ON(int, -1, sync_file_range, (int file, off64_t offset, off64_t length, unsigned flags),
+        (file, offset, length, flags),
+        about(CallKind::WriteOut, "sync_file_range", file, nullptr, static_cast<int>(flags), offset,
+              length),
+        nullptr)
+PASS_ON(int, -1, ftruncate, (int file, off_t size) noexcept, (file, size),
+        about(CallKind::Write, "ftruncate", file), nullptr)
+PASS_ON(int, -1, ftruncate64, (int file, off64_t size) noexcept, (file, size),
+        about(CallKind::Write, "ftruncate", file), nullptr)
+
+void sync() noexcept
+{
+    static auto *const real = next<void()>("sync");
+    if (testsupport::fateOf(about(CallKind::WriteOut, "sync", -1)).error == 0)
+        real();
+}
+
+int close(int file)
+{
+    static auto *const real = next<int(int)>("close");
+    return closed(about(CallKind::Close, "close", file), [&] { return real(file); });
+}
+
+int closedir(DIR *folder)
+{
+    static auto *const real = next<int(DIR *)>("closedir");
+    return closed(about(CallKind::Close, "closedir", -1), [&] { return real(folder); });
+}
+
+int fclose(FILE *stream)
+{
+    static auto *const real = next<int(FILE *)>("fclose");
+    return closed(about(CallKind::Close, "fclose", ::fileno(stream)), [&] { return real(stream); });
+}
+
+ssize_t read(int file, void *bytes, size_t size)
+{
+    static auto *const real = next<ssize_t(int, void *, size_t)>("read");
+    return transferred(about(CallKind::Read, "read", file), ssize_t{-1}, size,
+                       [&](size_t count) { return real(file, bytes, count); });
+}
+
+ssize_t write(int file, const void *bytes, size_t size)
+{
+    static auto *const real = next<ssize_t(int, const void *, size_t)>("write");
+    const auto length = static_cast<long long>(size);
+    return transferred(about(CallKind::Write, "write", file, nullptr, 0, 0, length), ssize_t{-1},
+                       size, [&](size_t count) { return real(file, bytes, count); });
+}
+
+size_t fwrite(const void *bytes, size_t size, size_t items, FILE *stream)
+{
+    static auto *const real = next<size_t(const void *, size_t, size_t, FILE *)>("fwrite");
+    const auto length = static_cast<long long>(size * items);
+    return transferred(about(CallKind::Write, "fwrite", ::fileno(stream), nullptr, 0, 0, length),
+                       size_t{0}, items,
+                       [&](size_t count) { return real(bytes, size, count, stream); });
+}
+
+time_t time(time_t *result) noexcept
+{
+    static auto *const real = next<time_t(time_t *)>("time");
+    if (!testsupport::clockIsHooked)
+        return real(result);
+    const auto second = static_cast<time_t>(testsupport::hooks().clock());
+    if (result != nullptr)
+        *result = second;
+    return second;
+}
+
+long long __time64(long long *result) noexcept
+{
+    static auto *const real = next<long long(long long *)>("__time64");
+    if (!testsupport::clockIsHooked)
+        return real(result);
+    const long long second = testsupport::hooks().clock();
+    if (result != nullptr)
+        *result = second;
+    return second;
+}
+
+int nanosleep(const timespec *wanted, timespec *remaining)
+{
+    static auto *const real = next<int(const timespec *, timespec *)>("nanosleep");
+    constexpr timespec shortPause = {0, 50000};
+    return real(testsupport::pausesAreShort ? &shortPause : wanted, remaining);
+}
+}
+// NOLINTEND
