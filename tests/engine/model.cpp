@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The worker and a plain model of it on the same random trees: results, signals in
-// their order with their arguments, and what is left on the disk must be the same. A
-// difference names its seed; one that was a defect once stays below with a name.
+// The worker and a plain model of it on the same random trees: results, signals in their order
+// with their arguments, and what is left on the disk must be the same. A difference names its
+// seed; one that was a defect once stays below with a name.
 
 #include "engine/filecrusher.h"
 
@@ -12,62 +12,49 @@
 #include "model/randomtree.h"
 #include "model/seeds.h"
 #include "ordinaryuser.h"
-#include "signallog.h"
 #include "suites.h"
+#include "systemcalls.h"
 
-#include <QDeadlineTimer>
 #include <QtTest>
 
 #include <ctime>
-#include <functional>
 
-#include <unistd.h>
-
-using testsupport::Dice;
-using testsupport::ModelDisk;
-using testsupport::ModelEngine;
-using testsupport::RandomTree;
-using testsupport::SignalLog;
-using testsupport::SignalRecord;
-using testsupport::SignalRecords;
+using namespace testsupport;
 
 namespace
 {
 
 constexpr int usualCases = 500; // of each of the two kinds
-constexpr useconds_t shortPause = 50;
 constexpr int deepest = 3;
 
-/// What is asked of both, and when they are stopped: at this signal, 0 for never.
-struct Plan {
-    explicit Plan(quint32 seed)
-        : dice(seed)
-        , tree(dice)
-    {
-    }
-
-    Dice dice;
-    RandomTree tree;
-    int stopAt = 0;
-};
-
-/// Knows the signal at which the plan stops the worker. The answer to a stop is none of those
+/// Calls @p stop at the signal numbered @p at, never for 0. The answer to a stop is none of those
 /// that count: after it the worker may find its queue empty or not.
-class Stopper
+std::function<void(const SignalRecord &)> stopAt(int at, const std::function<void()> &stop)
 {
-public:
-    explicit Stopper(int signal)
-        : countdown(signal)
+    return [stop, countdown = at](const SignalRecord &record) mutable {
+        if (record.name != "stopped" && --countdown == 0)
+            stop();
+    };
+}
+
+/// The model, and all that it says until it is stopped.
+struct Twin {
+    Twin(ModelDisk &disk, int stopSignal)
+        : stopper(stopAt(stopSignal, [this] { engine.stopRequested = true; }))
+        , engine(disk, [this](const SignalRecord &record) {
+            told.append(record);
+            stopper(record);
+        })
     {
     }
-    bool isNow(const SignalRecord &record) { return record.name != "stopped" && --countdown == 0; }
 
-private:
-    int countdown;
+    SignalRecords told;
+    std::function<void(const SignalRecord &)> stopper;
+    ModelEngine engine;
 };
 
 /// The same entry by another spelling; the worker must repeat it as it got it.
-QString spelled(const QByteArray &path, bool isFolder, Dice &dice)
+QString spelled(const QByteArray &path, const ModelDisk &disk, Dice &dice)
 {
     const int slash = path.lastIndexOf('/');
     switch (dice.upTo(8)) {
@@ -76,22 +63,10 @@ QString spelled(const QByteArray &path, bool isFolder, Dice &dice)
     case 1:
         return QString::fromUtf8(path.left(slash) + "/." + path.mid(slash));
     case 2:
-        return QString::fromUtf8(isFolder ? path + '/' : path);
+        return QString::fromUtf8(disk.isDirectory(path) && !disk.isLink(path) ? path + '/' : path);
     default:
         return QString::fromUtf8(path);
     }
-}
-
-/// Looks again and again: the worker takes microseconds here, and a wait of Qt's milliseconds.
-bool soon(const std::function<bool()> &condition)
-{
-    const QDeadlineTimer deadline(testsupport::patience);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        ::usleep(shortPause);
-    }
-    return true;
 }
 
 } // namespace
@@ -110,10 +85,11 @@ private slots:
 private:
     static QString differenceInRoutine(quint32 seed);
     QString differenceInWorker(quint32 seed) const;
-    SignalRecords heardFromWorker(const QStringList &paths, int stopAt, int expected) const;
+    SignalRecords heardFromWorker(const QStringList &paths, int stopSignal, int expected) const;
 
-    testsupport::OrdinaryUser user; ///< whatever goes wrong, it has no more rights than that
-    FileCrusher *worker = nullptr;  ///< its thread ends with the process
+    OrdinaryUser user; ///< whatever goes wrong, it has no more rights than that
+    ShortPauses quickly;
+    FileCrusher *worker = nullptr; ///< its thread ends with the process
 };
 
 void TestModelEngine::initTestCase()
@@ -125,40 +101,26 @@ void TestModelEngine::initTestCase()
 /// One of the routines, called directly.
 QString TestModelEngine::differenceInRoutine(quint32 seed)
 {
-    Plan plan(seed);
-    Dice &dice = plan.dice;
-    QByteArray path = plan.tree.makeEntry(deepest);
+    Dice dice(seed);
+    RandomTree tree(dice);
+    QByteArray path = tree.makeEntry(deepest);
     if (dice.onceIn(2))
-        path = plan.tree.makeFolder(deepest);
+        path = tree.makeFolder(deepest);
     if (dice.onceIn(20))
-        path = plan.tree.freePath();
-    ModelDisk disk(plan.tree.root());
+        path = tree.freePath();
+    ModelDisk disk(tree.root());
     if (dice.onceIn(2))
-        plan.tree.takePermissions(disk);
-    if (dice.onceIn(3))
-        plan.stopAt = 1 + dice.upTo(12);
+        tree.takePermissions(disk);
+    const int stopSignal = dice.onceIn(3) ? 1 + dice.upTo(12) : 0;
 
-    SignalRecords told;
-    Stopper modelStopper(plan.stopAt);
-    ModelEngine *hearing = nullptr;
-    ModelEngine model(disk, [&](const SignalRecord &record) {
-        told.append(record);
-        if (modelStopper.isNow(record))
-            hearing->stopRequested = true;
-    });
-    hearing = &model;
-
+    Twin twin(disk, stopSignal);
+    ModelEngine &model = twin.engine;
     FileCrusher crusher;
     SignalLog log(&crusher);
-    Stopper stopper(plan.stopAt);
-    log.onRecord = [&](const SignalRecord &record) {
-        if (stopper.isNow(record))
-            crusher.requestStop(true);
-    };
+    log.onRecord = stopAt(stopSignal, [&crusher] { crusher.requestStop(true); });
 
-    const QString name = spelled(path, disk.isDirectory(path) && !disk.isLink(path), dice);
+    const QString name = spelled(path, disk, dice);
     const QByteArray bytes = name.toUtf8();
-    const QString top = QString::fromUtf8(plan.tree.root());
     const std::time_t first = std::time(nullptr);
     if (FileCrusher::directorySize(bytes.constData()) != model.directorySize(name)
         && !disk.isLink(bytes))
@@ -168,6 +130,7 @@ QString TestModelEngine::differenceInRoutine(quint32 seed)
     if (dice.onceIn(4) && disk.isFile(bytes) && !disk.isLink(bytes)) {
         const auto total = 250000 * static_cast<quint64>(dice.upTo(3));
         const auto done = static_cast<quint64>(dice.upTo(100000));
+        const QString top = QString::fromUtf8(tree.root());
         expected = model.shredFileInDirectory(name, total, done, top);
         found = crusher.shredFileInDirectory(bytes.constData(), total, done, top);
     } else if (!disk.isLink(bytes) && (disk.isDirectory(bytes) || dice.onceIn(8))) {
@@ -180,74 +143,62 @@ QString TestModelEngine::differenceInRoutine(quint32 seed)
     disk.restoreModes();
     if (expected != found)
         return QStringLiteral("%1 comes to %2, not %3").arg(name).arg(found).arg(expected);
-    const QString inSignals = testsupport::differenceBetween(told, log.records());
+    const QString inSignals = differenceBetween(twin.told, log.records());
     return inSignals.isEmpty() ? disk.differenceFromDisk(first, std::time(nullptr)) : inSignals;
 }
 
 /// Paths one after the other through the queue of the running thread.
 QString TestModelEngine::differenceInWorker(quint32 seed) const
 {
-    Plan plan(seed);
-    Dice &dice = plan.dice;
+    Dice dice(seed);
+    RandomTree tree(dice);
     QByteArrayList entries;
     for (int number = dice.upTo(4); number >= 0; --number)
-        entries.append(plan.tree.makeEntry(deepest - 1));
+        entries.append(tree.makeEntry(deepest - 1));
     if (dice.onceIn(3))
-        entries.append(plan.tree.freePath());
-    ModelDisk disk(plan.tree.root());
+        entries.append(tree.freePath());
+    ModelDisk disk(tree.root());
     if (dice.onceIn(3))
-        plan.tree.takePermissions(disk);
-    if (dice.onceIn(2))
-        plan.stopAt = 1 + dice.upTo(25);
+        tree.takePermissions(disk);
+    const int stopSignal = dice.onceIn(2) ? 1 + dice.upTo(25) : 0;
     QStringList paths;
     for (const QByteArray &entry : qAsConst(entries)) {
-        paths.append(spelled(entry, disk.isDirectory(entry) && !disk.isLink(entry), dice));
+        paths.append(spelled(entry, disk, dice));
         if (dice.onceIn(8))
             paths.append(QString());
         if (dice.onceIn(8))
             paths.append(paths.first());
     }
 
-    SignalRecords told;
-    Stopper stopper(plan.stopAt);
-    ModelEngine *hearing = nullptr;
-    ModelEngine model(disk, [&](const SignalRecord &record) {
-        told.append(record);
-        if (stopper.isNow(record))
-            hearing->stopRequested = true;
-    });
-    hearing = &model;
+    Twin twin(disk, stopSignal);
     for (const QString &path : qAsConst(paths))
-        model.takeFromQueue(path);
+        twin.engine.takeFromQueue(path);
 
     const std::time_t first = std::time(nullptr);
-    const bool isStopped = told.contains({"stopped"}); // else the end comes before that signal
-    const SignalRecords heard = heardFromWorker(paths, isStopped ? plan.stopAt : 0, told.size());
+    const bool isStopped = twin.told.contains({"stopped"}); // else the end comes before that signal
+    const SignalRecords heard =
+        heardFromWorker(paths, isStopped ? stopSignal : 0, twin.told.size());
     disk.restoreModes();
-    const QString inSignals = testsupport::differenceBetween(told, heard);
+    const QString inSignals = differenceBetween(twin.told, heard);
     return inSignals.isEmpty() ? disk.differenceFromDisk(first, std::time(nullptr)) : inSignals;
 }
 
 /// What the worker says about @p paths, and nothing said later: it has answered a stop by then.
-SignalRecords TestModelEngine::heardFromWorker(const QStringList &paths, int stopAt,
+SignalRecords TestModelEngine::heardFromWorker(const QStringList &paths, int stopSignal,
                                                int expected) const
 {
     SignalLog log(worker);
-    Stopper stopper(stopAt);
-    log.onRecord = [&](const SignalRecord &record) {
-        if (stopper.isNow(record))
-            worker->requestStop(true);
-    };
+    log.onRecord = stopAt(stopSignal, [this] { worker->requestStop(true); });
     const QString last = QStringLiteral("/nowhere/behind everything");
     for (const QString &path : paths)
         worker->addPath(path);
     worker->addPath(last);
     const SignalRecord end("finishOne", {last});
-    if (!soon([&] { return log.count() > expected && log.records().contains(end); }))
+    if (!eventually([&] { return log.count() > expected && log.records().contains(end); }))
         return log.records();
     const int before = log.count("stopped");
     worker->requestStop(true);
-    soon([&] { return log.count("stopped") > before; });
+    eventually([&] { return log.count("stopped") > before; });
     SignalRecords heard = log.records();
     heard.removeLast();
     heard.removeOne(end);
@@ -256,15 +207,13 @@ SignalRecords TestModelEngine::heardFromWorker(const QStringList &paths, int sto
 
 void TestModelEngine::routinesAgreeWithTheModel()
 {
-    const QString found = testsupport::firstDifference(usualCases, differenceInRoutine);
-    QVERIFY2(found.isEmpty(), qPrintable(found));
+    QCOMPARE(firstDifference(usualCases, differenceInRoutine), QString());
 }
 
 void TestModelEngine::workerAgreesWithTheModel()
 {
-    const QString found = testsupport::firstDifference(
-        usualCases, [this](quint32 seed) { return differenceInWorker(seed); });
-    QVERIFY2(found.isEmpty(), qPrintable(found));
+    const auto difference = [this](quint32 seed) { return differenceInWorker(seed); };
+    QCOMPARE(firstDifference(usualCases, difference), QString());
 }
 
 void TestModelEngine::seedsThatDisagreedOnceAgree_data()

@@ -56,8 +56,8 @@ QStringList TestStop::makeFiles() const
 /// Requests a stop as soon as @p signal is emitted for the time @p count.
 void TestStop::stopAt(const char *signal, int count)
 {
-    log->onRecord = [this, signal, count](const SignalRecord &) {
-        if (log->count(signal) == count)
+    log->onRecord = [this, signal, count](const SignalRecord &record) {
+        if (record.name == signal && log->count(signal) == count)
             crusher->requestStop(true);
     };
 }

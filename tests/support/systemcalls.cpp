@@ -74,7 +74,7 @@ CallFate fateOf(const SystemCall &call)
     return fate;
 }
 
-/// Pipes and the wake-up calls of event loops are no files.
+/// Pipes and the wake-up calls of event loops are no files; nobody has C streams for those.
 bool isAboutFile(int descriptor)
 {
     bool isFile = false;
@@ -142,7 +142,7 @@ int closed(const SystemCall &call, Perform perform)
 template <class Result, class Perform>
 Result transferred(const SystemCall &call, Result failure, size_t size, Perform perform)
 {
-    if (isUnseen() || !isAboutFile(call.file))
+    if (isUnseen() || !(call.is("fwrite") || isAboutFile(call.file)))
         return perform(size);
     const CallFate fate = fateOf(call);
     if (fate.pretended)
