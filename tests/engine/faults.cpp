@@ -14,7 +14,6 @@
 #include <cerrno>
 #include <limits>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace testsupport;
@@ -40,14 +39,12 @@ private slots:
     void unusableSizeLeavesTheFile_data();
     void unusableSizeLeavesTheFile();
     void sizeZeroInATreeIsAccepted();
-    void failedRemovalIsReportedAlone();
     void folderThatVanishesBeforeTheWalkIsMissing();
     void folderThatCannotBeReadKeepsItsContents();
     void folderThatCouldNotBeSizedIsOverwrittenAllTheSame();
     void fileThatVanishesDuringTheWalkIsPassedOver();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs();
-    void fileThatCannotBeOpenedStaysAndTheFolderFails();
     void folderThatVanishesDuringTheWalkIsAFailure();
 
 private:
@@ -101,21 +98,6 @@ void TestFaults::sizeZeroInATreeIsAccepted()
     QCOMPARE(shredInTree(file, 5000), qint64{0});
     QVERIFY(!entryExists(file));
     QCOMPARE(log->records(), (SignalRecords{progress(tree->path(), 0), removal(file)}));
-}
-
-void TestFaults::failedRemovalIsReportedAlone()
-{
-    const QString file = tree->makeFile("file", 100);
-    const QString empty = tree->makeFile("empty", 0);
-    const CallHook hook(
-        [](const SystemCall &call) { return CallFate{call.kind == CallKind::Remove ? EPERM : 0}; });
-    QCOMPARE(shredFile(empty), qint64{-7});
-    QCOMPARE(shredInTree(empty, 100), qint64{-7});
-    QCOMPARE(shredInTree(empty, 0), qint64{-7});
-    QCOMPARE(shredInTree(file, 100), qint64{-7});
-    QCOMPARE(log->records(), SignalRecords());
-    QCOMPARE(shredFile(file), qint64{-7});
-    QCOMPARE(log->records(), SignalRecords{progress(file, 99)});
 }
 
 void TestFaults::folderThatVanishesBeforeTheWalkIsMissing()
@@ -190,18 +172,6 @@ void TestFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs()
     QVERIFY(isAsMade(outside, 10));
     QCOMPARE(log->records().contains(removal(replaced + QStringLiteral("/inner"))),
              decoy == QLatin1String("folder"));
-}
-
-void TestFaults::fileThatCannotBeOpenedStaysAndTheFolderFails()
-{
-    const QString file = tree->makeFile("top/file", 10);
-    {
-        const CallHook hook([](const SystemCall &call) {
-            return CallFate{call.is("openat") && (call.flags & O_ACCMODE) == O_RDWR ? EMFILE : 0};
-        });
-        QCOMPARE(workOn({top()}), SignalRecords{failure(top())});
-    }
-    QVERIFY(isAsMade(file, 10));
 }
 
 void TestFaults::folderThatVanishesDuringTheWalkIsAFailure()

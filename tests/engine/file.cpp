@@ -25,12 +25,9 @@ private slots:
     void resultIsTheNumberOfBytes_data();
     void resultIsTheNumberOfBytes();
     void emptyFileIsUnlinkedUnopened();
-    void emptyFileOfAFolderReportsTheShareDone();
     void fileOfAnEmptyTreeIsUnlinkedUnwritten();
-    void emptyFolderOfAnEmptyTreeIsRemoved();
     void linkIsUnlinkedAndItsTargetSurvives_data();
     void linkIsUnlinkedAndItsTargetSurvives();
-    void danglingLinkOfAFolderIsNothingToDo();
     void pathIsReportedAsGiven();
     void stopRequestDoesNotHoldUpAFile();
     void statSizeFollowsLinks();
@@ -47,6 +44,11 @@ void TestFile::nullPathIsRefused()
 
 void TestFile::missingPathIsNothingToDo()
 {
+    // As a path is followed, a link to nothing is missing too, but not by itself.
+    const QString dangling = tree->makeLink("dangling", "nowhere");
+    QCOMPARE(shredInTree(dangling, 100), qint64{0});
+    QCOMPARE(shredInTree(dangling, 0), qint64{0});
+    QVERIFY(entryExists(dangling));
     for (const char *name : {"missing", "no folder/missing"}) {
         QCOMPARE(shredFile(tree->path(name)), qint64{0});
         QCOMPARE(shredInTree(tree->path(name), 100), qint64{0});
@@ -107,14 +109,6 @@ void TestFile::emptyFileIsUnlinkedUnopened()
     QCOMPARE(opened, 0);
 }
 
-void TestFile::emptyFileOfAFolderReportsTheShareDone()
-{
-    const QString file = tree->makeFile("empty", 0);
-    QCOMPARE(shredInTree(file, 200, 50), qint64{0});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(), (SignalRecords{progress(tree->path(), 25), removal(file)}));
-}
-
 void TestFile::fileOfAnEmptyTreeIsUnlinkedUnwritten()
 {
     const QString file = tree->makeFile("file", 5000);
@@ -124,10 +118,6 @@ void TestFile::fileOfAnEmptyTreeIsUnlinkedUnwritten()
     QVERIFY(isAsMade(secondName, 5000));
     // Unlike anywhere else the path is not reported as it was given but cleaned.
     QCOMPARE(log->records(), SignalRecords{removal(file)});
-}
-
-void TestFile::emptyFolderOfAnEmptyTreeIsRemoved()
-{
     const QString folder = tree->makeFolder("folder");
     QCOMPARE(shredInTree(folder, 0), qint64{0});
     QVERIFY(!entryExists(folder));
@@ -159,15 +149,6 @@ void TestFile::linkIsUnlinkedAndItsTargetSurvives()
     QVERIFY(!entryExists(link));
     QVERIFY(entryExists(other));
     QVERIFY(isAsMade(ten, 10) && isAsMade(stopCode, 255) && isAsMade(inside, 10));
-}
-
-void TestFile::danglingLinkOfAFolderIsNothingToDo()
-{
-    const QString link = tree->makeLink("dangling", "nowhere");
-    QCOMPARE(shredInTree(link, 100), qint64{0});
-    QCOMPARE(shredInTree(link, 0), qint64{0});
-    QVERIFY(entryExists(link));
-    QCOMPARE(log->records(), SignalRecords());
 }
 
 void TestFile::pathIsReportedAsGiven()

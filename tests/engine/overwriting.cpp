@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What stands in a file when its name goes: each test shreds one file by itself and one as a
-// part of a folder.
+// The bytes that files are overwritten with, and what stands in a file when its name goes. Files
+// are shredded by themselves and as parts of a folder.
+
+#include "engine/blockfiller.h"
 
 #include "enginetest.h"
 #include "expectedbytes.h"
@@ -11,8 +13,11 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <ctime>
+#include <thread>
 
 #include <sys/stat.h>
 
@@ -22,6 +27,7 @@ namespace
 {
 
 constexpr std::time_t someSecond = 1700000000;
+constexpr int blockSize = static_cast<int>(BlockFiller::blockSize);
 
 } // namespace
 
@@ -30,11 +36,16 @@ class TestOverwriting : public EngineTest
     Q_OBJECT
 
 private slots:
+    void bytesAreTheSeededSequenceBackwards_data();
+    void bytesAreTheSeededSequenceBackwards();
+    void everySecondHasItsOwnBytes();
+    void bytesAroundTheCountAreLeftAlone();
+    void neighbourDrawingRandomNumbersDoesNotDisturb();
+
     void bytesAreOverwrittenInPlace_data();
     void bytesAreOverwrittenInPlace();
     void everyBlockIsOfItsOwnSecond_data() { aloneAndInATree(); }
     void everyBlockIsOfItsOwnSecond();
-    void blocksOfOneSecondAreTheSame();
     void asManyBytesAreWrittenAsTheSizeSays();
     void fileIsWrittenAsBlocksAndATail_data() { aloneAndInATree(); }
     void fileIsWrittenAsBlocksAndATail();
@@ -45,6 +56,7 @@ private slots:
 
 private:
     static void aloneAndInATree();
+    QByteArray filled(std::time_t second, int count = blockSize);
     qint64 shred(const QString &file);
 };
 
@@ -55,10 +67,91 @@ void TestOverwriting::aloneAndInATree()
     QTest::newRow("in a tree") << false;
 }
 
+QByteArray TestOverwriting::filled(std::time_t second, int count)
+{
+    const ClockHook clock([second] { return second; });
+    QByteArray bytes(count, '\0');
+    crusher->fillRandom(bytes.data(), static_cast<std::size_t>(count));
+    return bytes;
+}
+
 qint64 TestOverwriting::shred(const QString &file)
 {
     QFETCH(bool, alone);
     return alone ? shredFile(file) : shredInTree(file, 1000000);
+}
+
+void TestOverwriting::bytesAreTheSeededSequenceBackwards_data()
+{
+    QTest::addColumn<qint64>("second");
+    QTest::newRow("zero") << qint64{0};
+    QTest::newRow("today") << qint64{someSecond};
+    QTest::newRow("last of 31 bits") << qint64{0x7FFFFFFF};
+    QTest::newRow("first of 32 bits") << qint64{0x80000000};
+    QTest::newRow("last of 32 bits") << qint64{0xFFFFFFFF};
+    QTest::newRow("beyond 32 bits") << qint64{0x100000000} + someSecond;
+    QTest::newRow("before 1970") << qint64{-1};
+}
+
+void TestOverwriting::bytesAreTheSeededSequenceBackwards()
+{
+    QFETCH(qint64, second);
+    for (int count = 0; count <= blockSize; count += count < 5 ? 1 : 409)
+        QCOMPARE(filled(second, count), expectedBytes(count, second));
+    QCOMPARE(filled(second), expectedBytes(blockSize, second));
+    // Nobody asks for more than a block, but the routine allows it.
+    QByteArray beyond(2 * blockSize + 5, '\0');
+    std::srand(static_cast<unsigned>(second));
+    for (int index = beyond.size() - 1; index >= 0; --index)
+        beyond[index] = static_cast<char>(std::rand() & 0xFF); // NOLINT: the bytes are rand()'s
+    QCOMPARE(filled(second, beyond.size()), beyond);
+}
+
+void TestOverwriting::everySecondHasItsOwnBytes()
+{
+    const QByteArray first = filled(someSecond);
+    QCOMPARE(filled(someSecond), first);
+    QCOMPARE(filled(someSecond, 100), first.right(100));
+    // Clocks may also be put back.
+    for (const std::time_t second : {someSecond + 1, someSecond - 1, std::time_t{0}}) {
+        QCOMPARE(filled(second), expectedBytes(blockSize, second));
+        QVERIFY(filled(second) != first);
+    }
+    QCOMPARE(filled(someSecond), first);
+}
+
+void TestOverwriting::bytesAroundTheCountAreLeftAlone()
+{
+    const ClockHook clock([] { return someSecond; });
+    for (const int count : {0, 1000}) {
+        const QByteArray margin(16, '#');
+        QByteArray bytes = margin + QByteArray(count, '\0') + margin;
+        crusher->fillRandom(bytes.data() + margin.size(), static_cast<std::size_t>(count));
+        QCOMPARE(bytes, margin + expectedBytes(count, someSecond) + margin);
+    }
+}
+
+void TestOverwriting::neighbourDrawingRandomNumbersDoesNotDisturb()
+{
+    const QByteArray expected = expectedBytes(blockSize, someSecond);
+    std::atomic<bool> started{false};
+    std::atomic<bool> ended{false};
+    std::thread neighbour([&] {
+        while (!ended) {
+            static_cast<void>(std::rand());
+            started = true;
+        }
+    });
+    while (!started)
+        std::this_thread::yield();
+    bool same = true;
+    for (int round = 0; round < 200 && same; ++round) {
+        filled(0); // another second: the next block is made anew
+        same = filled(someSecond) == expected;
+    }
+    ended = true;
+    neighbour.join();
+    QVERIFY(same);
 }
 
 void TestOverwriting::bytesAreOverwrittenInPlace_data()
@@ -85,27 +178,16 @@ void TestOverwriting::bytesAreOverwrittenInPlace()
 
 void TestOverwriting::everyBlockIsOfItsOwnSecond()
 {
-    constexpr int blocks = 4;
     QByteArray expected;
-    for (int block = 0; block < blocks; ++block)
-        expected += expectedBytes(4096, someSecond + block);
-    expected += expectedBytes(123, someSecond + blocks);
-
+    for (const int step : {0, 1, 1, 2}) // two blocks within the same second
+        expected += expectedBytes(blockSize, someSecond + step);
+    expected += expectedBytes(123, someSecond + 3);
     const QString file = tree->makeFile("file", expected.size());
     const QString secondName = tree->makeHardLink("second name", file);
-    std::time_t next = someSecond;
-    const ClockHook clock([&next] { return next++; });
+    QList<std::time_t> seconds{0, 1, 1, 2, 3};
+    const ClockHook clock([&seconds] { return someSecond + seconds.takeFirst(); });
     QCOMPARE(shred(file), qint64{expected.size()});
     QCOMPARE(TemporaryTree::contentsOf(secondName), expected);
-}
-
-void TestOverwriting::blocksOfOneSecondAreTheSame()
-{
-    const QString file = tree->makeFile("file", 3 * 4096);
-    const QString secondName = tree->makeHardLink("second name", file);
-    const ClockHook clock([] { return someSecond; });
-    QCOMPARE(shredFile(file), qint64{3 * 4096});
-    QCOMPARE(TemporaryTree::contentsOf(secondName), expectedBytes(4096, someSecond).repeated(3));
 }
 
 void TestOverwriting::asManyBytesAreWrittenAsTheSizeSays()

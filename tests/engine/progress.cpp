@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Which percentages are reported, of a lone file and of a folder, and the arithmetic
-// behind them. Sizes beyond 32 bits are in hugefiles.cpp.
+// Which percentages are reported, of a lone file and of a folder. Sizes beyond 32 bits are in
+// hugefiles.cpp; model.cpp compares all reports of random trees.
 
 #include "engine/shredprogress.h"
 
@@ -19,39 +19,6 @@ namespace
 constexpr qint64 block = 4096;
 constexpr quint64 twoTo31 = quint64{1} << 31;
 constexpr quint64 twoTo32 = quint64{1} << 32;
-
-/// The reports of a lone file of @p blocks whole blocks: steps of two points, then always 99.
-QList<int> percentsAlone(qint64 blocks)
-{
-    QList<int> percents;
-    int last = 0;
-    for (qint64 left = blocks - 1; left >= 0; --left) {
-        const int percent = 100 - static_cast<int>(left * 100 / blocks);
-        if (percent - last >= 2) {
-            percents.append(percent);
-            last = percent;
-        }
-    }
-    percents.append(99);
-    return percents;
-}
-
-/// The reports of a file of a folder: the blocks still to come rise more than five points above
-/// the last report or are not mentioned; the end is always.
-QList<int> percentsInTree(qint64 size, qint64 total, qint64 done)
-{
-    QList<int> percents;
-    qint64 last = done * 100 / total;
-    for (qint64 left = size / block - 1; left >= 0; --left) {
-        const qint64 percent = (done + left * block) * 100 / total;
-        if (percent - last > 5) {
-            percents.append(static_cast<int>(percent));
-            last = percent;
-        }
-    }
-    percents.append(static_cast<int>((done + size) * 100 / total));
-    return percents;
-}
 
 SignalRecords recordsOf(const QString &path, const QList<int> &percents, const QString &file)
 {
@@ -71,17 +38,11 @@ class TestProgress : public EngineTest
 private slots:
     void loneFileReportsStepsOfTwo_data();
     void loneFileReportsStepsOfTwo();
-    void loneFileFollowsTheShare_data();
-    void loneFileFollowsTheShare();
     void fileOfAFolderCountsDown_data();
     void fileOfAFolderCountsDown();
-    void fileOfAFolderFollowsTheShare_data();
-    void fileOfAFolderFollowsTheShare();
     void folderReportsTheStartsOfLargeFiles();
     void loneFilePercentNarrowsTheBlocks_data();
     void loneFilePercentNarrowsTheBlocks();
-    void treePercentIsRoundedDown_data();
-    void treePercentIsRoundedDown();
     void stepIsComparedAsSigned32Bit_data();
     void stepIsComparedAsSigned32Bit();
 };
@@ -109,22 +70,6 @@ void TestProgress::loneFileReportsStepsOfTwo()
     const QString file = tree->makeFile("file", size);
     QCOMPARE(shredFile(file), qint64{size});
     QCOMPARE(log->records(), recordsOf(file, expected, file));
-}
-
-void TestProgress::loneFileFollowsTheShare_data()
-{
-    QTest::addColumn<int>("size");
-    for (const int size : {49 * 4096, 50 * 4096, 51 * 4096, 99 * 4096, 100 * 4096, 101 * 4096 + 1,
-                           150 * 4096, 199 * 4096, 1048575, 1048577, 5 * 1048576})
-        QTest::addRow("%d bytes", size) << size;
-}
-
-void TestProgress::loneFileFollowsTheShare()
-{
-    QFETCH(int, size);
-    const QString file = tree->makeFile("file", size);
-    QCOMPARE(shredFile(file), qint64{size});
-    QCOMPARE(log->records(), recordsOf(file, percentsAlone(size / block), file));
 }
 
 void TestProgress::fileOfAFolderCountsDown_data()
@@ -158,30 +103,6 @@ void TestProgress::fileOfAFolderCountsDown()
     QCOMPARE(shredInTree(file, total, done), size);
     QVERIFY(!entryExists(file));
     QCOMPARE(log->records(), recordsOf(tree->path(), expected, file));
-}
-
-void TestProgress::fileOfAFolderFollowsTheShare_data()
-{
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<qint64>("total");
-    QTest::addColumn<qint64>("done");
-    for (const qint64 size : {1, 4095, 4096, 4097, 40960, 123456, 1048576}) {
-        for (const qint64 before : {0, 1, 5000, 1048576}) {
-            for (const qint64 after : {0, 1, 99999})
-                QTest::addRow("%lld of %lld after %lld", size, before + size + after, before)
-                    << size << before + size + after << before;
-        }
-    }
-}
-
-void TestProgress::fileOfAFolderFollowsTheShare()
-{
-    QFETCH(qint64, size);
-    QFETCH(qint64, total);
-    QFETCH(qint64, done);
-    const QString file = tree->makeFile("file", size);
-    QCOMPARE(shredInTree(file, total, done), size);
-    QCOMPARE(log->records(), recordsOf(tree->path(), percentsInTree(size, total, done), file));
 }
 
 void TestProgress::folderReportsTheStartsOfLargeFiles()
@@ -224,25 +145,6 @@ void TestProgress::loneFilePercentNarrowsTheBlocks()
     QFETCH(quint64, blocks);
     QFETCH(quint64, index);
     QTEST(shredprogress::loneFilePercent(blocks, index), "percent");
-}
-
-void TestProgress::treePercentIsRoundedDown_data()
-{
-    QTest::addColumn<quint64>("done");
-    QTest::addColumn<quint64>("total");
-    QTest::addColumn<quint64>("percent");
-    QTest::newRow("nothing yet") << quint64{0} << quint64{7} << quint64{0};
-    QTest::newRow("rounded down") << quint64{2} << quint64{3} << quint64{66};
-    QTest::newRow("all") << quint64{7} << quint64{7} << quint64{100};
-    QTest::newRow("tree that grew") << quint64{14} << quint64{7} << quint64{200};
-    QTest::newRow("terabytes") << (twoTo32 << 9) << (twoTo32 << 10) << quint64{50};
-}
-
-void TestProgress::treePercentIsRoundedDown()
-{
-    QFETCH(quint64, done);
-    QFETCH(quint64, total);
-    QTEST(shredprogress::treePercent(done, total), "percent");
 }
 
 void TestProgress::stepIsComparedAsSigned32Bit_data()

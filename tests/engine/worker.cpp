@@ -18,14 +18,7 @@ private slots:
     void signalsAreDeclaredInTheirOrder();
     void emptyPathIsSkippedWithoutASignal();
     void vanishedPathIsFinished();
-    void specialFileIsFinishedAndStays();
-    void fileIsFinishedAfterItsHistory();
-    void emptyFileIsFinished();
-    void linkIsFinishedWhateverItsTarget_data();
-    void linkIsFinishedWhateverItsTarget();
-    void folderIsFinishedAfterItsHistory();
-    void folderThatStaysIsFailed();
-    void linkBehindASlashIsFailed();
+    void everyKindHasItsVerdictAfterItsHistory();
     void fileOf255BytesHasNoVerdict();
     void pathsGoInTheOrderOfTheirArrival();
     void pathAddedDuringAReportFollows();
@@ -62,67 +55,31 @@ void TestWorker::vanishedPathIsFinished()
              QStringList{QStringLiteral("kept")});
 }
 
-void TestWorker::specialFileIsFinishedAndStays()
-{
-    const QString fifo = tree->makeFifo("fifo");
-    QCOMPARE(workOn({fifo}), SignalRecords{success(fifo)});
-    QVERIFY(entryExists(fifo));
-}
-
-void TestWorker::fileIsFinishedAfterItsHistory()
+void TestWorker::everyKindHasItsVerdictAfterItsHistory()
 {
     const QString file = tree->makeFile("file", 8192);
     QCOMPARE(workOn({file}), (SignalRecords{progress(file, 50), progress(file, 100),
                                             progress(file, 99), removal(file), success(file)}));
-}
+    const QString empty = tree->makeFile("empty", 0);
+    QCOMPARE(workOn({empty}), (SignalRecords{removal(empty), success(empty)}));
+    const QString fifo = tree->makeFifo("fifo");
+    QCOMPARE(workOn({fifo}), SignalRecords{success(fifo)});
+    QVERIFY(entryExists(fifo));
 
-void TestWorker::emptyFileIsFinished()
-{
-    const QString file = tree->makeFile("file", 0);
-    QCOMPARE(workOn({file}), (SignalRecords{removal(file), success(file)}));
-}
-
-void TestWorker::linkIsFinishedWhateverItsTarget_data()
-{
-    QTest::addColumn<QString>("target");
-    QTest::newRow("file") << QStringLiteral("file");
-    QTest::newRow("folder") << QStringLiteral("folder");
-    QTest::newRow("nothing") << QStringLiteral("nowhere");
-    QTest::newRow("file of 255 bytes") << QStringLiteral("folder/255");
-}
-
-void TestWorker::linkIsFinishedWhateverItsTarget()
-{
-    QFETCH(QString, target);
-    const QString file = tree->makeFile("file", 10);
-    const QString stopCode = tree->makeFile("folder/255", 255);
-    const QString link = tree->makeLink("link", target);
-    QCOMPARE(workOn({link}), (SignalRecords{removal(link), success(link)}));
-    QVERIFY(!entryExists(link));
-    QVERIFY(isAsMade(file, 10) && isAsMade(stopCode, 255));
-}
-
-void TestWorker::folderIsFinishedAfterItsHistory()
-{
-    const QString file = tree->makeFile("top/file", 10);
-    const QString top = tree->path("top");
-    QCOMPARE(workOn({top}), (SignalRecords{progress(top, 100), removal(file), progress(top, 100),
-                                           removal(top), success(top)}));
-}
-
-void TestWorker::folderThatStaysIsFailed()
-{
-    tree->makeFifo("top/fifo");
-    const QString top = tree->path("top");
-    QCOMPARE(workOn({top}), SignalRecords{failure(top)});
-}
-
-void TestWorker::linkBehindASlashIsFailed()
-{
-    const QString kept = tree->makeFile("folder/kept", 10);
-    const QString path = tree->makeLink("link", "folder") + QLatin1Char('/');
-    QCOMPARE(workOn({path}), SignalRecords{failure(path)});
-    QVERIFY(isAsMade(kept, 10));
+    const QString inner = tree->makeFile("folder/inner", 255);
+    const QString folder = tree->path("folder");
+    const QString linkBehindASlash = tree->makeLink("link", folder) + QLatin1Char('/');
+    QCOMPARE(workOn({linkBehindASlash}), SignalRecords{failure(linkBehindASlash)});
+    int links = 0;
+    for (const char *target : {"folder", "folder/inner", "nowhere"}) {
+        const QString link = tree->makeLink(QStringLiteral("link%1").arg(++links), target);
+        QCOMPARE(workOn({link}), (SignalRecords{removal(link), success(link)}));
+    }
+    QCOMPARE(workOn({folder}),
+             (SignalRecords{progress(folder, 100), removal(inner), progress(folder, 100),
+                            removal(folder), success(folder)}));
+    tree->makeFifo("folder/fifo");
+    QCOMPARE(workOn({folder}), SignalRecords{failure(folder)});
 }
 
 void TestWorker::fileOf255BytesHasNoVerdict()

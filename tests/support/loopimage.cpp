@@ -104,12 +104,12 @@ bool LoopImage::isUnknownToKernel() const
            && !known.readAll().contains('\t' + kind.type.toLatin1() + '\n');
 }
 
-QString LoopImage::path(const QString &name) const
+QString LoopImage::path(const TreeName &name) const
 {
-    return mountPoint + QLatin1Char('/') + name;
+    return mountPoint + QLatin1Char('/') + name.text;
 }
 
-QString LoopImage::makeFile(const QString &name, const QByteArray &contents) const
+QString LoopImage::makeFile(const TreeName &name, const QByteArray &contents) const
 {
     const QString file = path(name);
     QFile out(file);
@@ -119,7 +119,7 @@ QString LoopImage::makeFile(const QString &name, const QByteArray &contents) con
     return file;
 }
 
-QString LoopImage::makeFolder(const QString &name) const
+QString LoopImage::makeFolder(const TreeName &name) const
 {
     if (!QDir().mkpath(path(name)))
         qFatal("cannot make folder %s", qPrintable(path(name)));

@@ -7,6 +7,8 @@
 
 #pragma once
 
+#include "temporarytree.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -48,11 +50,11 @@ public:
     /// The file that stands for the medium.
     QString imageFile() const { return scratch.filePath(QStringLiteral("image")); }
     /// The absolute path of @p name in the file system; nothing is made.
-    QString path(const QString &name) const;
+    QString path(const TreeName &name) const;
 
     /// Makes a file with its parent folders; returns its path.
-    QString makeFile(const QString &name, const QByteArray &contents) const;
-    QString makeFolder(const QString &name) const;
+    QString makeFile(const TreeName &name, const QByteArray &contents) const;
+    QString makeFolder(const TreeName &name) const;
 
     /// Unmounts it, after which all that was written is on the medium.
     bool unmount();
