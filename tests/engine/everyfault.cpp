@@ -71,6 +71,7 @@ void TestEveryFault::listFaults()
     };
     rows("EACCES", EACCES, false);
     rows("EIO", EIO, false);
+    rows("ENOENT", ENOENT, false);
     rows("ENOSPC", ENOSPC, false);
     rows("EINTR", EINTR, false);
     rows("EROFS", EROFS, false);

@@ -12,8 +12,10 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <cstdio>
 #include <limits>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace testsupport;
@@ -45,6 +47,7 @@ private slots:
     void fileThatVanishesDuringTheWalkIsPassedOver();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs();
+    void fifoInThePlaceOfAFileIsLeftAlone();
     void folderThatVanishesDuringTheWalkIsAFailure();
 
 private:
@@ -172,6 +175,20 @@ void TestFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs()
     QVERIFY(isAsMade(outside, 10));
     QCOMPARE(log->records().contains(removal(replaced + QStringLiteral("/inner"))),
              decoy == QLatin1String("folder"));
+}
+
+void TestFaults::fifoInThePlaceOfAFileIsLeftAlone()
+{
+    const QString file = tree->makeFile("top/file", 10);
+    const QString fifo = tree->makeFifo("fifo");
+    const CallHook hook([&](const SystemCall &call) {
+        if (call.is("openat") && (call.flags & O_ACCMODE) == O_RDWR)
+            ::rename(fifo.toUtf8().constData(), file.toUtf8().constData());
+        return CallFate();
+    });
+    QCOMPARE(shredFolder(top()), qint64{-3});
+    QVERIFY(entryExists(file));
+    QCOMPARE(log->records(), SignalRecords());
 }
 
 void TestFaults::folderThatVanishesDuringTheWalkIsAFailure()

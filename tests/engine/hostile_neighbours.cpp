@@ -62,6 +62,7 @@ private slots:
 
     void swapBeforeAnyCallReachesNothingOutside_data();
     void swapBeforeAnyCallReachesNothingOutside();
+    void folderMovedAwayIsNotFollowedUpwards_data();
     void folderMovedAwayIsNotFollowedUpwards();
     void renamedParentHidesNothing();
 
@@ -149,23 +150,35 @@ void TestHostileNeighbours::swapBeforeAnyCallReachesNothingOutside()
     }
 }
 
+void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("folder with a folder") << QStringLiteral("top/sub");
+    QTest::newRow("folder deep down") << QStringLiteral("top/sub/deep");
+}
+
 /// Whoever climbs back by ".." from a folder that was moved meanwhile arrives elsewhere.
 void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards()
 {
+    QFETCH(QString, name);
     makeOutside(fileSize);
     int calls = 0;
     for (int moment = never; moment < calls; ++moment) {
         makeTree(fileSize);
-        const QString inside = tree->path("top/sub/deep");
-        const QString away = outside->path("deep, moved");
+        log->clear();
+        const QString away = outside->path("moved");
         const QStringList before = inventoryOf(outside->path("top"));
         const int made = shredAmong(tree->path("top"), [&](int call) {
             if (call == moment)
-                QDir().rename(inside, away);
+                QDir().rename(tree->path(name), away);
         });
         calls = std::max(calls, made);
         QCOMPARE(inventoryOf(outside->path("top")), before);
         QVERIFY(isAsMade(outside->path("file"), fileSize));
+        // What was not removed is not reported.
+        const QStringList gone = log->firstArguments("addToHistory");
+        for (const QString &path : gone)
+            QVERIFY(!entryExists(QString(path).replace(tree->path(name), away)));
         QDir(away).removeRecursively();
     }
 }

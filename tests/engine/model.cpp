@@ -187,7 +187,7 @@ QString TestModelEngine::differenceInWorker(quint32 seed) const
 SignalRecords TestModelEngine::heardFromWorker(const QStringList &paths, int stopSignal,
                                                int expected) const
 {
-    SignalLog log(worker);
+    SignalLog log(worker, Qt::BlockingQueuedConnection);
     log.onRecord = stopAt(stopSignal, [this] { worker->requestStop(true); });
     const QString last = QStringLiteral("/nowhere/behind everything");
     for (const QString &path : paths)

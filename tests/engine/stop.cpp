@@ -128,7 +128,7 @@ void TestStop::requestTakenBackHoldsUpNothing()
 
 void TestStop::stopOfAnIdleWorkerIsToldOnce()
 {
-    crusher->start(QThread::InheritPriority);
+    startWorker();
     crusher->requestStop(true);
     QTRY_COMPARE(log->count("stopped"), 1);
     QCOMPARE(workOn({}), SignalRecords());

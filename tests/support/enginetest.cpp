@@ -40,20 +40,24 @@ qint64 EngineTest::shredInTree(const QString &path, qint64 total, qint64 done)
                                          static_cast<quint64>(done), tree->path());
 }
 
+void EngineTest::startWorker()
+{
+    const auto onRecord = log->onRecord;
+    log = std::make_unique<SignalLog>(crusher, Qt::BlockingQueuedConnection);
+    log->onRecord = onRecord;
+    crusher->start(QThread::InheritPriority);
+}
+
 SignalRecords EngineTest::workOn(const QStringList &paths)
 {
     const ShortPauses quickly;
     const SignalRecord end = success(tree->path("nothing here"));
     log->clear();
-    if (!crusher->isRunning()) {
-        const auto onRecord = log->onRecord;
-        log = std::make_unique<SignalLog>(crusher, Qt::BlockingQueuedConnection);
-        log->onRecord = onRecord;
-    }
     for (const QString &path : paths)
         crusher->addPath(path);
     crusher->addPath(tree->path("nothing here"));
-    crusher->start(QThread::InheritPriority);
+    if (!crusher->isRunning())
+        startWorker();
     if (!eventually([&] { return log->records().contains(end); }))
         QTest::qFail("the worker has not come to the end", __FILE__, __LINE__);
     SignalRecords records = log->records();

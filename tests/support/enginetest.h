@@ -53,8 +53,10 @@ protected:
     /// As one of the files of tree->path(), which holds @p total bytes, @p done of them gone.
     qint64 shredInTree(const QString &path, qint64 total, qint64 done = 0);
 
+    /// From now on this thread handles each signal of the worker while that waits.
+    void startWorker();
     /// Lets the worker's thread do @p paths. Returns all that it says until it has done them and
-    /// one behind them that does not exist; this thread handles each signal while the worker waits.
+    /// one behind them that does not exist.
     SignalRecords workOn(const QStringList &paths);
 
     std::unique_ptr<TemporaryTree> tree;
