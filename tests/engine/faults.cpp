@@ -31,6 +31,13 @@ CallHook::Before readingWorks(const std::function<bool(const QString &)> &works)
     };
 }
 
+/// Puts @p decoy in the place of @p victim, of which the call then is.
+CallFate renamed(const QString &decoy, const QString &victim)
+{
+    ::rename(decoy.toUtf8().constData(), victim.toUtf8().constData());
+    return CallFate();
+}
+
 } // namespace
 
 class TestFaults : public EngineTest
@@ -48,6 +55,8 @@ private slots:
     void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs();
     void fifoInThePlaceOfAFileIsLeftAlone();
+    void fileInThePlaceOfALinkIsLeftAlone();
+    void fileInThePlaceOfAnOpenedOneIsLeftAlone();
     void folderThatVanishesDuringTheWalkIsAFailure();
 
 private:
@@ -182,12 +191,35 @@ void TestFaults::fifoInThePlaceOfAFileIsLeftAlone()
     const QString file = tree->makeFile("top/file", 10);
     const QString fifo = tree->makeFifo("fifo");
     const CallHook hook([&](const SystemCall &call) {
-        if (call.is("openat") && (call.flags & O_ACCMODE) == O_RDWR)
-            ::rename(fifo.toUtf8().constData(), file.toUtf8().constData());
-        return CallFate();
+        return call.is("openat") && (call.flags & O_ACCMODE) == O_RDWR ? renamed(fifo, file)
+                                                                       : CallFate();
     });
     QCOMPARE(shredFolder(top()), qint64{-3});
     QVERIFY(entryExists(file));
+    QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestFaults::fileInThePlaceOfALinkIsLeftAlone()
+{
+    const QString link = tree->makeLink("link", "nowhere");
+    const QString other = tree->makeFile("other", 5000);
+    const CallHook hook([&](const SystemCall &call) {
+        return call.is("fstatat") ? renamed(other, link) : CallFate();
+    });
+    QCOMPARE(shredFile(link), qint64{-5});
+    QVERIFY(isAsMade(link, 5000));
+    QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestFaults::fileInThePlaceOfAnOpenedOneIsLeftAlone()
+{
+    const QString file = tree->makeFile("file", 100);
+    const QString other = tree->makeFile("other", 5000);
+    const CallHook hook([&](const SystemCall &call) {
+        return call.is("stat") ? renamed(other, file) : CallFate();
+    });
+    QCOMPARE(shredFile(file), qint64{-3});
+    QVERIFY(isAsMade(file, 5000));
     QCOMPARE(log->records(), SignalRecords());
 }
 
