@@ -58,6 +58,7 @@ private slots:
     void fileInThePlaceOfALinkIsLeftAlone();
     void fileInThePlaceOfAnOpenedOneIsLeftAlone();
     void folderThatVanishesDuringTheWalkIsAFailure();
+    void folderThatMovesDuringTheRemovalIsAFailure();
 
 private:
     QString top() const { return tree->path("top"); }
@@ -231,6 +232,19 @@ void TestFaults::folderThatVanishesDuringTheWalkIsAFailure()
     QCOMPARE(shredFolder(top()), qint64{-3});
     QVERIFY(!entryExists(file));
     QVERIFY(entryExists(top()));
+}
+
+void TestFaults::folderThatMovesDuringTheRemovalIsAFailure()
+{
+    const QString a = tree->makeFolder("top/a/inner");
+    const QString b = tree->makeFolder("top/b/inner");
+    log->onRecord = [&](const SignalRecord &record) {
+        const QString other = record == removal(a) ? b : a;
+        QDir().rename(QFileInfo(other).path(), tree->path("moved"));
+    };
+    QCOMPARE(shredFolder(top()), qint64{-3});
+    QCOMPARE(log->count(), 1);
+    QVERIFY(entryExists(tree->path("moved/inner")));
 }
 
 TEST_SUITE(faults, TestFaults)

@@ -7,7 +7,6 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cstring>
 
 #include <unistd.h>
 
@@ -41,15 +40,11 @@ void findPieces(const QByteArray &bytes, qint64 place, PiecePlaces &places)
 QByteArray OldBytes::take(int size)
 {
     lastTaken = PieceRange{taken, size / pieceSize};
-    QByteArray bytes(size, 'x');
-    for (int piece = 0; piece < lastTaken.count; ++piece) {
-        char *const start = bytes.data() + piece * pieceSize;
-        std::memcpy(start, prefix, prefixSize);
-        int left = taken++;
-        for (int digit = pieceSize - 2; digit >= prefixSize; --digit, left /= 10)
-            start[digit] = static_cast<char>('0' + left % 10);
-        start[pieceSize - 1] = '\n';
-    }
+    QByteArray bytes;
+    bytes.reserve(size);
+    for (int piece = 0; piece < lastTaken.count; ++piece)
+        bytes += prefix + QByteArray::number(taken++).rightJustified(digits, '0') + '\n';
+    bytes.append(size - bytes.size(), 'x');
     return bytes;
 }
 
