@@ -130,18 +130,19 @@ void TestNames::fileBeyondThePathLimitIsShredded()
     tree->makeFolder(QString::fromUtf8(folder.mid(tree->path().toUtf8().size() + 1)));
     const int descriptor = ::open(folder.constData(), O_DIRECTORY | O_PATH | O_CLOEXEC);
     QVERIFY(descriptor >= 0);
-    const int file = ::openat(descriptor, "beyond", O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+    QFile file;
+    QVERIFY(file.open(::openat(descriptor, "beyond", O_CREAT | O_RDWR | O_CLOEXEC, 0600),
+                      QIODevice::ReadWrite | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle));
     ::close(descriptor);
     const QByteArray contents(100, 'x');
-    QCOMPARE(::write(file, contents.constData(), 100), ssize_t{100});
+    QCOMPARE(file.write(contents), qint64{100});
 
     QCOMPARE(shredFolder(tree->path()), qint64{0});
     QVERIFY(!entryExists(tree->path()));
     QCOMPARE(log->firstArguments("addToHistory").first(), QString::fromUtf8(folder + "/beyond"));
-    QByteArray left(100, '\0');
-    QCOMPARE(::pread(file, left.data(), 100, 0), ssize_t{100});
-    QVERIFY(left != contents);
-    ::close(file);
+    QVERIFY(file.seek(0));
+    const QByteArray left = file.readAll();
+    QVERIFY(left.size() == 100 && left != contents);
 }
 
 void TestNames::fiveHundredFoldersDeepAreShredded()
