@@ -1,36 +1,27 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Which paths become rows. Real system folders are admitted here, so no test in
-// this file starts a run.
+// Which paths become rows: one by one, in a batch from the file dialog and in a drop.
+// Real system folders are admitted here, so no test in this file starts a run.
 
-#include "sandboxhome.h"
+#include "controller/droppedurls.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
-
-#include <QtTest>
-
-#include <memory>
+#include "walletest.h"
 
 using testsupport::OrdinaryUser;
+using testsupport::SignalRecord;
 using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-class TestWalleAdmission : public QObject
+class TestAdmission : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
-    void init();
-    void cleanup();
-    void filesFoldersAndLinksAreAdmitted();
-    void admittedPathIsTakenLiterally();
-    void zeroByteInAPathNamesNoOtherFile();
-    void danglingLinkIsAdmitted();
-    void danglingLinkIsStillRefusedAsDuplicate();
+    void filesFoldersAndLinksAreAdmittedChecked();
+    void pathIsTakenLiterally();
+    void duplicatesAreComparedLetterByLetter();
+    void danglingLinkIsAdmittedOnce();
     void linkToAnUnreadableTargetIsAdmittedTheTargetRefused();
     void fileThatMayBeReadButNotWrittenIsRefused();
     void fifoAndDeviceAreRefusedAsUnknown();
@@ -39,119 +30,116 @@ private slots:
     void whatOnlyResemblesASystemDirectoryIsAdmitted_data();
     void whatOnlyResemblesASystemDirectoryIsAdmitted();
     void secondTimeInOneBatchIsADuplicate();
-    void duplicatesAreComparedLetterByLetter();
     void missingPathIsMissingEvenAsADuplicate();
+    void zeroByteInAPathNamesNoOtherFile();
+
+    void dialogBatchGoesOnBeyondTheLimitAndReportsItOnce();
+    void dropEndsAtTheFirstRefusalForTheLimit();
+    void removedRowsMakeRoomAgain();
+    void systemDirectoryIsRefusedAsOneInAFullList();
+    void reasonsOfABatchAreCollectedBehindItsRowsAndControls();
+    void emptyBatchOnlyRefreshesTheControls();
+    void urlThatIsNoLocalFileEndsTheDropSilently_data();
+    void urlThatIsNoLocalFileEndsTheDropSilently();
+    void droppedNamesKeepTheirBytes();
+    void pathsAreThoseOfTheUrls_data();
+    void pathsAreThoseOfTheUrls();
 
 private:
-    QString make(const QString &name) const { return tree->makeFile(name, 1); }
-    /// The reasons reported since the last call; 0 when nothing was.
-    uint reported();
-    uint admit(const QStringList &paths);
-
-    testsupport::SandboxHome home;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
+    static uint refusalIn(const SignalRecords &answer);
+    /// The reasons reported for a batch; 0 when nothing was.
+    uint choose(const QStringList &paths);
+    uint drop(const QList<QUrl> &urls);
 };
 
-void TestWalleAdmission::init()
+uint TestAdmission::refusalIn(const SignalRecords &answer)
 {
-    tree = std::make_unique<TemporaryTree>();
-    OrdinaryUser::give(tree->path());
-    harness = std::make_unique<WalleHarness>();
-}
-
-void TestWalleAdmission::cleanup()
-{
-    harness.reset();
-    tree.reset();
-}
-
-uint TestWalleAdmission::reported()
-{
-    if (!harness->performed())
-        qFatal("the controller does not answer");
-    const SignalRecords reports = harness->log({"alertDialog"});
-    harness->takeLog();
-    if (reports.size() > 1)
+    uint reasons = 0;
+    int reports = 0;
+    for (const SignalRecord &record : answer) {
+        if (record.name == "alertDialog" && ++reports > 0)
+            reasons = record.arguments.first().toUInt();
+    }
+    if (reports > 1)
         qFatal("more than one report for one batch");
-    return reports.isEmpty() ? 0 : reports.first().arguments.first().toUInt();
+    return reasons;
 }
 
-uint TestWalleAdmission::admit(const QStringList &paths)
+uint TestAdmission::choose(const QStringList &paths)
 {
-    harness->choose(paths);
-    return reported();
+    return refusalIn(harness->answerTo([&] { harness->choose(paths); }));
 }
 
-void TestWalleAdmission::filesFoldersAndLinksAreAdmitted()
+uint TestAdmission::drop(const QList<QUrl> &urls)
 {
-    const QString file = make(QStringLiteral("file"));
+    return refusalIn(harness->answerTo([&] { harness->drop(urls); }));
+}
+
+void TestAdmission::filesFoldersAndLinksAreAdmittedChecked()
+{
+    const QString file = make("file");
+    const QStringList paths{file, tree->makeFolder(QStringLiteral("folder")),
+                            tree->makeLink(QStringLiteral("link"), file)};
+    QCOMPARE(choose(paths), 0U);
+    QCOMPARE(harness->paths(), paths);
+    QCOMPARE(harness->checkedPaths(), paths);
+}
+
+void TestAdmission::pathIsTakenLiterally()
+{
+    const QStringList paths{make("folder/file"),
+                            tree->path(QStringLiteral("folder//../folder/./file"))};
+    QCOMPARE(choose(paths), 0U);
+    QCOMPARE(harness->paths(), paths);
+}
+
+void TestAdmission::duplicatesAreComparedLetterByLetter()
+{
     const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    const QString link = tree->makeLink(QStringLiteral("link"), file);
-    QCOMPARE(admit({file, folder, link}), 0U);
-    QCOMPARE(harness->paths(), (QStringList{file, folder, link}));
-    QCOMPARE(harness->checkedPaths(), harness->paths());
+    QCOMPARE(choose({make("file"), make("FILE"), folder, folder + QLatin1Char('/')}), 0U);
+    QCOMPARE(harness->rows().size(), 4);
 }
 
-void TestWalleAdmission::admittedPathIsTakenLiterally()
+void TestAdmission::danglingLinkIsAdmittedOnce()
 {
-    const QString file = make(QStringLiteral("folder/file"));
-    const QString roundabout = tree->path(QStringLiteral("folder//../folder/./file"));
-    QCOMPARE(admit({file, roundabout}), 0U);
-    QCOMPARE(harness->paths(), (QStringList{file, roundabout}));
-}
-
-void TestWalleAdmission::zeroByteInAPathNamesNoOtherFile()
-{
-    const QString file = tree->makeFile(QStringLiteral("file"), 1);
-    QCOMPARE(admit({file + QChar(QChar::Null) + QLatin1Char('b')}), RejectNotFound);
-}
-
-void TestWalleAdmission::danglingLinkIsAdmitted()
-{
-    const QString link =
-        tree->makeLink(QStringLiteral("link"), QStringLiteral("/nonexistent/target"));
-    QCOMPARE(admit({link}), 0U);
+    const QString link = tree->makeLink(QStringLiteral("link"), QStringLiteral("/nonexistent"));
+    QCOMPARE(choose({link}), 0U);
     QCOMPARE(harness->paths(), QStringList{link});
+    QCOMPARE(choose({link}), RejectDuplicate);
 }
 
-void TestWalleAdmission::danglingLinkIsStillRefusedAsDuplicate()
+void TestAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
 {
-    const QString link =
-        tree->makeLink(QStringLiteral("link"), QStringLiteral("/nonexistent/target"));
-    QCOMPARE(admit({link, link}), RejectDuplicate);
-}
-
-void TestWalleAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
-{
-    const QString target = make(QStringLiteral("target"));
+    const QString target = make("target");
     const QString link = tree->makeLink(QStringLiteral("link"), target);
+    OrdinaryUser::give(tree->path());
     OrdinaryUser::give(target);
     QVERIFY(QFile::setPermissions(target, {}));
     const OrdinaryUser user;
-    QCOMPARE(admit({link}), 0U);
-    QCOMPARE(admit({target}), RejectNoPermission);
+    QCOMPARE(choose({link}), 0U);
+    QCOMPARE(choose({target}), RejectNoPermission);
     QCOMPARE(harness->paths(), QStringList{link});
 }
 
-void TestWalleAdmission::fileThatMayBeReadButNotWrittenIsRefused()
+void TestAdmission::fileThatMayBeReadButNotWrittenIsRefused()
 {
-    const QString file = make(QStringLiteral("file"));
+    const QString file = make("file");
+    OrdinaryUser::give(tree->path());
     OrdinaryUser::give(file);
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     const OrdinaryUser user;
-    QCOMPARE(admit({file}), RejectNoPermission);
+    QCOMPARE(choose({file}), RejectNoPermission);
     QVERIFY(harness->rows().isEmpty());
 }
 
-void TestWalleAdmission::fifoAndDeviceAreRefusedAsUnknown()
+void TestAdmission::fifoAndDeviceAreRefusedAsUnknown()
 {
-    QCOMPARE(admit({tree->makeFifo(QStringLiteral("fifo"))}), RejectUnknownType);
-    QCOMPARE(admit({QStringLiteral("/dev/null")}), RejectUnknownType);
+    QCOMPARE(choose({tree->makeFifo(QStringLiteral("fifo"))}), RejectUnknownType);
+    QCOMPARE(choose({QStringLiteral("/dev/null")}), RejectUnknownType);
     QVERIFY(harness->rows().isEmpty());
 }
 
-void TestWalleAdmission::systemDirectoriesAreRefused_data()
+void TestAdmission::systemDirectoriesAreRefused_data()
 {
     QTest::addColumn<QString>("path");
     for (const char *name :
@@ -161,7 +149,7 @@ void TestWalleAdmission::systemDirectoriesAreRefused_data()
 
 /// For whom may not read and write it, a system directory is refused for that reason already; a
 /// directory that is a link is refused as a system directory for everybody.
-void TestWalleAdmission::systemDirectoriesAreRefused()
+void TestAdmission::systemDirectoriesAreRefused()
 {
     QFETCH(QString, path);
     const QFileInfo info(path);
@@ -169,50 +157,160 @@ void TestWalleAdmission::systemDirectoriesAreRefused()
     const uint expected = !info.exists() ? RejectNotFound
                           : permitted    ? RejectSystemPath
                                          : RejectNoPermission;
-    QCOMPARE(admit({path}), expected);
+    QCOMPARE(choose({path}), expected);
     QVERIFY(harness->rows().isEmpty());
 }
 
-void TestWalleAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted_data()
+void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted_data()
 {
     QTest::addColumn<QString>("path");
     for (const char *name : {"/etc/", "/usr/bin", "/etc/passwd", "//", "/usr", "/dev/../etc"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
-void TestWalleAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted()
+void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted()
 {
     QFETCH(QString, path);
     const QFileInfo info(path);
     const bool permitted = info.isWritable() && info.isReadable();
-    QCOMPARE(admit({path}), permitted ? 0U : RejectNoPermission);
+    QCOMPARE(choose({path}), permitted ? 0U : RejectNoPermission);
     QCOMPARE(harness->paths(), permitted ? QStringList{path} : QStringList());
 }
 
-void TestWalleAdmission::secondTimeInOneBatchIsADuplicate()
+void TestAdmission::secondTimeInOneBatchIsADuplicate()
 {
-    const QString file = make(QStringLiteral("file"));
-    QCOMPARE(admit({file, file}), RejectDuplicate);
+    const QString file = make("file");
+    QCOMPARE(choose({file, file}), RejectDuplicate);
     QCOMPARE(harness->paths(), QStringList{file});
 }
 
-void TestWalleAdmission::duplicatesAreComparedLetterByLetter()
+void TestAdmission::missingPathIsMissingEvenAsADuplicate()
 {
-    const QString lower = make(QStringLiteral("file"));
-    const QString upper = make(QStringLiteral("FILE"));
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    const QString folderWithSlash = folder + QLatin1Char('/');
-    QCOMPARE(admit({lower, upper, folder, folderWithSlash}), 0U);
-    QCOMPARE(harness->rows().size(), 4);
-}
-
-void TestWalleAdmission::missingPathIsMissingEvenAsADuplicate()
-{
-    const QString file = make(QStringLiteral("file"));
-    QCOMPARE(admit({file}), 0U);
+    const QString file = make("file");
+    QCOMPARE(choose({file}), 0U);
     QVERIFY(QFile::remove(file));
-    QCOMPARE(admit({file}), RejectNotFound);
+    QCOMPARE(choose({file}), RejectNotFound);
 }
 
-TEST_SUITE(admission, TestWalleAdmission)
+void TestAdmission::zeroByteInAPathNamesNoOtherFile()
+{
+    QCOMPARE(choose({make("file") + QChar(QChar::Null) + QLatin1Char('b')}), RejectNotFound);
+}
+
+void TestAdmission::dialogBatchGoesOnBeyondTheLimitAndReportsItOnce()
+{
+    addRows(199);
+    const QStringList names = makeFiles("new", 3);
+    // The last name shows that every name is tried.
+    QCOMPARE(choose(names + QStringList{QStringLiteral("/nonexistent")}),
+             RejectOverLimit | RejectNotFound);
+    QCOMPARE(harness->rows().size(), 200);
+    QCOMPARE(harness->paths().last(), names.first());
+}
+
+void TestAdmission::dropEndsAtTheFirstRefusalForTheLimit()
+{
+    addRows(199);
+    QList<QUrl> urls;
+    const QStringList names = makeFiles("new", 2);
+    for (const QString &path : names)
+        urls.append(QUrl::fromLocalFile(path));
+    // Would add its own reason if it were looked at.
+    urls.append(QUrl::fromLocalFile(QStringLiteral("/nonexistent")));
+    QCOMPARE(drop(urls), RejectOverLimit);
+    QCOMPARE(harness->rows().size(), 200);
+    QCOMPARE(harness->paths().last(), names.first());
+}
+
+void TestAdmission::removedRowsMakeRoomAgain()
+{
+    addRows(200);
+    harness->post(CommandRemoveChecked);
+    const QString file = make("new");
+    QCOMPARE(choose({file}), 0U);
+    QCOMPARE(harness->paths(), QStringList{file});
+}
+
+void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
+{
+    addRows(200);
+    const bool isLink = QFileInfo(QStringLiteral("/bin")).isSymLink();
+    if (!isLink && !QFileInfo(QStringLiteral("/bin")).isWritable())
+        QSKIP("refused for its permission already");
+    QCOMPARE(choose({QStringLiteral("/bin")}), RejectSystemPath);
+}
+
+void TestAdmission::reasonsOfABatchAreCollectedBehindItsRowsAndControls()
+{
+    const QString first = make("first");
+    const QString second = make("second");
+    const SignalRecords answer = harness->answerTo([&] {
+        harness->choose({first, QStringLiteral("/nonexistent"), QStringLiteral("/dev/null"), first,
+                         QStringLiteral("/nonexistent/too"), QString(), second});
+    });
+    const RejectReasons reasons = RejectNotFound | RejectUnknownType | RejectDuplicate;
+    QCOMPARE(answer, (SignalRecords{added(first), added(second), selectAllEnabled(true),
+                                    crushEnabled(true), removeEnabled(true), selectAllTicked(true),
+                                    SignalRecord("alertDialog", {reasons})}));
+}
+
+/// Such as a file dialog that was cancelled.
+void TestAdmission::emptyBatchOnlyRefreshesTheControls()
+{
+    addRows(1);
+    QCOMPARE(harness->answerTo([this] { harness->choose({}); }),
+             (SignalRecords{selectAllEnabled(true), crushEnabled(true), removeEnabled(true),
+                            selectAllTicked(true)}));
+}
+
+void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently_data()
+{
+    QTest::addColumn<QString>("url");
+    for (const char *url : {"http://example.com/b", "sftp://example.com/b", "trash:///b", ""})
+        QTest::newRow(url) << QString::fromLatin1(url);
+}
+
+void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently()
+{
+    QFETCH(QString, url);
+    const QString first = make("first");
+    QCOMPARE(drop({QUrl::fromLocalFile(first), QUrl(url), QUrl::fromLocalFile(make("behind")),
+                   QUrl::fromLocalFile(QStringLiteral("/nonexistent"))}),
+             0U);
+    QCOMPARE(harness->paths(), QStringList{first});
+}
+
+void TestAdmission::droppedNamesKeepTheirBytes()
+{
+    const QStringList paths{make("a b%20c#d?e"), make("'q' \"q\""), make("粉碎 🗑"),
+                            make("two\nlines")};
+    harness->dropFiles(paths);
+    QVERIFY(harness->performed());
+    QCOMPARE(harness->paths(), paths);
+}
+
+void TestAdmission::pathsAreThoseOfTheUrls_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<QString>("path");
+    const auto row = [](const char *url, const char *path) {
+        QTest::newRow(url) << QString::fromUtf8(url) << QString::fromUtf8(path);
+    };
+    row("file:///home/u/a.txt", "/home/u/a.txt");
+    row("file:///%E7%B2%89%E7%A2%8E", "/粉碎");
+    row("file:///a%3Fb%23c", "/a?b#c");
+    row("file:///folder/", "/folder/");
+    row("file:///a/../b", "/a/../b");
+    row("file:///a//b", "/a//b");
+    row("file:///%25", "/%");
+}
+
+void TestAdmission::pathsAreThoseOfTheUrls()
+{
+    QFETCH(QString, url);
+    QFETCH(QString, path);
+    QCOMPARE(localPathsOf({QUrl(url)}), QStringList{path});
+}
+
+TEST_SUITE(admission, TestAdmission)
 #include "admission.moc"

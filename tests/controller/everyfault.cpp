@@ -10,18 +10,15 @@
 
 #include "filecalls.h"
 #include "inventory.h"
-#include "sandboxhome.h"
+#include "ordinaryuser.h"
+#include "promptly.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
-
-#include <QtTest>
+#include "walletest.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <memory>
 
 using testsupport::CallFate;
 using testsupport::entryExists;
@@ -30,7 +27,7 @@ using testsupport::FileCallWatch;
 using testsupport::inventoryOf;
 using testsupport::OrdinaryUser;
 using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
 namespace
 {
@@ -49,15 +46,13 @@ int wantedFaults()
 
 } // namespace
 
-class TestWalleEveryFault : public QObject
+class TestEveryFault : public WalleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void cleanupTestCase() { user.reset(); }
-    void init() { harness = std::make_unique<WalleHarness>(); }
-    void cleanup();
 
     void runAmongFaults();
     void historyAmongFaults();
@@ -71,30 +66,19 @@ private:
     void checkHistory();
     void removeRows();
 
-    testsupport::SandboxHome home;
     std::unique_ptr<OrdinaryUser> user;
-    std::unique_ptr<TemporaryTree> outside;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
+    std::unique_ptr<TemporaryTree> outside; ///< what a link leads to
     const QByteArray oldHistory{"2024-01-02 03:04:05\nold\n/home\n"};
     QStringList victims;
 };
 
-void TestWalleEveryFault::initTestCase()
+void TestEveryFault::initTestCase()
 {
-    QVERIFY2(home.isInForce(), home.advice());
+    WalleTest::initTestCase();
     user = std::make_unique<OrdinaryUser>();
 }
 
-void TestWalleEveryFault::cleanup()
-{
-    QCOMPARE(harness->faults(), QStringList());
-    harness.reset();
-    tree.reset();
-    outside.reset();
-}
-
-void TestWalleEveryFault::makeTree()
+void TestEveryFault::makeTree()
 {
     tree = std::make_unique<TemporaryTree>();
     victims = QStringList{
@@ -108,7 +92,7 @@ void TestWalleEveryFault::makeTree()
     home.writeHistory(oldHistory);
 }
 
-void TestWalleEveryFault::runAmongFaults()
+void TestEveryFault::runAmongFaults()
 {
     outside = std::make_unique<TemporaryTree>();
     outside->makeFile(QStringLiteral("file"), fileSize);
@@ -129,7 +113,7 @@ void TestWalleEveryFault::runAmongFaults()
 }
 
 /// Chooses and shreds a folder and a file while call @p number meets @p fate. Returns the calls.
-int TestWalleEveryFault::sessionWithFault(int number, CallFate fate)
+int TestEveryFault::sessionWithFault(int number, CallFate fate)
 {
     makeTree();
     const QStringList chosen{victims.at(3), victims.at(4)};
@@ -149,7 +133,7 @@ int TestWalleEveryFault::sessionWithFault(int number, CallFate fate)
     return calls;
 }
 
-void TestWalleEveryFault::checkResult(const QStringList &chosen)
+void TestEveryFault::checkResult(const QStringList &chosen)
 {
     const QStringList left = harness->paths();
     const auto results = harness->log({"showResultDialog"});
@@ -159,7 +143,7 @@ void TestWalleEveryFault::checkResult(const QStringList &chosen)
         QVERIFY(entryExists(path) || !left.contains(path));
 }
 
-void TestWalleEveryFault::checkHistory()
+void TestEveryFault::checkHistory()
 {
     const QByteArray history = home.history();
     QVERIFY(history.startsWith(oldHistory));
@@ -177,18 +161,14 @@ void TestWalleEveryFault::checkHistory()
     QVERIFY(!entryExists(QStringLiteral("/.fileshredderEx.dat")));
 }
 
-void TestWalleEveryFault::removeRows()
+void TestEveryFault::removeRows()
 {
-    harness->post(CommandCheckAll);
-    harness->post(CommandRemoveChecked);
-    QVERIFY(harness->performed());
+    answerTo({CommandCheckAll, CommandRemoveChecked});
     QCOMPARE(harness->paths(), QStringList());
-    harness->takeLog();
 }
 
-void TestWalleEveryFault::historyAmongFaults()
+void TestEveryFault::historyAmongFaults()
 {
-    outside = std::make_unique<TemporaryTree>();
     const int calls = historyWithFault(-1, CallFate());
     for (int number = 0; number < calls; ++number) {
         for (const CallFate &fate : fates)
@@ -198,7 +178,7 @@ void TestWalleEveryFault::historyAmongFaults()
 }
 
 /// Loads and clears the history while call @p number meets @p fate. Returns the calls.
-int TestWalleEveryFault::historyWithFault(int number, CallFate fate)
+int TestEveryFault::historyWithFault(int number, CallFate fate)
 {
     home.forgetHistory();
     home.writeHistory(oldHistory);
@@ -221,19 +201,18 @@ int TestWalleEveryFault::historyWithFault(int number, CallFate fate)
     return calls;
 }
 
-void TestWalleEveryFault::historyThatCannotBeReadEndsItsLoad()
+void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
 {
-    home.forgetHistory();
     home.writeHistory(oldHistory);
     std::atomic<int> reads{0};
     const FileCallWatch watch([&](FileCall call) {
         return call == FileCall::Read && ++reads > 0 ? CallFate{EIO, false} : CallFate();
     });
     harness->post(CommandLoadHistory);
-    QVERIFY(WalleHarness::waitFor([&] { return reads > 0; }));
+    PROMPTLY_VERIFY(reads > 0);
     QVERIFY(harness->performed());
     QCOMPARE(harness->count("addRowToHistoryTable"), 0);
 }
 
-TEST_SUITE(everyfault, TestWalleEveryFault)
+TEST_SUITE(everyfault, TestEveryFault)
 #include "everyfault.moc"

@@ -6,7 +6,6 @@
 // namespace of its own, where what it mounts is nobody else's; where the machine allows
 // no such thing, the tests are skipped.
 
-#include "controller/historyfile.h"
 #include "engine/filecrusher.h"
 
 #include "inventory.h"
@@ -115,7 +114,6 @@ private slots:
 
     void nothingChangesWhereItIsReadOnly();
     void fileThatCannotBeOverwrittenForLackOfSpaceGoes();
-    void fullDiskKeepsTheHistoryAsItWas();
     void mountedFolderIsEmptiedAndStays();
     void immutableFileStays();
     void folderWhoseInodeNumberDoesNotLastIsShredded();
@@ -181,23 +179,6 @@ void TestFileSystems::fileThatCannotBeOverwrittenForLackOfSpaceGoes()
     QCOMPARE(shredFile(file), qint64{1000000});
     QVERIFY(!entryExists(file));
     QCOMPARE(log->firstArguments("addToHistory"), QStringList{file});
-}
-
-void TestFileSystems::fullDiskKeepsTheHistoryAsItWas()
-{
-    MOUNT_OR_SKIP(mount, top, "size=64k");
-    const QByteArray entry(3000, 'x');
-    const QString history = tree->path(QStringLiteral("top/history"));
-    QByteArray expected;
-    for (int entries = 0; entries < 40; ++entries) {
-        historyfile::append(history, entry);
-        if (expected.size() + entry.size() <= 64 * 1024)
-            expected += entry;
-    }
-    QCOMPARE(TemporaryTree::contentsOf(history), expected);
-    // An entry that still fits goes in.
-    historyfile::append(history, "small\n");
-    QCOMPARE(TemporaryTree::contentsOf(history), expected + "small\n");
 }
 
 void TestFileSystems::mountedFolderIsEmptiedAndStays()

@@ -3,109 +3,76 @@
 
 // Loading the history into its window, breaking that off, and copying it.
 
-#include "sandboxhome.h"
 #include "suites.h"
-#include "walleharness.h"
-
-#include <QtTest>
-
-#include <memory>
+#include "walletest.h"
 
 using testsupport::OrdinaryUser;
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-namespace
-{
+Q_DECLARE_METATYPE(SignalRecords)
 
-SignalRecord begun()
-{
-    return {"setHistoryButtonEnabled", {false, LoadPhase::Begun}};
-}
-
-SignalRecord rowsComing()
-{
-    return {"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
-}
-
-SignalRecord complete()
-{
-    return {"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
-}
-
-SignalRecord row(const char *time, const char *name, const char *folder)
-{
-    return {"addRowToHistoryTable",
-            {QString::fromUtf8(time), QString::fromUtf8(name), QString::fromUtf8(folder)}};
-}
-
-/// @p count lines that say which they are.
-QByteArray numberedLines(int count)
-{
-    QByteArray text;
-    for (int number = 0; number < count; ++number)
-        text += "line " + QByteArray::number(number) + "\n";
-    return text;
-}
-
-} // namespace
-
-class TestWalleHistoryLoad : public QObject
+class TestHistoryLoad : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
-    void init();
-    void cleanup() { harness.reset(); }
-    void missingHistoryOnlyBegins();
-    void emptyHistoryOnlyBegins();
-    void oneOrTwoLinesGiveNoRow_data();
-    void oneOrTwoLinesGiveNoRow();
+    void historyWithoutLinesOnlyBegins_data();
+    void historyWithoutLinesOnlyBegins();
+    void historyThatMayNotBeReadAndWrittenOnlyBegins();
+    void threeLinesGiveOneRow_data();
     void threeLinesGiveOneRow();
-    void seventhLineIsIgnored();
-    void linesAreTrimmed();
-    void emptyLinesCount();
-    void invalidUtf8IsShownAsWellAsPossible();
-    void unreadableHistoryOnlyBegins();
-    void folderInItsPlaceOnlyBegins();
     void abortEndsTheRowsAndStillCompletes_data();
     void abortEndsTheRowsAndStillCompletes();
-    void abortBeforeTheFirstRowStillCompletes();
     void abortWhileReadingGivesNoRows();
     void abortBeforeALoadHasNoEffectOnIt();
     void twoOpeningsInARowLoadTwice();
     void entriesRecordedDuringALoadComeWithTheNext();
     void clearingDuringALoadLetsItComplete();
     void copyBeforeAnyLoadIsEmpty();
-    void copyGivesTheEntriesLastLoaded();
+    void copyGivesTheWholeEntriesLastLoaded();
     void copyKeepsWhatWasClearedUntilTheNextLoad();
 
 private:
-    SignalRecords load();
+    static SignalRecord begun() { return {"setHistoryButtonEnabled", {false, LoadPhase::Begun}}; }
+    static SignalRecord rowsComing()
+    {
+        return {"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
+    }
+    static SignalRecord complete()
+    {
+        return {"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
+    }
+    static SignalRecord row(const char *time, const char *name, const char *folder)
+    {
+        return {"addRowToHistoryTable",
+                {QString::fromUtf8(time), QString::fromUtf8(name), QString::fromUtf8(folder)}};
+    }
+    /// That many lines "0", "1" ...
+    void writeLines(int count) const;
+    SignalRecords load() { return answerTo({CommandLoadHistory}); }
+    QString copied();
+    /// Does @p step in the window's slot for the @p number th row, while the controller waits.
     void onRow(int number, const std::function<void()> &step);
-
-    testsupport::SandboxHome home;
-    std::unique_ptr<WalleHarness> harness;
 };
 
-void TestWalleHistoryLoad::init()
+void TestHistoryLoad::writeLines(int count) const
 {
-    home.forgetHistory();
-    harness = std::make_unique<WalleHarness>();
+    QByteArray text;
+    for (int number = 0; number < count; ++number)
+        text += QByteArray::number(number) + '\n';
+    home.writeHistory(text);
 }
 
-SignalRecords TestWalleHistoryLoad::load()
+QString TestHistoryLoad::copied()
 {
-    harness->post(CommandLoadHistory);
-    if (!harness->performed())
-        qFatal("the controller does not answer");
-    return harness->takeLog();
+    harness->copyHistory();
+    harness->performed();
+    return harness->clipboard();
 }
 
-/// Does @p step in the window's slot for the @p number th row, while the controller waits.
-void TestWalleHistoryLoad::onRow(int number, const std::function<void()> &step)
+void TestHistoryLoad::onRow(int number, const std::function<void()> &step)
 {
     harness->onSignal = [this, number, step](const SignalRecord &signal) {
         if (signal.name == "addRowToHistoryTable"
@@ -114,71 +81,30 @@ void TestWalleHistoryLoad::onRow(int number, const std::function<void()> &step)
     };
 }
 
-void TestWalleHistoryLoad::missingHistoryOnlyBegins()
+void TestHistoryLoad::historyWithoutLinesOnlyBegins_data()
 {
+    QTest::addColumn<QByteArray>("kind");
+    for (const char *kind : {"missing", "empty", "folder", "fifo"})
+        QTest::newRow(kind) << QByteArray(kind);
+}
+
+void TestHistoryLoad::historyWithoutLinesOnlyBegins()
+{
+    QFETCH(QByteArray, kind);
+    const QString file = home.historyFile();
+    if (kind == "empty")
+        home.writeHistory("");
+    if (kind == "folder")
+        QVERIFY(QDir().mkdir(file));
+    if (kind == "fifo")
+        QVERIFY(QFile::rename(tree->makeFifo(QStringLiteral("fifo")), file));
     QCOMPARE(load(), SignalRecords{begun()});
+    QCOMPARE(QFile::exists(file), kind != "missing");
 }
 
-void TestWalleHistoryLoad::emptyHistoryOnlyBegins()
+void TestHistoryLoad::historyThatMayNotBeReadAndWrittenOnlyBegins()
 {
-    home.writeHistory("");
-    QCOMPARE(load(), SignalRecords{begun()});
-}
-
-void TestWalleHistoryLoad::oneOrTwoLinesGiveNoRow_data()
-{
-    QTest::addColumn<int>("lines");
-    QTest::newRow("one line") << 1;
-    QTest::newRow("two lines") << 2;
-}
-
-void TestWalleHistoryLoad::oneOrTwoLinesGiveNoRow()
-{
-    QFETCH(int, lines);
-    home.writeHistory(numberedLines(lines));
-    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), complete()}));
-}
-
-void TestWalleHistoryLoad::threeLinesGiveOneRow()
-{
-    home.writeHistory("2024-01-02 03:04:05\n粉碎.txt\n/home/u\n");
-    QCOMPARE(load(),
-             (SignalRecords{begun(), rowsComing(),
-                            row("2024-01-02 03:04:05", "粉碎.txt", "/home/u"), complete()}));
-}
-
-void TestWalleHistoryLoad::seventhLineIsIgnored()
-{
-    home.writeHistory(numberedLines(7));
-    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), row("line 0", "line 1", "line 2"),
-                                    row("line 3", "line 4", "line 5"), complete()}));
-}
-
-void TestWalleHistoryLoad::linesAreTrimmed()
-{
-    home.writeHistory("  time \r\n\tname\t\n folder"); // and the last needs no end
-    QCOMPARE(load(),
-             (SignalRecords{begun(), rowsComing(), row("time", "name", "folder"), complete()}));
-}
-
-void TestWalleHistoryLoad::emptyLinesCount()
-{
-    home.writeHistory("\n\n\ntime\n\nfolder\n");
-    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), row("", "", ""),
-                                    row("time", "", "folder"), complete()}));
-}
-
-void TestWalleHistoryLoad::invalidUtf8IsShownAsWellAsPossible()
-{
-    home.writeHistory("time\na\xff"
-                      "b\nfolder\n");
-    QCOMPARE(load(),
-             (SignalRecords{begun(), rowsComing(), row("time", "a\uFFFDb", "folder"), complete()}));
-}
-
-void TestWalleHistoryLoad::unreadableHistoryOnlyBegins()
-{
-    home.writeHistory(numberedLines(3));
+    writeLines(3);
     OrdinaryUser::give(home.historyFile());
     for (const QFile::Permissions permissions : {QFile::ReadOwner, QFile::WriteOwner}) {
         QVERIFY(QFile::setPermissions(home.historyFile(), permissions));
@@ -187,91 +113,99 @@ void TestWalleHistoryLoad::unreadableHistoryOnlyBegins()
     }
 }
 
-void TestWalleHistoryLoad::folderInItsPlaceOnlyBegins()
+void TestHistoryLoad::threeLinesGiveOneRow_data()
 {
-    QVERIFY(QDir().mkdir(home.historyFile()));
-    QCOMPARE(load(), SignalRecords{begun()});
+    QTest::addColumn<QByteArray>("history");
+    QTest::addColumn<SignalRecords>("rows");
+    const SignalRecord first = row("0", "1", "2");
+    const SignalRecord second = row("3", "4", "5");
+    QTest::newRow("one line") << QByteArray("0\n") << SignalRecords();
+    QTest::newRow("two lines") << QByteArray("0\n1\n") << SignalRecords();
+    QTest::newRow("three") << QByteArray("0\n1\n2\n") << SignalRecords{first};
+    QTest::newRow("five") << QByteArray("0\n1\n2\n3\n4\n") << SignalRecords{first};
+    QTest::newRow("six") << QByteArray("0\n1\n2\n3\n4\n5\n") << SignalRecords{first, second};
+    QTest::newRow("seven") << QByteArray("0\n1\n2\n3\n4\n5\n6\n") << SignalRecords{first, second};
+    QTest::newRow("as written") << QByteArray("2024-01-02 03:04:05\n粉碎.txt\n/home/u\n")
+                                << SignalRecords{row("2024-01-02 03:04:05", "粉碎.txt", "/home/u")};
+    QTest::newRow("blanks around, last line without an end")
+        << QByteArray("  time \r\n\tname\t\n folder")
+        << SignalRecords{row("time", "name", "folder")};
+    QTest::newRow("empty lines count") << QByteArray("\n\n\ntime\n\nfolder\n")
+                                       << SignalRecords{row("", "", ""), row("time", "", "folder")};
+    QTest::newRow("no UTF-8") << QByteArray("time\na\xff"
+                                            "b\nfolder\n")
+                              << SignalRecords{row("time", "a\uFFFDb", "folder")};
 }
 
-void TestWalleHistoryLoad::abortEndsTheRowsAndStillCompletes_data()
+void TestHistoryLoad::threeLinesGiveOneRow()
+{
+    QFETCH(QByteArray, history);
+    QFETCH(SignalRecords, rows);
+    home.writeHistory(history);
+    QCOMPARE(load(), SignalRecords({begun(), rowsComing()}) + rows + SignalRecords({complete()}));
+    // The clipboard gets the same entries.
+    QCOMPARE(copied().count(QLatin1Char('\n')), rows.size());
+}
+
+void TestHistoryLoad::abortEndsTheRowsAndStillCompletes_data()
 {
     QTest::addColumn<int>("number");
+    QTest::newRow("before the first entry") << 0;
     QTest::newRow("at the first entry") << 1;
     QTest::newRow("at a middle entry") << 3;
     QTest::newRow("at the last entry") << 5;
 }
 
-void TestWalleHistoryLoad::abortEndsTheRowsAndStillCompletes()
+void TestHistoryLoad::abortEndsTheRowsAndStillCompletes()
 {
     QFETCH(int, number);
-    home.writeHistory(numberedLines(15));
-    onRow(number, [this] { harness->walle().abortHistoryLoad(); });
+    writeLines(15);
+    harness->onSignal = [this, number](const SignalRecord &signal) {
+        if (signal != begun() && harness->count("addRowToHistoryTable") == number)
+            harness->walle().abortHistoryLoad();
+    };
     const SignalRecords log = load();
     QCOMPARE(log.size(), number + 3);
     QCOMPARE(log.mid(0, 2), (SignalRecords{begun(), rowsComing()}));
     QCOMPARE(log.last(), complete());
 }
 
-void TestWalleHistoryLoad::abortBeforeTheFirstRowStillCompletes()
-{
-    home.writeHistory(numberedLines(6));
-    harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal == rowsComing())
-            harness->walle().abortHistoryLoad();
-    };
-    QCOMPARE(load(), (SignalRecords{begun(), rowsComing(), complete()}));
-}
-
 /// Whether a first line is read before the abort is seen is left open; a row is not.
-void TestWalleHistoryLoad::abortWhileReadingGivesNoRows()
+void TestHistoryLoad::abortWhileReadingGivesNoRows()
 {
-    home.writeHistory(numberedLines(6));
-    harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal == begun())
-            harness->walle().abortHistoryLoad();
-    };
+    writeLines(6);
+    onNext("setHistoryButtonEnabled", [this] { harness->walle().abortHistoryLoad(); });
     const SignalRecords log = load();
     QVERIFY(log == SignalRecords{begun()}
             || log == (SignalRecords{begun(), rowsComing(), complete()}));
 }
 
-void TestWalleHistoryLoad::abortBeforeALoadHasNoEffectOnIt()
+void TestHistoryLoad::abortBeforeALoadHasNoEffectOnIt()
 {
-    home.writeHistory(numberedLines(3));
+    writeLines(3);
     harness->walle().abortHistoryLoad();
     QCOMPARE(load().size(), 4);
 }
 
-void TestWalleHistoryLoad::twoOpeningsInARowLoadTwice()
+void TestHistoryLoad::twoOpeningsInARowLoadTwice()
 {
-    home.writeHistory(numberedLines(6));
-    harness->post(CommandLoadHistory);
-    QCOMPARE(load(), (SignalRecords{
-                         begun(),
-                         rowsComing(),
-                         row("line 0", "line 1", "line 2"),
-                         row("line 3", "line 4", "line 5"),
-                         complete(),
-                         begun(),
-                         rowsComing(),
-                         row("line 0", "line 1", "line 2"),
-                         row("line 3", "line 4", "line 5"),
-                         complete(),
-                     }));
+    writeLines(3);
+    const SignalRecords once{begun(), rowsComing(), row("0", "1", "2"), complete()};
+    QCOMPARE(answerTo({CommandLoadHistory, CommandLoadHistory}), once + once);
 }
 
-void TestWalleHistoryLoad::entriesRecordedDuringALoadComeWithTheNext()
+void TestHistoryLoad::entriesRecordedDuringALoadComeWithTheNext()
 {
-    home.writeHistory(numberedLines(6));
+    writeLines(6);
     onRow(1, [this] { harness->walle().addToHistoryWalle(QStringLiteral("/nonexistent/file")); });
     QCOMPARE(load().size(), 3 + 2);
     harness->onSignal = nullptr;
     QCOMPARE(load().size(), 3 + 3);
 }
 
-void TestWalleHistoryLoad::clearingDuringALoadLetsItComplete()
+void TestHistoryLoad::clearingDuringALoadLetsItComplete()
 {
-    home.writeHistory(numberedLines(9));
+    writeLines(9);
     onRow(2, [this] { harness->post(CommandClearHistory); });
     QCOMPARE(load().size(), 3 + 3);
     harness->onSignal = nullptr;
@@ -280,41 +214,33 @@ void TestWalleHistoryLoad::clearingDuringALoadLetsItComplete()
     QCOMPARE(load(), SignalRecords{begun()});
 }
 
-void TestWalleHistoryLoad::copyBeforeAnyLoadIsEmpty()
+void TestHistoryLoad::copyBeforeAnyLoadIsEmpty()
 {
-    home.writeHistory(numberedLines(3));
-    harness->copyHistory();
-    QVERIFY(harness->performed());
+    writeLines(3);
+    copied();
     QCOMPARE(harness->log(), (SignalRecords{{"clipboardSetText", {QString()}}}));
 }
 
-void TestWalleHistoryLoad::copyGivesTheEntriesLastLoaded()
+void TestHistoryLoad::copyGivesTheWholeEntriesLastLoaded()
 {
     home.writeHistory("2024-01-02 03:04:05\na.txt\n/home/u\n"
                       "2024-01-02 03:04:06\n粉碎 🗑.txt\n/\nrest\n");
     load();
-    harness->copyHistory();
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->count("clipboardSetText"), 1);
-    QCOMPARE(harness->clipboard().toUtf8(),
+    QCOMPARE(copied().toUtf8(),
              QByteArray("日期：2024-01-02 03:04:05\t已粉碎的文件或目录名：a.txt\t路径：/home/u\n"
                         "日期：2024-01-02 03:04:06\t已粉碎的文件或目录名：粉碎 "
                         "🗑.txt\t路径：/\n"));
 }
 
-void TestWalleHistoryLoad::copyKeepsWhatWasClearedUntilTheNextLoad()
+void TestHistoryLoad::copyKeepsWhatWasClearedUntilTheNextLoad()
 {
-    home.writeHistory(numberedLines(3));
+    writeLines(3);
     load();
-    harness->post(CommandClearHistory);
-    harness->copyHistory();
-    QVERIFY(harness->performed());
-    QVERIFY(!harness->clipboard().isEmpty());
+    answerTo({CommandClearHistory});
+    QVERIFY(!copied().isEmpty());
     load();
-    harness->copyHistory();
-    QVERIFY(harness->performed());
-    QVERIFY(harness->clipboard().isEmpty());
+    QVERIFY(copied().isEmpty());
 }
 
-TEST_SUITE(historyload, TestWalleHistoryLoad)
+TEST_SUITE(historyload, TestHistoryLoad)
 #include "historyload.moc"

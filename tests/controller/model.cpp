@@ -10,6 +10,7 @@
 #include "model/seeds.h"
 #include "model/twincontrollers.h"
 #include "ordinaryuser.h"
+#include "promptly.h"
 #include "sandboxhome.h"
 #include "suites.h"
 #include "walleharness.h"
@@ -56,7 +57,7 @@ void TestModelController::beginAnew()
     home.forgetHistory();
     harness->post(CommandStopCrush); // a run that nothing but a stop ends
     harness->performed();
-    WalleHarness::waitFor([this] { return harness->controls().runState == RunState::Idle; });
+    testsupport::promptly([this] { return harness->controls().runState == RunState::Idle; });
     for (const int code :
          {CommandCheckAll, CommandRemoveChecked, CommandStartCrush, CommandLoadHistory})
         harness->post(code);

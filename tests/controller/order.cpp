@@ -1,35 +1,27 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What the controller thread says travels through the event queue, what a slot
-// says does not. Here a slot is called at the very moment when the controller
-// thread has spoken and the window has not yet heard it: it must wait its turn.
+// The signals of the controller thread are queued, those of a slot are direct. Here a slot
+// is called when the controller thread has emitted a signal that the window has not yet
+// received: what the slot emits must come later.
 
-#include "sandboxhome.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
-
-#include <QtTest>
-
-#include <memory>
+#include "walletest.h"
 
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-class TestWalleOrder : public QObject
+class TestOrder : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
     void init();
     void cleanup();
     void progressFollowsARemovalUnderWay();
     void progressFollowsAToggleUnderWay();
-    void progressFollowsCheckAllUnderWay();
+    void progressFollowsUncheckAllUnderWay();
     void progressFollowsTheInsertionOfItsRow();
     void verdictFollowsTheStartUnderWay();
     void answerFollowsTheStopUnderWay();
@@ -37,169 +29,132 @@ private slots:
     void rowAddedWhileAFailureEndsTheRunKeepsItsTick();
 
 private:
-    /// Starts a run that stands still at its only row, which became a fifo.
-    void startHeldRun();
+    /// Posts @p code and returns when @p signal is emitted and not delivered.
+    void postUntil(const char *signal, int code);
+    void addUntilEmitted(const QString &path);
+    /// Starts a run that stands still at its only row.
+    void startRunThatStandsStill();
 
-    testsupport::SandboxHome home;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
     QString a;
     QString b;
 };
 
-void TestWalleOrder::init()
+void TestOrder::init()
 {
-    tree = std::make_unique<TemporaryTree>();
-    harness = std::make_unique<WalleHarness>();
-    a = tree->makeFile(QStringLiteral("a"), 1);
-    b = tree->makeFile(QStringLiteral("b"), 1);
+    WalleTest::init();
+    a = make("a");
+    b = make("b");
 }
 
-void TestWalleOrder::cleanup()
+void TestOrder::cleanup()
 {
     harness->onSignal = nullptr;
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->faults(), QStringList());
     QCOMPARE(harness->differenceFromJobList(), QString());
-    harness.reset();
-    tree.reset();
+    WalleTest::cleanup();
 }
 
-void TestWalleOrder::startHeldRun()
+void TestOrder::postUntil(const char *signal, int code)
+{
+    QVERIFY(harness->emittedUnheard(signal, [this, code] { harness->post(code); }));
+}
+
+void TestOrder::addUntilEmitted(const QString &path)
+{
+    QVERIFY(harness->emittedUnheard("addRowToMainTable", [&] { harness->choose({path}); }));
+}
+
+void TestOrder::startRunThatStandsStill()
 {
     QVERIFY(harness->admitted({a}));
-    QVERIFY(QFile::remove(a));
-    tree->makeFifo(QStringLiteral("a"));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->performed());
-    harness->takeLog();
+    becomeFifo(a);
+    answerTo({CommandStartCrush});
 }
 
 /// The row has another number in the list than in the table.
-void TestWalleOrder::progressFollowsARemovalUnderWay()
+void TestOrder::progressFollowsARemovalUnderWay()
 {
     QVERIFY(harness->admitted({a, b}));
-    harness->click(1);
-    QVERIFY(harness->performed());
-    harness->takeLog();
-    QVERIFY(harness->emittedUnheard("removeRowFromMainTable",
-                                    [this] { harness->post(CommandRemoveChecked); }));
+    answerToClick(1);
+    postUntil("removeRowFromMainTable", CommandRemoveChecked);
     harness->walle().finishPercentWalle(b, 50);
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"removeRowFromMainTable", {0}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                                 {"setTableRowHeight", {0, 50}},
-                             }));
+    QCOMPARE(harness->log(), (SignalRecords{removed(0), crushEnabled(false), removeEnabled(false),
+                                            progress(0, 50)}));
     QCOMPARE(harness->rows().first().percent, 50);
 }
 
-void TestWalleOrder::progressFollowsAToggleUnderWay()
+void TestOrder::progressFollowsAToggleUnderWay()
 {
     QVERIFY(harness->admitted({a, b}));
     QVERIFY(harness->emittedUnheard("setTableItemCheckBoxState", [this] { harness->click(1); }));
     harness->walle().finishPercentWalle(a, 50);
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setTableItemCheckBoxState", {1, false}},
-                                 {"setSelectAllCheckBoxState", {false}},
-                                 {"setTableRowHeight", {0, 50}},
-                             }));
+    QCOMPARE(harness->log(),
+             (SignalRecords{ticked(1, false), selectAllTicked(false), progress(0, 50)}));
 }
 
-void TestWalleOrder::progressFollowsCheckAllUnderWay()
+void TestOrder::progressFollowsUncheckAllUnderWay()
 {
     QVERIFY(harness->admitted({a, b}));
-    QVERIFY(harness->emittedUnheard("setTableItemCheckBoxState",
-                                    [this] { harness->post(CommandUncheckAll); }));
+    postUntil("setTableItemCheckBoxState", CommandUncheckAll);
     harness->walle().finishPercentWalle(a, 50);
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setTableItemCheckBoxState", {0, false}},
-                                 {"setTableItemCheckBoxState", {1, false}},
-                                 {"setSelectAllCheckBoxState", {false}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                                 {"setTableRowHeight", {0, 50}},
-                             }));
+    QCOMPARE(harness->log(),
+             (SignalRecords{ticked(0, false), ticked(1, false), selectAllTicked(false),
+                            crushEnabled(false), removeEnabled(false), progress(0, 50)}));
 }
 
-void TestWalleOrder::progressFollowsTheInsertionOfItsRow()
+void TestOrder::progressFollowsTheInsertionOfItsRow()
 {
-    QVERIFY(harness->emittedUnheard("addRowToMainTable", [this] { harness->choose({a}); }));
+    addUntilEmitted(a);
     harness->walle().finishPercentWalle(a, 50);
     QCOMPARE(harness->log({"addRowToMainTable", "setTableRowHeight"}),
-             (SignalRecords{
-                 {"addRowToMainTable", {a}},
-                 {"setTableRowHeight", {0, 50}},
-             }));
+             (SignalRecords{added(a), progress(0, 50)}));
 }
 
-void TestWalleOrder::verdictFollowsTheStartUnderWay()
+void TestOrder::verdictFollowsTheStartUnderWay()
 {
     QVERIFY(harness->admitted({a}));
-    QVERIFY(QFile::remove(a));
-    tree->makeFifo(QStringLiteral("a"));
-    QVERIFY(
-        harness->emittedUnheard("setCrushStarted", [this] { harness->post(CommandStartCrush); }));
+    becomeFifo(a);
+    postUntil("setCrushStarted", CommandStartCrush);
     harness->walle().failedOneWalle(a);
     QCOMPARE(harness->log({"setCrushStarted", "setTableRowHeight"}),
-             (SignalRecords{
-                 {"setCrushStarted", {RunState::Running}},
-                 {"setTableRowHeight", {0, 0}},
-                 {"setCrushStarted", {RunState::Idle}},
-             }));
+             (SignalRecords{running(), progress(0, 0), idle()}));
     harness->post(CommandCheckAll); // the row is drawn ticked still
 }
 
 /// The button is disabled between the request to the worker and "stopping".
-void TestWalleOrder::answerFollowsTheStopUnderWay()
+void TestOrder::answerFollowsTheStopUnderWay()
 {
-    startHeldRun();
-    QVERIFY(harness->emittedUnheard("setCrushButtonEnabled",
-                                    [this] { harness->post(CommandStopCrush); }));
+    startRunThatStandsStill();
+    postUntil("setCrushButtonEnabled", CommandStopCrush);
     harness->walle().stoppedWalle();
-    QCOMPARE(harness->log().mid(0, 3), (SignalRecords{
-                                           {"setCrushButtonEnabled", {false}},
-                                           {"setCrushStarted", {RunState::Stopping}},
-                                           {"setCrushStarted", {RunState::Idle}},
-                                       }));
+    QCOMPARE(harness->log().mid(0, 3), (SignalRecords{crushEnabled(false), stopping(), idle()}));
 }
 
 /// Else the window, which unticks its rows then, would miss the new one.
-void TestWalleOrder::resultFollowsTheInsertionUnderWay()
+void TestOrder::resultFollowsTheInsertionUnderWay()
 {
-    startHeldRun();
-    harness->post(CommandStopCrush);
-    QVERIFY(harness->performed());
-    QVERIFY(harness->emittedUnheard("addRowToMainTable", [this] { harness->choose({b}); }));
+    startRunThatStandsStill();
+    answerTo({CommandStopCrush});
+    addUntilEmitted(b);
     harness->walle().finishOneWalle(a);
     QCOMPARE(harness->log({"addRowToMainTable", "removeRowFromMainTable", "showResultDialog"}),
-             (SignalRecords{
-                 {"addRowToMainTable", {b}},
-                 {"removeRowFromMainTable", {0}},
-                 {"showResultDialog", {1, 1, 0}},
-             }));
+             (SignalRecords{added(b), removed(0), result(1, 0)}));
     QCOMPARE(harness->checkedPaths(), QStringList{b});
 }
 
 /// A failure does not hold up the controller thread, which admits a row between the last look at
 /// the list and the result.
-void TestWalleOrder::rowAddedWhileAFailureEndsTheRunKeepsItsTick()
+void TestOrder::rowAddedWhileAFailureEndsTheRunKeepsItsTick()
 {
-    startHeldRun();
-    harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal.name == "finishAll")
-            QVERIFY(harness->emittedUnheard("addRowToMainTable", [this] { harness->choose({b}); }));
-    };
+    startRunThatStandsStill();
+    onNext("finishAll", [this] { addUntilEmitted(b); });
     harness->walle().failedOneWalle(a);
     QVERIFY(harness->performed());
     QCOMPARE(harness->paths(), (QStringList{a, b}));
     QCOMPARE(harness->count("showResultDialog"), 1);
-    harness->takeLog();
-    harness->post(CommandCheckAll);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log({"setTableItemCheckBoxState"}),
-             (SignalRecords{{"setTableItemCheckBoxState", {0, true}}}));
+    const SignalRecords answer = answerTo({CommandCheckAll});
+    QCOMPARE(answer.first(), ticked(0, true));
+    QVERIFY(!answer.contains(ticked(1, true)));
 }
 
-TEST_SUITE(order, TestWalleOrder)
+TEST_SUITE(order, TestOrder)
 #include "order.moc"

@@ -4,26 +4,21 @@
 // What the controller offers and how it works off what is posted.
 
 #include "engine/filecrusher.h"
-#include "eventually.h"
-#include "sandboxhome.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
+#include "walletest.h"
 
 #include <QElapsedTimer>
 #include <QMetaMethod>
-#include <QtTest>
 
 using testsupport::eventually;
 using testsupport::SignalRecords;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-class TestWalleQueue : public QObject
+class TestQueue : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
     void signalsAndSlotsKeepTheirDeclaredOrder();
     void parametersAreNamedAsDeclared();
     void controllerAndWorkerLiveWhereTheyAreMade();
@@ -33,18 +28,15 @@ private slots:
     void unknownCodeIsTakenAndIgnored();
     void batchCommandWithoutBatchDoesNothing_data();
     void batchCommandWithoutBatchDoesNothing();
+    void batchesAreAdmittedOnePerCommandInPostingOrder_data();
     void batchesAreAdmittedOnePerCommandInPostingOrder();
-    void droppedBatchesAreAdmittedOnePerCommandInPostingOrder();
     void commandsArePerformedInPostingOrder();
-    void burstIsWorkedOffAtOneCommandAPoll();
+    void burstIsWorkedOffAtOneCommandEvery10Milliseconds();
     void openRefusalReportHoldsUpFurtherCommands();
     void signalsThatAreOnlyDeclaredAreNeverEmitted();
-
-private:
-    testsupport::SandboxHome home;
 };
 
-void TestWalleQueue::signalsAndSlotsKeepTheirDeclaredOrder()
+void TestQueue::signalsAndSlotsKeepTheirDeclaredOrder()
 {
     const QByteArrayList declared{
         "setSelectAllCheckBoxEnabled(bool)",
@@ -82,7 +74,7 @@ void TestWalleQueue::signalsAndSlotsKeepTheirDeclaredOrder()
     QCOMPARE(found, declared);
 }
 
-void TestWalleQueue::parametersAreNamedAsDeclared()
+void TestQueue::parametersAreNamedAsDeclared()
 {
     const QMap<QByteArray, QByteArrayList> declared{
         {"addRowToMainTable", {"fullName"}},
@@ -100,17 +92,16 @@ void TestWalleQueue::parametersAreNamedAsDeclared()
     }
 }
 
-void TestWalleQueue::controllerAndWorkerLiveWhereTheyAreMade()
+void TestQueue::controllerAndWorkerLiveWhereTheyAreMade()
 {
-    const WalleHarness harness;
-    const auto *worker = harness.walle().findChild<FileCrusher *>();
+    const auto *worker = harness->walle().findChild<FileCrusher *>();
     QVERIFY(worker);
-    QCOMPARE(worker->parent(), &harness.walle());
+    QCOMPARE(worker->parent(), &harness->walle());
     QCOMPARE(worker->thread(), QThread::currentThread());
-    QCOMPARE(harness.walle().thread(), QThread::currentThread());
+    QCOMPARE(harness->walle().thread(), QThread::currentThread());
 }
 
-void TestWalleQueue::workerIsStartedByTheConstructor()
+void TestQueue::workerIsStartedByTheConstructor()
 {
     auto *walle = new Walle; // never ended, as in the program
     QVERIFY(walle->findChild<FileCrusher *>()->isRunning());
@@ -118,14 +109,12 @@ void TestWalleQueue::workerIsStartedByTheConstructor()
     walle->shutDown();
 }
 
-void TestWalleQueue::idleControllerSaysNothing()
+void TestQueue::idleControllerSaysNothing()
 {
-    WalleHarness harness;
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.log(), SignalRecords());
+    QCOMPARE(answerTo({}), SignalRecords());
 }
 
-void TestWalleQueue::unknownCodeIsTakenAndIgnored_data()
+void TestQueue::unknownCodeIsTakenAndIgnored_data()
 {
     QTest::addColumn<int>("code");
     QTest::newRow("below the first") << -1;
@@ -134,19 +123,14 @@ void TestWalleQueue::unknownCodeIsTakenAndIgnored_data()
     QTest::newRow("largest") << std::numeric_limits<int>::max();
 }
 
-void TestWalleQueue::unknownCodeIsTakenAndIgnored()
+void TestQueue::unknownCodeIsTakenAndIgnored()
 {
     QFETCH(int, code);
-    WalleHarness harness;
-    harness.post(code);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.log(), SignalRecords());
-    harness.post(CommandUncheckAll);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.count("setSelectAllCheckBoxState"), 1);
+    QCOMPARE(answerTo({code}), SignalRecords());
+    QCOMPARE(answerTo({code, CommandUncheckAll}).first(), selectAllTicked(false));
 }
 
-void TestWalleQueue::batchCommandWithoutBatchDoesNothing_data()
+void TestQueue::batchCommandWithoutBatchDoesNothing_data()
 {
     QTest::addColumn<int>("code");
     QTest::newRow("dropped") << int(CommandAddDropped);
@@ -154,121 +138,85 @@ void TestWalleQueue::batchCommandWithoutBatchDoesNothing_data()
 }
 
 /// Rows are there, so that a refresh of the controls would show.
-void TestWalleQueue::batchCommandWithoutBatchDoesNothing()
+void TestQueue::batchCommandWithoutBatchDoesNothing()
 {
     QFETCH(int, code);
-    const testsupport::TemporaryTree tree;
-    WalleHarness harness;
-    QVERIFY(harness.admitted({tree.makeFile(QStringLiteral("a"), 1)}));
-    harness.post(code);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.log(), SignalRecords());
+    addRows(1);
+    QCOMPARE(answerTo({code}), SignalRecords());
 }
 
-void TestWalleQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
+void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder_data()
 {
-    const testsupport::TemporaryTree tree;
-    const QString first = tree.makeFile(QStringLiteral("first"), 1);
-    const QString second = tree.makeFile(QStringLiteral("second"), 1);
-    WalleHarness harness;
-    harness.walle().addChosenFiles({first});
-    harness.walle().addChosenFiles({second});
-    harness.post(CommandAddChosen);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.paths(), QStringList{first});
-    harness.post(CommandAddChosen);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.paths(), (QStringList{first, second}));
+    batchCommandWithoutBatchDoesNothing_data();
 }
 
-void TestWalleQueue::droppedBatchesAreAdmittedOnePerCommandInPostingOrder()
+void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
 {
-    const testsupport::TemporaryTree tree;
-    const QString first = tree.makeFile(QStringLiteral("first"), 1);
-    const QString second = tree.makeFile(QStringLiteral("second"), 1);
-    WalleHarness harness;
-    harness.walle().addDroppedUrls({QUrl::fromLocalFile(first)});
-    harness.walle().addDroppedUrls({QUrl::fromLocalFile(second)});
-    harness.post(CommandAddDropped);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.paths(), QStringList{first});
-    harness.post(CommandAddDropped);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.paths(), (QStringList{first, second}));
+    QFETCH(int, code);
+    const QStringList paths{make("first"), make("second")};
+    for (const QString &path : paths) {
+        if (code == CommandAddDropped)
+            harness->walle().addDroppedUrls({QUrl::fromLocalFile(path)});
+        else
+            harness->walle().addChosenFiles({path});
+    }
+    answerTo({code});
+    QCOMPARE(harness->paths(), QStringList{paths.first()});
+    answerTo({code});
+    QCOMPARE(harness->paths(), paths);
 }
 
-void TestWalleQueue::commandsArePerformedInPostingOrder()
+void TestQueue::commandsArePerformedInPostingOrder()
 {
-    const testsupport::TemporaryTree tree;
-    const QString path = tree.makeFile(QStringLiteral("a"), 1);
-    WalleHarness harness;
-    harness.choose({path});
-    harness.post(CommandUncheckAll);
-    harness.post(CommandCheckAll);
-    harness.post(CommandRemoveChecked);
-    QVERIFY(harness.performed());
-    const QByteArrayList rowSignals{"addRowToMainTable", "setTableItemCheckBoxState",
-                                    "removeRowFromMainTable"};
-    QCOMPARE(harness.log(rowSignals), (SignalRecords{
-                                          {"addRowToMainTable", {path}},
-                                          {"setTableItemCheckBoxState", {0, false}},
-                                          {"setTableItemCheckBoxState", {0, true}},
-                                          {"removeRowFromMainTable", {0}},
-                                      }));
+    const QString path = make("a");
+    harness->choose({path});
+    for (const int code : {CommandUncheckAll, CommandCheckAll, CommandRemoveChecked})
+        harness->post(code);
+    QVERIFY(harness->performed());
+    QCOMPARE(
+        harness->log({"addRowToMainTable", "setTableItemCheckBoxState", "removeRowFromMainTable"}),
+        (SignalRecords{added(path), ticked(0, false), ticked(0, true), removed(0)}));
 }
 
-/// The first of the polls may have begun before the posting.
-void TestWalleQueue::burstIsWorkedOffAtOneCommandAPoll()
+/// A busy machine makes it slower, never faster. The first poll may have begun before the posting.
+void TestQueue::burstIsWorkedOffAtOneCommandEvery10Milliseconds()
 {
     constexpr int commands = 20;
-    constexpr int pollMilliseconds = 10;
-    WalleHarness harness;
     QElapsedTimer timer;
     timer.start();
-    for (int index = 0; index < commands; ++index)
-        harness.post(CommandUncheckAll);
-    QVERIFY(harness.performed());
-    QCOMPARE(harness.count("setSelectAllCheckBoxState"), commands);
-    QVERIFY(timer.elapsed() >= commands * pollMilliseconds);
+    const SignalRecords answer = answerTo(QVector<int>(commands, CommandUncheckAll).toList());
+    QVERIFY(timer.elapsed() >= commands * 10);
+    QCOMPARE(answer.count(selectAllTicked(false)), commands);
 }
 
-void TestWalleQueue::openRefusalReportHoldsUpFurtherCommands()
+void TestQueue::openRefusalReportHoldsUpFurtherCommands()
 {
     constexpr int fewMilliseconds = 100;
-    WalleHarness harness;
     bool heldUp = false;
-    harness.onSignal = [&](const testsupport::SignalRecord &signal) {
-        if (signal.name != "alertDialog")
-            return;
-        harness.post(CommandUncheckAll);
-        const auto answered = [&] { return harness.log().constLast().name != "alertDialog"; };
+    onNext("alertDialog", [this, &heldUp] {
+        harness->post(CommandUncheckAll);
+        const auto answered = [&] { return harness->log().constLast().name != "alertDialog"; };
         heldUp = !eventually(answered, fewMilliseconds);
-    };
-    harness.choose({QStringLiteral("/nonexistent/path")});
-    QTRY_COMPARE(harness.count("setRemoveButtonEnabled"), 1);
+    });
+    harness->choose({QStringLiteral("/nonexistent/path")});
+    QTRY_COMPARE(harness->count("setRemoveButtonEnabled"), 1);
     QVERIFY(heldUp);
 }
 
-void TestWalleQueue::signalsThatAreOnlyDeclaredAreNeverEmitted()
+void TestQueue::signalsThatAreOnlyDeclaredAreNeverEmitted()
 {
-    const testsupport::TemporaryTree tree;
-    const QString stubborn = tree.makeFolder(QStringLiteral("folder"));
-    const QString fifo = tree.makeFifo(QStringLiteral("folder/fifo"));
-    WalleHarness harness;
-    harness.choose({tree.makeFile(QStringLiteral("file"), 10), stubborn, fifo});
-    harness.dropFiles({tree.makeFile(QStringLiteral("dropped"), 10)});
-    harness.post(CommandStartCrush);
-    QVERIFY(harness.finished());
-    harness.post(CommandLoadHistory);
-    harness.post(CommandCheckAll);
-    harness.post(CommandRemoveChecked);
-    harness.post(CommandClearHistory);
-    harness.post(CommandLoadHistory);
-    QVERIFY(harness.performed());
-    QVERIFY(harness.count("showResultDialog") == 1 && harness.count("addRowToHistoryTable") > 0);
-    QCOMPARE(harness.count("removeRowFromHistoryTable"), 0);
-    QCOMPARE(harness.count("finishOne"), 0);
+    harness->choose({make("file"), makeStubborn("folder"), QStringLiteral("/dev/null")});
+    harness->dropFiles({make("dropped")});
+    harness->post(CommandStartCrush);
+    QVERIFY(harness->finished());
+    for (const int code : {CommandLoadHistory, CommandCheckAll, CommandRemoveChecked,
+                           CommandClearHistory, CommandLoadHistory})
+        harness->post(code);
+    QVERIFY(harness->performed());
+    QVERIFY(harness->count("showResultDialog") == 1 && harness->count("addRowToHistoryTable") > 0);
+    QCOMPARE(harness->count("removeRowFromHistoryTable"), 0);
+    QCOMPARE(harness->count("finishOne"), 0);
 }
 
-TEST_SUITE(queue, TestWalleQueue)
+TEST_SUITE(queue, TestQueue)
 #include "queue.moc"

@@ -6,155 +6,62 @@
 // lose the agreement between table and job list.
 
 #include "engine/filecrusher.h"
-#include "sandboxhome.h"
+#include "promptly.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
+#include "walletest.h"
 
-#include <QSemaphore>
-#include <QtTest>
-
-#include <atomic>
-#include <memory>
+#include <chrono>
 #include <random>
-#include <thread>
-
-#include <unistd.h>
 
 using testsupport::entryExists;
+using testsupport::promptly;
 using testsupport::SignalRecord;
-using testsupport::TemporaryTree;
+using testsupport::SignalRecords;
 using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-namespace
-{
-
-constexpr unsigned long controllersPoll = 10;
-constexpr useconds_t briskly = 200;
-constexpr useconds_t leisurely = 1500;
-
-/// The pauses between two polls; 0 gives the processor away and no more.
-std::atomic<useconds_t> controllerPause{briskly};
-std::atomic<useconds_t> workerPause{briskly};
-
-/// Ends the program when a round takes too long: a deadlock of the GUI thread would stop the
-/// test's own timeouts as well.
-class Watchdog
-{
-public:
-    Watchdog()
-        : thread([this] { watch(); })
-    {
-    }
-    ~Watchdog()
-    {
-        done.release();
-        thread.join();
-    }
-    Watchdog(const Watchdog &) = delete;
-    Watchdog &operator=(const Watchdog &) = delete;
-
-private:
-    void watch()
-    {
-        constexpr int patienceMilliseconds = 120000;
-        if (!done.tryAcquire(1, patienceMilliseconds))
-            qFatal("window, controller and worker wait for each other");
-    }
-
-    QSemaphore done;
-    std::thread thread;
-};
-
-} // namespace
-
-/// Takes the place of Qt's in this program. Controller and worker sleep nowhere else, and at
-/// their own pace of 10 and 40 ms they would hardly ever meet.
-void QThread::msleep(unsigned long milliseconds)
-{
-    if (const useconds_t pause = milliseconds == controllersPoll ? controllerPause : workerPause)
-        ::usleep(pause);
-    else
-        yieldCurrentThread();
-}
-
-class TestWalleRaces : public QObject
+class TestRaces : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
-    void init();
-    void cleanup();
     void filesDroppedOntoARunNeverFreezeIt();
     void clickDuringARunHitsWhatWasClicked();
     void removalDuringARunSparesWhatWasNotInHand();
-    void answerToAStopNeverOvertakesIt();
+    void everyStopOfARunOfFilesEndsInOneReport();
     void everythingAtOnceLeavesTableAndListInAgreement();
 
 private:
-    QStringList makeFiles(const QString &prefix, int count) const;
     void startRun();
     /// Stops the run and waits until neither controller nor worker has anything left to do.
     void settle();
-    int idleReports() const;
     static QStringList survivorsOf(const QStringList &paths);
+    int random(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(engine); }
 
-    testsupport::SandboxHome home;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
+    /// The same requests every time; only the threads' timing differs.
+    std::mt19937 engine{2026}; // NOLINT(cert-msc32-c, cert-msc51-cpp)
 };
 
-void TestWalleRaces::init()
-{
-    tree = std::make_unique<TemporaryTree>();
-    harness = std::make_unique<WalleHarness>();
-    controllerPause = briskly;
-    workerPause = briskly;
-}
-
-void TestWalleRaces::cleanup()
-{
-    harness->onSignal = nullptr;
-    QCOMPARE(harness->faults(), QStringList());
-    harness.reset();
-    tree.reset();
-}
-
-QStringList TestWalleRaces::makeFiles(const QString &prefix, int count) const
-{
-    QStringList paths;
-    for (int number = 0; number < count; ++number)
-        paths.append(tree->makeFile(prefix + QString::number(number), 3));
-    return paths;
-}
-
-void TestWalleRaces::startRun()
+void TestRaces::startRun()
 {
     harness->takeLog();
     harness->post(CommandStartCrush);
 }
 
-int TestWalleRaces::idleReports() const
+void TestRaces::settle()
 {
-    return harness->log({"setCrushStarted"}).count({"setCrushStarted", {RunState::Idle}});
-}
-
-void TestWalleRaces::settle()
-{
-    harness->post(CommandUncheckAll);
-    QVERIFY(harness->performed());
+    answerTo({CommandUncheckAll});
     // The worker gets to this one behind whatever it still holds; nobody has a row for it.
-    const QString last = tree->makeFile(QStringLiteral("last"), 3);
+    const QString last = make("last");
     harness->walle().findChild<FileCrusher *>()->addPath(last);
-    QVERIFY(WalleHarness::waitFor([&] { return !entryExists(last); }));
-    const int before = idleReports();
+    PROMPTLY_VERIFY(!entryExists(last));
+    harness->takeLog();
     harness->post(CommandStopCrush);
-    QVERIFY(WalleHarness::waitFor([&] { return idleReports() > before; }));
+    PROMPTLY_VERIFY(harness->log().contains(idle()));
     QVERIFY(harness->performed());
 }
 
-QStringList TestWalleRaces::survivorsOf(const QStringList &paths)
+QStringList TestRaces::survivorsOf(const QStringList &paths)
 {
     QStringList survivors;
     for (const QString &path : paths) {
@@ -164,14 +71,13 @@ QStringList TestWalleRaces::survivorsOf(const QStringList &paths)
     return survivors;
 }
 
-void TestWalleRaces::filesDroppedOntoARunNeverFreezeIt()
+void TestRaces::filesDroppedOntoARunNeverFreezeIt()
 {
-    constexpr int rounds = 40;
+    constexpr int rounds = 12;
     constexpr int filesADrop = 10;
     for (int round = 0; round < rounds; ++round) {
-        const Watchdog watchdog;
-        const QStringList first = makeFiles(QStringLiteral("first"), 100);
-        const QStringList dropped = makeFiles(QStringLiteral("dropped"), 100);
+        const QStringList first = makeFiles("first", 100);
+        const QStringList dropped = makeFiles("dropped", 100);
         QVERIFY(harness->admitted(first));
         for (int row = 0; row < first.size(); row += 10)
             harness->click(row);
@@ -185,8 +91,7 @@ void TestWalleRaces::filesDroppedOntoARunNeverFreezeIt()
         QCOMPARE(harness->paths(), survivorsOf(first) + survivorsOf(dropped));
         QCOMPARE(survivorsOf(first).size(), 10);
         const int destroyed = first.size() + dropped.size() - harness->rows().size();
-        QCOMPARE(harness->log({"showResultDialog"}),
-                 (testsupport::SignalRecords{{"showResultDialog", {1, destroyed, 0}}}));
+        QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(destroyed, 0)});
         QCOMPARE(harness->controls().crushEnabled, !harness->checkedPaths().isEmpty());
         QCOMPARE(harness->differenceFromJobList(), QString());
     }
@@ -194,17 +99,15 @@ void TestWalleRaces::filesDroppedOntoARunNeverFreezeIt()
 
 /// Every few rows that go, one further down is clicked where the window shows it. A click that
 /// comes too late, when the worker has the row in hand, spares nothing; any other does.
-void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
+void TestRaces::clickDuringARunHitsWhatWasClicked()
 {
-    constexpr int rounds = 20;
+    constexpr int rounds = 10;
     constexpr int everyFewRows = 8;
     constexpr int distance = 20;
+    constexpr int nothing = -1;
     int spared = 0;
-    // The worker is some rows further when the controller gets to the click.
-    controllerPause = leisurely;
     for (int round = 0; round < rounds; ++round) {
-        const Watchdog watchdog;
-        const QStringList files = makeFiles(QStringLiteral("file"), 100);
+        const QStringList files = makeFiles("file", 100);
         QSet<QString> clicked;
         QSet<QString> unticked;
         QSet<QString> tooLate;
@@ -216,6 +119,9 @@ void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
                 if (rows.size() % everyFewRows == 0 && row < rows.size()
                     && !clicked.contains(rows.at(row).path)) {
                     clicked.insert(rows.at(row).path);
+                    // The worker is some rows further when the controller gets to the click.
+                    for (int commands = 0; commands < distance / 2; ++commands)
+                        harness->post(nothing);
                     harness->click(row);
                 }
             } else if (signal.name == "setTableItemCheckBoxState") {
@@ -228,7 +134,7 @@ void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
             }
         };
         startRun();
-        QVERIFY(WalleHarness::waitFor([&] { return harness->checkedPaths().isEmpty(); }));
+        PROMPTLY_VERIFY(harness->checkedPaths().isEmpty());
         harness->onSignal = nullptr;
         settle();
 
@@ -246,24 +152,24 @@ void TestWalleRaces::clickDuringARunHitsWhatWasClicked()
     QVERIFY2(spared > rounds, "hardly any click came in time, nothing was tested");
 }
 
-void TestWalleRaces::removalDuringARunSparesWhatWasNotInHand()
+void TestRaces::removalDuringARunSparesWhatWasNotInHand()
 {
-    constexpr int rounds = 20;
+    constexpr int rounds = 10;
     for (int round = 0; round < rounds; ++round) {
-        const Watchdog watchdog;
-        const QStringList files = makeFiles(QStringLiteral("file"), 50);
+        const QStringList files = makeFiles("file", 50);
         QVERIFY(harness->admitted(files));
         harness->onSignal = [this](const SignalRecord &signal) {
             if (signal.name == "removeRowFromMainTable" && harness->rows().size() == 40)
                 harness->post(CommandRemoveChecked);
         };
         startRun();
-        QVERIFY(WalleHarness::waitFor([this] { return harness->rows().isEmpty(); }));
+        PROMPTLY_VERIFY(harness->rows().isEmpty());
         harness->onSignal = nullptr;
+        QVERIFY(harness->performed());
+        const int removals = harness->count("removeRowFromMainTable");
         settle();
 
         const int finished = files.size() - survivorsOf(files).size();
-        const int removals = harness->count("removeRowFromMainTable");
         QCOMPARE(removals, files.size());
         QVERIFY(finished >= 10);
         QCOMPARE(survivorsOf(files), files.mid(finished));
@@ -271,36 +177,43 @@ void TestWalleRaces::removalDuringARunSparesWhatWasNotInHand()
     }
 }
 
-/// "Stopping" is queued while "idle" is said directly, and may follow it by no time at all.
-void TestWalleRaces::answerToAStopNeverOvertakesIt()
-{
-    constexpr int rounds = 5000;
-    const Watchdog watchdog;
-    controllerPause = 0;
-    workerPause = 0;
-    for (int round = 0; round < rounds; ++round) {
-        harness->takeLog();
-        harness->post(CommandStopCrush);
-        QVERIFY(WalleHarness::waitFor([this] { return harness->count("setCrushStarted") == 2; }));
-        if (harness->controls().runState != RunState::Idle)
-            break;
-    }
-    QCOMPARE(harness->controls().runState, RunState::Idle);
-}
-
-/// The same sequence of requests every time; only the threads' timing differs.
-void TestWalleRaces::everythingAtOnceLeavesTableAndListInAgreement()
+/// Whenever it comes: before the worker has taken the path, while it has it in hand, or while the
+/// verdict is on its way. What the report counts is what is gone.
+void TestRaces::everyStopOfARunOfFilesEndsInOneReport()
 {
     constexpr int rounds = 60;
+    constexpr int files = 20;
+    constexpr int longestPause = 3000; // microseconds
+    int spared = 0;
+    for (int round = 0; round < rounds; ++round) {
+        addRows(files);
+        harness->post(CommandStartCrush);
+        const QDeadlineTimer end(std::chrono::microseconds(random(longestPause)));
+        while (!end.hasExpired())
+            QCoreApplication::processEvents();
+        harness->post(CommandStopCrush);
+        QVERIFY(harness->performed());
+        PROMPTLY_COMPARE(harness->controls().runState, RunState::Idle);
+        QVERIFY(harness->performed());
+
+        const int left = harness->rows().size();
+        QCOMPARE(harness->log({"finishAll", "showResultDialog"}),
+                 (SignalRecords{all(files - left), result(files - left, 0)}));
+        spared += left > 0 ? 1 : 0;
+        answerTo({CommandRemoveChecked});
+        QCOMPARE(harness->rows().size(), 0);
+    }
+    QVERIFY2(spared > 0, "no stop came in time, nothing was tested");
+}
+
+void TestRaces::everythingAtOnceLeavesTableAndListInAgreement()
+{
+    constexpr int rounds = 20;
     constexpr int requests = 60;
-    std::mt19937 random(2026); // NOLINT(cert-msc32-c, cert-msc51-cpp): the same on purpose
-    const auto upTo = [&random](int limit) {
-        return std::uniform_int_distribution<int>(0, limit - 1)(random);
-    };
     const auto request = [&](const QStringList &files) {
-        const QStringList paths{files.at(upTo(files.size())), files.at(upTo(files.size()))};
+        const QStringList paths{files.at(random(files.size())), files.at(random(files.size()))};
         const int rows = harness->rows().size();
-        switch (upTo(12)) {
+        switch (random(12)) {
         case 0:
             return harness->choose(paths);
         case 1:
@@ -313,16 +226,15 @@ void TestWalleRaces::everythingAtOnceLeavesTableAndListInAgreement()
         case 5:
             return harness->post(CommandCheckAll);
         case 6:
-            return harness->post(upTo(4) == 0 ? CommandRemoveChecked : CommandUncheckAll);
+            return harness->post(random(4) == 0 ? CommandRemoveChecked : CommandUncheckAll);
         case 7:
             return harness->post(CommandLoadHistory);
         default:
-            return rows > 0 ? harness->click(upTo(rows)) : void();
+            return rows > 0 ? harness->click(random(rows)) : void();
         }
     };
     for (int round = 0; round < rounds; ++round) {
-        const Watchdog watchdog;
-        const QStringList files = makeFiles(QStringLiteral("file"), 60);
+        const QStringList files = makeFiles("file", 60);
         harness->choose(files.mid(0, 40));
         startRun();
         for (int number = 0; number < requests; ++number) {
@@ -335,5 +247,5 @@ void TestWalleRaces::everythingAtOnceLeavesTableAndListInAgreement()
     }
 }
 
-TEST_SUITE(races, TestWalleRaces)
+TEST_SUITE(races, TestRaces)
 #include "races.moc"

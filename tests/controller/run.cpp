@@ -1,30 +1,25 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Runs from start to result.
+// Runs from start to result, and verdicts on a row that is not as it was admitted, or on
+// another row than the one in hand.
 
-#include "sandboxhome.h"
+#include "ordinaryuser.h"
+#include "promptly.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
-
-#include <QtTest>
-
-#include <memory>
+#include "walletest.h"
 
 using testsupport::entryExists;
+using testsupport::OrdinaryUser;
 using testsupport::SignalRecords;
 using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-class TestWalleRun : public QObject
+class TestRun : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
-    void init();
-    void cleanup();
     void runWithNothingCheckedEndsAtOnce();
     void runWithoutRowsEndsAtOnce();
     void runOfOneFileTellsEachStepInOrder();
@@ -33,174 +28,213 @@ private slots:
     void uncheckedRowsAreSpared();
     void linkGoesAndItsTargetStays();
     void countsStartAnewWithEachRun();
+    void rowsAddedDuringARunBelongToIt();
+
+    void rowThatVanishedCountsAsShredded();
+    void rowThatLostItsPermissionFails();
+    void rowThatBecameAFifoHoldsTheRunOpen();
+    void fileOf255BytesHoldsTheRunOpen();
+    void successOfAnotherPathRemovesNothingButGoesOn();
+    void failureOfAnotherPathUnchecksTheLowestRow();
+    void reportWithNothingCheckedChangesNothing();
 
 private:
-    QString make(const QString &name) const { return tree->makeFile(name, 10); }
-    /// A folder that cannot be removed, as a fifo stays in it.
-    QString makeStubborn(const QString &name) const;
+    /// Starts a run over the files "held" and "second" that stands still at the first.
+    void startHeldRun();
+    void stopIsAnswered();
 
-    testsupport::SandboxHome home;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
+    QString held;
+    QString second;
 };
 
-void TestWalleRun::init()
+void TestRun::startHeldRun()
 {
-    tree = std::make_unique<TemporaryTree>();
-    harness = std::make_unique<WalleHarness>();
+    held = make("held");
+    second = make("second");
+    QVERIFY(harness->admitted({held, second}));
+    becomeFifo(held);
+    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
 }
 
-void TestWalleRun::cleanup()
+void TestRun::stopIsAnswered()
 {
-    QCOMPARE(harness->faults(), QStringList());
-    harness.reset();
-    tree.reset();
+    harness->post(CommandStopCrush);
+    PROMPTLY_VERIFY(harness->log().contains(idle()));
 }
 
-QString TestWalleRun::makeStubborn(const QString &name) const
+void TestRun::runWithNothingCheckedEndsAtOnce()
 {
-    const QString folder = tree->makeFolder(name);
-    tree->makeFifo(name + QStringLiteral("/fifo"));
-    return folder;
+    addRows(1);
+    answerToClick(0);
+    QCOMPARE(answerTo({CommandStartCrush}),
+             (SignalRecords{running(), idle(), all(0), crushEnabled(false), removeEnabled(false),
+                            result(0, 0)}));
+    QVERIFY(entryExists(harness->paths().first()));
 }
 
-void TestWalleRun::runWithNothingCheckedEndsAtOnce()
+void TestRun::runWithoutRowsEndsAtOnce()
 {
-    const QString file = make(QStringLiteral("file"));
+    QCOMPARE(answerTo({CommandStartCrush}),
+             (SignalRecords{running(), idle(), all(0), crushEnabled(false), removeEnabled(false),
+                            selectAllTicked(false), selectAllEnabled(false), result(0, 0)}));
+}
+
+void TestRun::runOfOneFileTellsEachStepInOrder()
+{
+    const QString file = make("file");
     QVERIFY(harness->admitted({file}));
-    harness->click(0);
-    QVERIFY(harness->performed());
-    harness->takeLog();
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {0}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                                 {"showResultDialog", {1, 0, 0}},
-                             }));
-    QVERIFY(entryExists(file));
-}
-
-void TestWalleRun::runWithoutRowsEndsAtOnce()
-{
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {0}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                                 {"setSelectAllCheckBoxState", {false}},
-                                 {"setSelectAllCheckBoxEnabled", {false}},
-                                 {"showResultDialog", {1, 0, 0}},
-                             }));
-}
-
-void TestWalleRun::runOfOneFileTellsEachStepInOrder()
-{
-    const QString file = make(QStringLiteral("file"));
-    QVERIFY(harness->admitted({file}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setTableRowHeight", {0, 99}},
-                                 {"removeRowFromMainTable", {0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {1}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                                 {"setSelectAllCheckBoxState", {false}},
-                                 {"setSelectAllCheckBoxEnabled", {false}},
-                                 {"showResultDialog", {1, 1, 0}},
-                             }));
+    QCOMPARE(answerToRun(),
+             (SignalRecords{running(), progress(0, 99), removed(0), idle(), all(1),
+                            crushEnabled(false), removeEnabled(false), selectAllTicked(false),
+                            selectAllEnabled(false), result(1, 0)}));
     QVERIFY(!entryExists(file));
 }
 
-void TestWalleRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
+void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
 {
-    const QString first = make(QStringLiteral("first"));
-    const QString second = makeStubborn(QStringLiteral("second"));
-    const QString third = make(QStringLiteral("third"));
-    QVERIFY(harness->admitted({first, second, third}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->takeLog(), (SignalRecords{
-                                     {"setCrushStarted", {RunState::Running}},
-                                     {"setTableRowHeight", {0, 99}},
-                                     {"removeRowFromMainTable", {0}},
-                                     {"setTableRowHeight", {0, 0}},
-                                     {"setTableRowHeight", {1, 99}},
-                                     {"removeRowFromMainTable", {1}},
-                                     {"setCrushStarted", {RunState::Idle}},
-                                     {"finishAll", {2}},
-                                     {"setCrushButtonEnabled", {false}},
-                                     {"setRemoveButtonEnabled", {false}},
-                                     {"showResultDialog", {1, 2, 1}},
-                                 }));
-    QCOMPARE(harness->paths(), QStringList{second});
-    harness->post(CommandCheckAll);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log({"setTableItemCheckBoxState"}),
-             (SignalRecords{{"setTableItemCheckBoxState", {0, true}}}));
+    const QString stubborn = makeStubborn("second");
+    QVERIFY(harness->admitted({make("first"), stubborn, make("third")}));
+    QCOMPARE(answerToRun(),
+             (SignalRecords{running(), progress(0, 99), removed(0), progress(0, 0), progress(1, 99),
+                            removed(1), idle(), all(2), crushEnabled(false), removeEnabled(false),
+                            result(2, 1)}));
+    QCOMPARE(harness->paths(), QStringList{stubborn});
+    QCOMPARE(answerTo({CommandCheckAll}).first(), ticked(0, true));
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
-void TestWalleRun::failedRowIsTriedAgainOnlyWhenCheckedAgain()
+void TestRun::failedRowIsTriedAgainOnlyWhenCheckedAgain()
 {
-    QVERIFY(harness->admitted({makeStubborn(QStringLiteral("folder"))}));
-    const auto resultOfARun = [this] {
-        harness->takeLog();
-        harness->post(CommandStartCrush);
-        return harness->finished() ? harness->log({"showResultDialog"}) : SignalRecords();
-    };
-    QCOMPARE(resultOfARun(), (SignalRecords{{"showResultDialog", {1, 0, 1}}}));
-    QCOMPARE(resultOfARun(), (SignalRecords{{"showResultDialog", {1, 0, 0}}}));
-    harness->click(0);
-    QCOMPARE(resultOfARun(), (SignalRecords{{"showResultDialog", {1, 0, 1}}}));
+    QVERIFY(harness->admitted({makeStubborn("folder")}));
+    QCOMPARE(answerToRun().last(), result(0, 1));
+    QCOMPARE(answerToRun().last(), result(0, 0));
+    answerToClick(0);
+    QCOMPARE(answerToRun().last(), result(0, 1));
 }
 
-void TestWalleRun::uncheckedRowsAreSpared()
+void TestRun::uncheckedRowsAreSpared()
 {
-    const QString chosen = make(QStringLiteral("chosen"));
     const QString spared = tree->makeFile(QStringLiteral("spared"), QByteArray("as it was"));
+    const QString chosen = make("chosen");
     QVERIFY(harness->admitted({spared, chosen}));
-    harness->click(0);
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
+    answerToClick(0);
+    answerToRun();
     QVERIFY(!entryExists(chosen));
     QCOMPARE(TemporaryTree::contentsOf(spared), QByteArray("as it was"));
     QCOMPARE(harness->paths(), QStringList{spared});
 }
 
-void TestWalleRun::linkGoesAndItsTargetStays()
+void TestRun::linkGoesAndItsTargetStays()
 {
     const QString target = tree->makeFile(QStringLiteral("target"), QByteArray("as it was"));
     const QString link = tree->makeLink(QStringLiteral("link"), target);
     QVERIFY(harness->admitted({link}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
+    answerToRun();
     QVERIFY(!entryExists(link));
     QCOMPARE(TemporaryTree::contentsOf(target), QByteArray("as it was"));
 }
 
-void TestWalleRun::countsStartAnewWithEachRun()
+void TestRun::countsStartAnewWithEachRun()
 {
-    QVERIFY(harness->admitted({make(QStringLiteral("a")), makeStubborn(QStringLiteral("b"))}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QVERIFY(harness->admitted({make(QStringLiteral("c"))}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->log({"finishAll", "showResultDialog"}), (SignalRecords{
-                                                                  {"finishAll", {1}},
-                                                                  {"showResultDialog", {1, 1, 0}},
-                                                              }));
+    QVERIFY(harness->admitted({make("a"), makeStubborn("b")}));
+    QCOMPARE(answerToRun().last(), result(1, 1));
+    QVERIFY(harness->admitted({make("c")}));
+    const SignalRecords answer = answerToRun();
+    QVERIFY(answer.contains(all(1)));
+    QCOMPARE(answer.last(), result(1, 0));
 }
 
-TEST_SUITE(run, TestWalleRun)
+void TestRun::rowsAddedDuringARunBelongToIt()
+{
+    startHeldRun();
+    const QString added = make("added");
+    QVERIFY(harness->admitted({added}));
+    becomeFile(held);
+    harness->walle().finishOneWalle(QString());
+    QVERIFY(harness->finished());
+    QVERIFY(!entryExists(held) && !entryExists(second) && !entryExists(added));
+    QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(3, 0)});
+}
+
+void TestRun::rowThatVanishedCountsAsShredded()
+{
+    const QString file = make("file");
+    QVERIFY(harness->admitted({file}));
+    QVERIFY(QFile::remove(file));
+    QCOMPARE(answerToRun().last(), result(1, 0));
+    QVERIFY(harness->rows().isEmpty());
+    QCOMPARE(home.history(), QByteArray());
+}
+
+void TestRun::rowThatLostItsPermissionFails()
+{
+    const QString file = make("file");
+    OrdinaryUser::give(tree->path());
+    OrdinaryUser::give(file);
+    QVERIFY(harness->admitted({file}));
+    QVERIFY(QFile::setPermissions(file, {}));
+    const OrdinaryUser user;
+    QCOMPARE(answerToRun().last(), result(0, 1));
+    QVERIFY(entryExists(file));
+    QCOMPARE(harness->paths(), QStringList{file});
+}
+
+void TestRun::rowThatBecameAFifoHoldsTheRunOpen()
+{
+    startHeldRun();
+    stopIsAnswered();
+    QCOMPARE(harness->checkedPaths(), (QStringList{held, second}));
+    QCOMPARE(harness->count("showResultDialog"), 0);
+}
+
+void TestRun::fileOf255BytesHoldsTheRunOpen()
+{
+    const QString file = make("file", 255);
+    const QString behind = make("behind");
+    QVERIFY(harness->admitted({file, behind}));
+    harness->post(CommandStartCrush);
+    PROMPTLY_VERIFY(!home.history().isEmpty());
+    stopIsAnswered();
+    QVERIFY(!entryExists(file));
+    QVERIFY(entryExists(behind));
+    QCOMPARE(harness->paths(), (QStringList{file, behind}));
+    QCOMPARE(harness->count("showResultDialog"), 0);
+}
+
+void TestRun::successOfAnotherPathRemovesNothingButGoesOn()
+{
+    startHeldRun();
+    becomeFile(held);
+    harness->walle().finishOneWalle(second);
+    QCOMPARE(harness->log(), SignalRecords());
+    QVERIFY(harness->finished());
+    QVERIFY(!entryExists(held) && !entryExists(second));
+    QCOMPARE(harness->log({"removeRowFromMainTable", "finishAll"}),
+             (SignalRecords{removed(0), removed(0), all(2)}));
+}
+
+void TestRun::failureOfAnotherPathUnchecksTheLowestRow()
+{
+    startHeldRun();
+    harness->walle().failedOneWalle(second);
+    QCOMPARE(harness->log(), SignalRecords{progress(1, 0)});
+    QVERIFY(harness->finished());
+    QVERIFY(entryExists(held));
+    QVERIFY(!entryExists(second));
+    QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(1, 1)});
+}
+
+void TestRun::reportWithNothingCheckedChangesNothing()
+{
+    addRows(1);
+    const QString file = harness->paths().first();
+    answerToClick(0);
+    harness->walle().finishOneWalle(file);
+    harness->walle().failedOneWalle(file);
+    QVERIFY(harness->performed());
+    QCOMPARE(harness->log(), SignalRecords());
+    QVERIFY(entryExists(file));
+}
+
+TEST_SUITE(run, TestRun)
 #include "run.moc"

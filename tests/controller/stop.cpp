@@ -1,41 +1,38 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Stopping a run: between files, inside a file, inside a folder, and what may
-// still come after.
+// Stopping a run: before, between and inside files and folders; and what may still come
+// after. A stop that spares what was handed over ends the run with its report, once.
 
 #include "engine/filecrusher.h"
-#include "sandboxhome.h"
+#include "promptly.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "walleharness.h"
-
-#include <QtTest>
+#include "walletest.h"
 
 #include <atomic>
-#include <memory>
 
 using testsupport::entryExists;
-using testsupport::SignalRecord;
 using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
+using testsupport::WalleTest;
 
-class TestWalleStop : public QObject
+class TestStop : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY2(home.isInForce(), home.advice()); }
-    void init();
-    void cleanup();
     void stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped();
-    void stoppedRunThatHadNothingToSpareGivesNoResult();
-    void stoppedRunLeavesTheRowsAndTheirTicks();
     void stopWithoutRowsDisablesTheControls();
     void stopInsideAFileLetsItFinishAndSparesTheNext();
-    void stopBetweenFilesSparesTheOneHandedOver();
-    void stopInsideAFolderLeavesTheRestOfIt();
+    void stopInsideAFolderLeavesTheRestOfItAndGivesNoReport();
+
+    void stopBetweenFilesSparesTheOneHandedOverAndReports();
+    void stopBeforeTheFirstFileReportsNothingDone();
+    void reportCountsWhatFailed();
+    void nextStopWithoutARunGivesNoReport();
+    void nextRunCountsAnew();
+    void verdictBetweenStopAndAnswerEndsTheRunOnce();
+    void pathOfSomebodyElseIsNoRun();
+
     void successAfterAStopEndsTheRunWithItsResult();
     void failureAfterAStopEndsTheRunWithItsResult();
     void resultLeavesTheTicksInTheList();
@@ -44,254 +41,226 @@ private slots:
 
 private:
     /// Starts a run over two rows that stands still at the first.
-    void startHeldRun();
-    void stopHeldRun();
+    void startRunThatStandsStill();
+    /// The same, stopped and answered.
+    void stopRunThatStandsStill();
     /// Stops at the first progress report: the stop is performed before the worker goes on.
     void stopAtFirstProgress();
-    void showsRunState(int state);
-
-    testsupport::SandboxHome home;
-    std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<WalleHarness> harness;
-    QString held;
-    QString second;
+    /// Stops the run, lets the held worker answer and waits until the controller is idle.
+    SignalRecords stopAndRelease();
 };
 
-void TestWalleStop::init()
+void TestStop::startRunThatStandsStill()
 {
-    tree = std::make_unique<TemporaryTree>();
-    harness = std::make_unique<WalleHarness>();
+    addRows(2);
+    becomeFifo(harness->paths().first());
+    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
 }
 
-void TestWalleStop::cleanup()
+void TestStop::stopRunThatStandsStill()
 {
-    QCOMPARE(harness->faults(), QStringList());
-    harness.reset();
-    tree.reset();
-}
-
-/// What was admitted as a file becomes a fifo, which the controller does not hand over.
-void TestWalleStop::startHeldRun()
-{
-    held = tree->makeFile(QStringLiteral("held"), 10);
-    second = tree->makeFile(QStringLiteral("second"), 10);
-    QVERIFY(harness->admitted({held, second}));
-    QVERIFY(QFile::remove(held));
-    tree->makeFifo(QStringLiteral("held"));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->performed());
-}
-
-void TestWalleStop::stopHeldRun()
-{
-    startHeldRun();
+    startRunThatStandsStill();
     harness->post(CommandStopCrush);
-    QVERIFY(harness->performed());
-    showsRunState(RunState::Idle);
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    harness->takeLog();
 }
 
-void TestWalleStop::stopAtFirstProgress()
+void TestStop::stopAtFirstProgress()
 {
-    harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal.name != "setTableRowHeight")
-            return;
-        harness->onSignal = nullptr;
+    onNext("setTableRowHeight", [this] {
         harness->post(CommandStopCrush);
         harness->performed();
-    };
+    });
 }
 
-void TestWalleStop::showsRunState(int state)
+SignalRecords TestStop::stopAndRelease()
 {
-    QVERIFY(WalleHarness::waitFor([&] { return harness->controls().runState == state; }));
+    return harness->answerTo([this] {
+        harness->post(CommandStopCrush);
+        harness->performed();
+        held.reset();
+        testsupport::promptly([this] { return harness->log().contains(idle()); });
+    });
 }
 
-void TestWalleStop::stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped()
+void TestStop::stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped()
 {
-    startHeldRun();
+    startRunThatStandsStill();
+    const QStringList rows = harness->paths();
     harness->post(CommandStopCrush);
-    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setSelectAllCheckBoxState"); }));
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setCrushStarted", {RunState::Stopping}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"setSelectAllCheckBoxEnabled", {true}},
-                                 {"setCrushButtonEnabled", {true}},
-                                 {"setRemoveButtonEnabled", {true}},
-                                 {"setSelectAllCheckBoxState", {true}},
-                             }));
-}
-
-void TestWalleStop::stoppedRunThatHadNothingToSpareGivesNoResult()
-{
-    stopHeldRun();
-    QCOMPARE(harness->count("finishAll"), 0);
-    QCOMPARE(harness->count("showResultDialog"), 0);
-}
-
-void TestWalleStop::stoppedRunLeavesTheRowsAndTheirTicks()
-{
-    stopHeldRun();
-    QCOMPARE(harness->checkedPaths(), (QStringList{held, second}));
-    QVERIFY(entryExists(held) && entryExists(second));
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    // Nothing was spared, so there is no report.
+    QCOMPARE(harness->log(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(true),
+                            crushEnabled(true), removeEnabled(true), selectAllTicked(true)}));
+    QCOMPARE(harness->checkedPaths(), rows);
+    QVERIFY(entryExists(rows.first()) && entryExists(rows.last()));
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
-void TestWalleStop::stopWithoutRowsDisablesTheControls()
+void TestStop::stopWithoutRowsDisablesTheControls()
 {
     harness->post(CommandStopCrush);
-    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setRemoveButtonEnabled"); }));
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setCrushStarted", {RunState::Stopping}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"setSelectAllCheckBoxEnabled", {false}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setRemoveButtonEnabled", {false}},
-                             }));
+    PROMPTLY_COMPARE(harness->count("setRemoveButtonEnabled"), 1);
+    QCOMPARE(harness->log(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(false),
+                            crushEnabled(false), removeEnabled(false)}));
 }
 
 /// The verdict comes before the worker sees the stop, so the run ends with its result first.
-void TestWalleStop::stopInsideAFileLetsItFinishAndSparesTheNext()
+void TestStop::stopInsideAFileLetsItFinishAndSparesTheNext()
 {
-    const QString first = tree->makeFile(QStringLiteral("first"), 10);
-    const QString spared = tree->makeFile(QStringLiteral("spared"), 10);
-    QVERIFY(harness->admitted({first, spared}));
+    addRows(2);
+    const QStringList rows = harness->paths();
     stopAtFirstProgress();
     harness->post(CommandStartCrush);
-    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setCrushStarted") == 4; }));
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setTableRowHeight", {0, 99}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setCrushStarted", {RunState::Stopping}},
-                                 {"removeRowFromMainTable", {0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {1}},
-                                 {"showResultDialog", {1, 1, 0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"setSelectAllCheckBoxEnabled", {true}},
-                                 {"setCrushButtonEnabled", {true}},
-                                 {"setRemoveButtonEnabled", {true}},
-                                 {"setSelectAllCheckBoxState", {true}},
-                             }));
-    QVERIFY(!entryExists(first));
-    QVERIFY(entryExists(spared));
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    QCOMPARE(harness->log(),
+             (SignalRecords{running(), progress(0, 99), crushEnabled(false), stopping(), removed(0),
+                            idle(), all(1), result(1, 0), idle(), selectAllEnabled(true),
+                            crushEnabled(true), removeEnabled(true), selectAllTicked(true)}));
+    QVERIFY(!entryExists(rows.first()));
+    QVERIFY(entryExists(rows.last()));
 }
 
-/// The worker pauses after each verdict, and the next path waits in its queue meanwhile.
-void TestWalleStop::stopBetweenFilesSparesTheOneHandedOver()
-{
-    const QString first = tree->makeFile(QStringLiteral("first"), 10);
-    const QString spared = tree->makeFile(QStringLiteral("spared"), 10);
-    QVERIFY(harness->admitted({first, spared}));
-    harness->onSignal = [this](const SignalRecord &signal) {
-        if (signal.name == "removeRowFromMainTable")
-            harness->post(CommandStopCrush);
-    };
-    harness->post(CommandStartCrush);
-    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setSelectAllCheckBoxState"); }));
-    QVERIFY(!entryExists(first));
-    QVERIFY(entryExists(spared));
-    harness->onSignal = nullptr;
-    // The stop is seen by the verdict's slot or, as mostly, after the hand-over.
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->log({"showResultDialog"}), (SignalRecords{{"showResultDialog", {1, 1, 0}}}));
-    // A later run shows that the worker has not kept it either.
-    harness->click(0);
-    const QString last = tree->makeFile(QStringLiteral("last"), 10);
-    QVERIFY(harness->admitted({last}));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QVERIFY(!entryExists(last));
-    QVERIFY(entryExists(spared));
-    QCOMPARE(harness->paths(), QStringList{spared});
-}
-
-void TestWalleStop::stopInsideAFolderLeavesTheRestOfIt()
+void TestStop::stopInsideAFolderLeavesTheRestOfItAndGivesNoReport()
 {
     for (const char *name : {"folder/a", "folder/b", "folder/c"})
-        tree->makeFile(QLatin1String(name), 1000);
+        make(name, 1000);
     const QString folder = tree->path(QStringLiteral("folder"));
     QVERIFY(harness->admitted({folder}));
     stopAtFirstProgress();
     harness->post(CommandStartCrush);
-    QVERIFY(WalleHarness::waitFor([this] { return harness->count("setCrushStarted") == 3; }));
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
     QVERIFY(harness->performed());
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setCrushStarted", {RunState::Running}},
-                                 {"setTableRowHeight", {0, 33}},
-                                 {"setCrushButtonEnabled", {false}},
-                                 {"setCrushStarted", {RunState::Stopping}},
-                                 {"setTableRowHeight", {0, 0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"setSelectAllCheckBoxEnabled", {true}},
-                                 {"setCrushButtonEnabled", {true}},
-                                 {"setRemoveButtonEnabled", {true}},
-                                 {"setSelectAllCheckBoxState", {true}},
-                             }));
+    QCOMPARE(harness->log(),
+             (SignalRecords{running(), progress(0, 33), crushEnabled(false), stopping(),
+                            progress(0, 0), idle(), selectAllEnabled(true), crushEnabled(true),
+                            removeEnabled(true), selectAllTicked(true)}));
     QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 2);
 }
 
-void TestWalleStop::successAfterAStopEndsTheRunWithItsResult()
+void TestStop::stopBetweenFilesSparesTheOneHandedOverAndReports()
 {
-    stopHeldRun();
+    addRows(2);
+    const QString spared = harness->paths().last();
+    startAndHoldAt(1);
+    QCOMPARE(stopAndRelease(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(true),
+                            crushEnabled(true), removeEnabled(true), selectAllTicked(true), idle(),
+                            all(1), result(1, 0)}));
+    QCOMPARE(harness->checkedPaths(), QStringList{spared});
+    QCOMPARE(harness->differenceFromJobList(), QString());
+    // A later run shows that the worker has not kept it either.
+    QVERIFY(harness->finished());
+    QVERIFY(harness->admitted({make("last")}));
+    QCOMPARE(answerToRun().last(), result(1, 0));
+    QVERIFY(entryExists(spared));
+}
+
+void TestStop::stopBeforeTheFirstFileReportsNothingDone()
+{
+    addRows(1);
+    holdIdleWorker();
+    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
+    QCOMPARE(stopAndRelease().mid(7), (SignalRecords{idle(), all(0), result(0, 0)}));
+    QVERIFY(entryExists(harness->paths().first()));
+}
+
+void TestStop::reportCountsWhatFailed()
+{
+    QVERIFY(harness->admitted({makeStubborn("stubborn"), make("first"), make("spared")}));
+    startAndHoldAt(2);
+    QCOMPARE(stopAndRelease().mid(7), (SignalRecords{idle(), all(1), result(1, 1)}));
+    QVERIFY(entryExists(tree->path(QStringLiteral("spared"))));
+}
+
+void TestStop::nextStopWithoutARunGivesNoReport()
+{
+    addRows(2);
+    startAndHoldAt(1);
+    stopAndRelease();
+    QCOMPARE(stopAndRelease(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(true),
+                            crushEnabled(true), removeEnabled(true), selectAllTicked(true)}));
+}
+
+void TestStop::nextRunCountsAnew()
+{
+    addRows(3);
+    startAndHoldAt(1);
+    stopAndRelease();
+    QVERIFY(harness->finished());
+    const SignalRecords answer = answerToRun();
+    QVERIFY(answer.contains(all(2)));
+    QCOMPARE(answer.last(), result(2, 0));
+    QCOMPARE(harness->paths(), QStringList());
+}
+
+/// A verdict on what was taken back, which the worker never gives, but a caller may.
+void TestStop::verdictBetweenStopAndAnswerEndsTheRunOnce()
+{
+    addRows(2);
+    const QString spared = harness->paths().last();
+    startAndHoldAt(1);
+    answerTo({CommandStopCrush});
+    harness->walle().failedOneWalle(spared);
     harness->takeLog();
-    harness->walle().finishOneWalle(held);
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"removeRowFromMainTable", {0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {1}},
-                                 {"showResultDialog", {1, 1, 0}},
-                             }));
+    held.reset();
+    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    QVERIFY(harness->performed());
+    QCOMPARE(runLog(), SignalRecords{idle()});
+}
+
+void TestStop::pathOfSomebodyElseIsNoRun()
+{
+    holdIdleWorker();
+    harness->walle().findChild<FileCrusher *>()->addPath(make("file"));
+    QCOMPARE(stopAndRelease(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(false),
+                            crushEnabled(false), removeEnabled(false)}));
+}
+
+void TestStop::successAfterAStopEndsTheRunWithItsResult()
+{
+    stopRunThatStandsStill();
+    harness->walle().finishOneWalle(harness->paths().first());
+    QCOMPARE(harness->log(), (SignalRecords{removed(0), idle(), all(1), result(1, 0)}));
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
-void TestWalleStop::failureAfterAStopEndsTheRunWithItsResult()
+void TestStop::failureAfterAStopEndsTheRunWithItsResult()
 {
-    stopHeldRun();
-    harness->takeLog();
-    harness->walle().failedOneWalle(held);
-    QCOMPARE(harness->log(), (SignalRecords{
-                                 {"setTableRowHeight", {0, 0}},
-                                 {"setCrushStarted", {RunState::Idle}},
-                                 {"finishAll", {0}},
-                                 {"showResultDialog", {1, 0, 1}},
-                             }));
+    stopRunThatStandsStill();
+    harness->walle().failedOneWalle(harness->paths().first());
+    QCOMPARE(harness->log(), (SignalRecords{progress(0, 0), idle(), all(0), result(0, 1)}));
     harness->post(CommandCheckAll); // the failed row is drawn ticked still
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
-void TestWalleStop::resultLeavesTheTicksInTheList()
+void TestStop::resultLeavesTheTicksInTheList()
 {
-    stopHeldRun();
-    harness->walle().finishOneWalle(held);
+    stopRunThatStandsStill();
+    harness->walle().finishOneWalle(harness->paths().first());
     QVERIFY(harness->finished());
-    harness->takeLog();
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->log({"showResultDialog"}), (SignalRecords{{"showResultDialog", {1, 1, 0}}}));
-    QVERIFY(!entryExists(second));
-}
-
-void TestWalleStop::newStartForgetsTheStop()
-{
-    stopHeldRun();
-    QVERIFY(QFile::remove(held));
-    tree->makeFile(QStringLiteral("held"), 10);
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
+    QCOMPARE(answerToRun().last(), result(1, 0));
     QVERIFY(harness->rows().isEmpty());
-    QCOMPARE(harness->log({"showResultDialog"}), (SignalRecords{{"showResultDialog", {1, 2, 0}}}));
 }
 
-void TestWalleStop::verdictAfterTheShutDownHandsNothingOver()
+void TestStop::newStartForgetsTheStop()
 {
-    startHeldRun();
+    stopRunThatStandsStill();
+    becomeFile(harness->paths().first());
+    QCOMPARE(answerToRun().last(), result(2, 0));
+    QVERIFY(harness->rows().isEmpty());
+}
+
+void TestStop::verdictAfterTheShutDownHandsNothingOver()
+{
+    startRunThatStandsStill();
+    const QStringList rows = harness->paths();
     harness->walle().shutDown();
-    harness->walle().finishOneWalle(held);
+    harness->walle().finishOneWalle(rows.first());
 
     auto *worker = harness->walle().findChild<FileCrusher *>();
     std::atomic<int> stops{0};
@@ -303,8 +272,8 @@ void TestWalleStop::verdictAfterTheShutDownHandsNothingOver()
     QTRY_VERIFY(stops >= 1);
     worker->requestStop(true);
     QTRY_VERIFY(stops >= 2);
-    QVERIFY(entryExists(second));
+    QVERIFY(entryExists(rows.last()));
 }
 
-TEST_SUITE(stop, TestWalleStop)
+TEST_SUITE(stop, TestStop)
 #include "stop.moc"

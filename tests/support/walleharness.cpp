@@ -3,17 +3,50 @@
 
 #include "walleharness.h"
 
-#include "eventually.h"
+#include "engine/filecrusher.h"
+#include "promptly.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QTimer>
 #include <QUrl>
 
 #include <utility>
 
 namespace testsupport
 {
+
+struct HeldWorker::Reports {
+    std::atomic<int> left;
+    QSemaphore arrived;
+    QSemaphore released;
+};
+
+/// The controller's own connections are older and so are served first.
+HeldWorker::HeldWorker(const Walle &walle, int report)
+    : reports(std::make_shared<Reports>())
+{
+    reports->left = report;
+    const auto hold = [reports = reports] {
+        if (--reports->left != 0)
+            return;
+        reports->arrived.release();
+        reports->released.acquire();
+    };
+    const auto *worker = walle.findChild<FileCrusher *>();
+    connections.append(QObject::connect(worker, &FileCrusher::finishOne, hold));
+    connections.append(QObject::connect(worker, &FileCrusher::failedOne, hold));
+    connections.append(QObject::connect(worker, &FileCrusher::stopped, hold));
+}
+
+HeldWorker::~HeldWorker()
+{
+    for (const QMetaObject::Connection &connection : qAsConst(connections))
+        QObject::disconnect(connection);
+    reports->released.release();
+}
+
+bool HeldWorker::stands() const
+{
+    return reports->arrived.available() > 0;
+}
 
 WalleHarness::WalleHarness()
     : controller(new Walle)
@@ -171,36 +204,32 @@ void WalleHarness::copyHistory()
     post(CommandCopyHistory);
 }
 
-bool WalleHarness::waitFor(const std::function<bool()> &condition)
-{
-    constexpr int wakeUpMilliseconds = 100;
-    QTimer alarm; // ends a wait for events that never come
-    alarm.start(wakeUpMilliseconds);
-    const QDeadlineTimer deadline(patience);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return true;
-}
-
 bool WalleHarness::performed()
 {
     ++barriers;
     post(CommandCopyHistory);
-    return waitFor([this] { return barriers == 0; });
+    return promptly([this] { return barriers == 0; });
 }
 
-bool WalleHarness::emittedUnheard(const char *signal, const std::function<void()> &request)
+bool WalleHarness::emittedUnheard(const char *signal, const std::function<void()> &request,
+                                  int milliseconds)
 {
     const int heard = count(signal);
     emitted.acquire(emitted.available());
     awaitedEmission = signal;
     request();
-    const bool done = emitted.tryAcquire(1, patience);
+    const bool done = emitted.tryAcquire(1, milliseconds);
     awaitedEmission = nullptr;
     return done && count(signal) == heard;
+}
+
+SignalRecords WalleHarness::answerTo(const std::function<void()> &request)
+{
+    takeLog();
+    request();
+    if (!performed())
+        qFatal("the controller does not answer");
+    return takeLog();
 }
 
 bool WalleHarness::admitted(const QStringList &paths)
@@ -213,7 +242,7 @@ bool WalleHarness::admitted(const QStringList &paths)
 
 bool WalleHarness::finished()
 {
-    if (!waitFor([this] { return results > 0; }))
+    if (!promptly([this] { return results > 0; }))
         return false;
     --results;
     return true;
@@ -255,14 +284,13 @@ QStringList WalleHarness::checkedPaths() const
 /// The rows that the controller names in @p signal when asked for @p request.
 QVector<int> WalleHarness::rowsAnsweringTo(const std::function<void()> &request, const char *signal)
 {
-    takeLog();
-    request();
-    performed();
-    QVector<int> answer;
-    const SignalRecords answers = log({signal});
-    for (const SignalRecord &record : answers)
-        answer.append(record.arguments.first().toInt());
-    return answer;
+    QVector<int> rows;
+    const SignalRecords answer = answerTo(request);
+    for (const SignalRecord &record : answer) {
+        if (record.name == signal)
+            rows.append(record.arguments.first().toInt());
+    }
+    return rows;
 }
 
 QString WalleHarness::differenceFromJobList()

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "controller/walle.h"
+#include "eventually.h"
 #include "signallog.h"
 
 #include <QObject>
@@ -19,9 +20,30 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 namespace testsupport
 {
+
+/// As long as it exists the worker goes no further than its next verdict or answer to a stop. The
+/// controller has heard that one, and the worker's queue holds what it was handed meanwhile.
+class HeldWorker
+{
+public:
+    /// Holds at the @p report th of them.
+    explicit HeldWorker(const Walle &walle, int report = 1);
+    ~HeldWorker();
+    HeldWorker(const HeldWorker &) = delete;
+    HeldWorker &operator=(const HeldWorker &) = delete;
+
+    /// True once the worker stands there.
+    bool stands() const;
+
+private:
+    struct Reports;
+    std::shared_ptr<Reports> reports;
+    QList<QMetaObject::Connection> connections;
+};
 
 class WalleHarness : public QObject
 {
@@ -58,14 +80,15 @@ public:
     /// Puts a history text on the clipboard; see clipboard().
     void copyHistory();
 
-    /// Serves the event loop without a pause until @p condition holds; false after too long.
-    static bool waitFor(const std::function<bool()> &condition);
     /// Waits until everything posted so far is performed and its signals are here; false after
     /// too long a time.
     bool performed();
     /// Does @p request and waits, without serving the event loop, until the controller thread
-    /// emits @p signal (a literal), which is then still unheard; false after too long a time.
-    bool emittedUnheard(const char *signal, const std::function<void()> &request);
+    /// emits @p signal (a literal), which is then still undelivered; false after @p milliseconds.
+    bool emittedUnheard(const char *signal, const std::function<void()> &request,
+                        int milliseconds = patience);
+    /// What the controller emits because of @p request; forgets what it emitted before.
+    SignalRecords answerTo(const std::function<void()> &request);
     /// Chooses @p paths, waits until that is performed and forgets what was said about it.
     bool admitted(const QStringList &paths);
     /// Waits until a run that was started has given its result.

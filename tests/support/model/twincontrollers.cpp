@@ -3,14 +3,9 @@
 
 #include "twincontrollers.h"
 
-#include "briskthreads.h"
+#include "promptly.h"
 #include "seeds.h"
 
-#include "engine/filecrusher.h"
-#include "eventually.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QUrl>
 
@@ -28,27 +23,11 @@ namespace
 
 constexpr int depth = 2;
 constexpr int rowLimit = 200;
-constexpr useconds_t shortPause = 50;
 
 int linesOnDisk()
 {
     QFile history(Walle::historyFilePath());
     return history.open(QIODevice::ReadOnly) ? history.readAll().count('\n') : 0;
-}
-
-/// Waits for what no event tells: looks again and again.
-void waitUntil(const std::function<bool()> &condition)
-{
-    const QDeadlineTimer deadline(patience);
-    while (!condition() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents();
-        ::usleep(shortPause);
-    }
-}
-
-const QThread *workerOf(const WalleHarness &product)
-{
-    return product.walle().findChild<FileCrusher *>();
 }
 
 /// Calls @p react at the @p at-th signal of the name @p signal.
@@ -138,15 +117,20 @@ QString TwinControllers::differenceInStep()
     return differenceAfter(requests, nullptr, QByteArray(), 0);
 }
 
-/// A run after @p requests that is stopped before the worker has begun anything.
+/// A run after @p requests that is stopped before the worker has begun anything: it is held at its
+/// answer to an earlier stop.
 QString TwinControllers::differenceAfterStopInTime(QList<Request> requests)
 {
-    std::unique_ptr<HeldThread> held;
+    std::unique_ptr<HeldWorker> held;
     const Request hold{[&held](WalleHarness &product) {
-                           held = std::make_unique<HeldThread>(workerOf(product));
-                           waitUntil([&held] { return held->stands(); });
+                           held = std::make_unique<HeldWorker>(product.walle());
+                           product.post(CommandStopCrush);
+                           promptly([&held] { return held->stands(); });
                        },
-                       [](ModelWalle &) {}};
+                       [](ModelWalle &twin) {
+                           twin.stop();
+                           twin.work();
+                       }};
     const Request release{[&held](WalleHarness &product) {
                               product.performed();
                               held.reset();
@@ -193,13 +177,10 @@ QString TwinControllers::differenceAfter(const QList<Request> &requests, const R
 /// Waits until the controller has said as much as the model, and has nothing more to do.
 QString TwinControllers::differenceInSaid()
 {
-    WalleHarness::waitFor([this] { return harness.log().size() >= model.said.size(); });
+    promptly([this] { return harness.log().size() >= model.said.size(); });
     harness.performed();
     // The last thing the worker does for a path may be one that the window is not told.
-    waitUntil([this] { return linesOnDisk() >= model.linesOfHistory(); });
-    const QThread *const worker = workerOf(harness);
-    const int before = pausesOf(worker);
-    waitUntil([worker, before] { return pausesOf(worker) > before + 1; });
+    promptly([this] { return linesOnDisk() >= model.linesOfHistory(); });
     return differenceBetween(std::exchange(model.said, {}), withSomeTime(harness.takeLog()));
 }
 
