@@ -4,7 +4,6 @@
 // Which paths become rows: one by one, in a batch from the file dialog and in a drop.
 // Real system folders are admitted here, so no test in this file starts a run.
 
-#include "controller/droppedurls.h"
 #include "suites.h"
 #include "walletest.h"
 
@@ -42,8 +41,6 @@ private slots:
     void urlThatIsNoLocalFileEndsTheDropSilently_data();
     void urlThatIsNoLocalFileEndsTheDropSilently();
     void droppedNamesKeepTheirBytes();
-    void pathsAreThoseOfTheUrls_data();
-    void pathsAreThoseOfTheUrls();
 
 private:
     static uint refusalIn(const SignalRecords &answer);
@@ -282,34 +279,12 @@ void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently()
 
 void TestAdmission::droppedNamesKeepTheirBytes()
 {
+    const QString folder = tree->makeFolder(QStringLiteral("folder"));
     const QStringList paths{make("a b%20c#d?e"), make("'q' \"q\""), make("粉碎 🗑"),
-                            make("two\nlines")};
+                            make("two\nlines"), folder + QStringLiteral("//../folder/")};
     harness->dropFiles(paths);
     QVERIFY(harness->performed());
     QCOMPARE(harness->paths(), paths);
-}
-
-void TestAdmission::pathsAreThoseOfTheUrls_data()
-{
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QString>("path");
-    const auto row = [](const char *url, const char *path) {
-        QTest::newRow(url) << QString::fromUtf8(url) << QString::fromUtf8(path);
-    };
-    row("file:///home/u/a.txt", "/home/u/a.txt");
-    row("file:///%E7%B2%89%E7%A2%8E", "/粉碎");
-    row("file:///a%3Fb%23c", "/a?b#c");
-    row("file:///folder/", "/folder/");
-    row("file:///a/../b", "/a/../b");
-    row("file:///a//b", "/a//b");
-    row("file:///%25", "/%");
-}
-
-void TestAdmission::pathsAreThoseOfTheUrls()
-{
-    QFETCH(QString, url);
-    QFETCH(QString, path);
-    QCOMPARE(localPathsOf({QUrl(url)}), QStringList{path});
 }
 
 TEST_SUITE(admission, TestAdmission)

@@ -19,9 +19,7 @@ class TestDeliveryFence : public QObject
 
 private slots:
     void clearWhenTheEndOfEveryEmissionIsDelivered();
-    void everythingEmittedIsDeliveredInOrder();
     void onlyCallsAreDeliveredNotInput();
-    void otherThreadWaitsUntilAllIsDelivered();
     void whatFollowsAWaitIsNotDeliveredWithin();
 
 private:
@@ -29,10 +27,6 @@ private:
     void callLater(const std::function<void()> &step)
     {
         QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
-    }
-    void callAndWait(const std::function<void()> &step)
-    {
-        QMetaObject::invokeMethod(this, step, Qt::BlockingQueuedConnection);
     }
 };
 
@@ -50,25 +44,6 @@ void TestDeliveryFence::clearWhenTheEndOfEveryEmissionIsDelivered()
     }
     QVERIFY(!fence.isClear());
     QTRY_VERIFY(fence.isClear());
-}
-
-void TestDeliveryFence::everythingEmittedIsDeliveredInOrder()
-{
-    DeliveryFence fence;
-    QSemaphore opened;
-    QVector<int> arrived;
-    std::thread other([&] {
-        const DeliveryFence::Emission emission(fence);
-        opened.release();
-        for (int number = 0; number < 100; ++number)
-            callLater([&arrived, number] { arrived.append(number); });
-        callAndWait([&arrived] { arrived.append(100); }); // as a row is added: no deadlock
-    });
-    opened.acquire();
-    fence.deliverPending();
-    QCOMPARE(arrived.size(), 101);
-    QVERIFY(std::is_sorted(arrived.cbegin(), arrived.cend()));
-    other.join();
 }
 
 void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
@@ -93,24 +68,6 @@ void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
     fence.deliverPending();
     QVERIFY(!listener.heard);
     QTRY_VERIFY(listener.heard);
-}
-
-void TestDeliveryFence::otherThreadWaitsUntilAllIsDelivered()
-{
-    DeliveryFence fence;
-    std::atomic<bool> returned{false};
-    bool deliveredFirst = false;
-    std::thread other([&] {
-        {
-            const DeliveryFence::Emission emission(fence);
-            callLater([&] { deliveredFirst = !returned; });
-        }
-        fence.waitUntilDelivered();
-        returned = true;
-    });
-    QTRY_VERIFY(returned);
-    QVERIFY(deliveredFirst);
-    other.join();
 }
 
 /// A report that opens a dialog must not be delivered inside a slot that calls deliverPending().

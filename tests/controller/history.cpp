@@ -27,17 +27,15 @@ private slots:
     void userWithoutAnEntryHasNoHome();
     void shreddedFileIsRecordedWithTimeNameAndFolder();
     void everythingRemovedFromAFolderIsRecorded();
-    void pathThatStillExistsIsNotRecorded();
-    void emptyPathIsNotRecorded();
+    void emptyPathAndOneThatStillExistsAreNotRecorded();
     void failedRowIsNotRecorded();
     void recordingSaysNothing();
     void unreadableHistoryIsLeftAloneAndShreddingGoesOn();
-    void folderInPlaceOfTheHistoryIsLeftAloneAndShreddingGoesOn();
+    void folderInPlaceOfTheHistoryStaysAndShreddingGoesOn();
     void homeThatCannotBeWrittenIsSilent();
     void clearingRemovesTheFileAndSaysNothing();
     void recordingGoesOnAfterClearing();
     void historyThatCannotBeWrittenIsNotCleared();
-    void folderInPlaceOfTheHistoryIsNotCleared();
     void whatWasReportedBeforeTheWindowWentIsRecorded();
 
 private:
@@ -95,20 +93,15 @@ void TestHistory::everythingRemovedFromAFolderIsRecorded()
     QCOMPARE(lines.mid(7, 2), (QByteArrayList{"folder", top}));
 }
 
-void TestHistory::pathThatStillExistsIsNotRecorded()
+void TestHistory::emptyPathAndOneThatStillExistsAreNotRecorded()
 {
     const QString file = make("file");
+    record("");
     harness->walle().addToHistoryWalle(file);
     QVERIFY(!entryExists(home.historyFile()));
     QVERIFY(QFile::remove(file));
     harness->walle().addToHistoryWalle(file);
     QCOMPARE(home.historyLines().size(), 3);
-}
-
-void TestHistory::emptyPathIsNotRecorded()
-{
-    record("");
-    QVERIFY(!entryExists(home.historyFile()));
 }
 
 void TestHistory::failedRowIsNotRecorded()
@@ -140,13 +133,14 @@ void TestHistory::unreadableHistoryIsLeftAloneAndShreddingGoesOn()
     QCOMPARE(home.history(), QByteArray("one\n"));
 }
 
-void TestHistory::folderInPlaceOfTheHistoryIsLeftAloneAndShreddingGoesOn()
+void TestHistory::folderInPlaceOfTheHistoryStaysAndShreddingGoesOn()
 {
     QVERIFY(QDir().mkdir(home.historyFile()));
     const QString file = make("file");
     shred(file);
     QVERIFY(!entryExists(file));
-    QVERIFY(QDir(home.historyFile()).isEmpty());
+    answerTo({CommandClearHistory});
+    QVERIFY(QFileInfo(home.historyFile()).isDir() && QDir(home.historyFile()).isEmpty());
 }
 
 void TestHistory::homeThatCannotBeWrittenIsSilent()
@@ -187,13 +181,6 @@ void TestHistory::historyThatCannotBeWrittenIsNotCleared()
         answerTo({CommandClearHistory});
     }
     QCOMPARE(home.history(), QByteArray("one\ntwo\nthree\n"));
-}
-
-void TestHistory::folderInPlaceOfTheHistoryIsNotCleared()
-{
-    QVERIFY(QDir().mkdir(home.historyFile()));
-    answerTo({CommandClearHistory});
-    QVERIFY(QFileInfo(home.historyFile()).isDir());
 }
 
 /// The report is in the event queue, the worker waits, and the event loop has ended.

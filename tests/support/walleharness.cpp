@@ -6,6 +6,8 @@
 #include "engine/filecrusher.h"
 #include "promptly.h"
 
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
 #include <QUrl>
 
 #include <utility>
@@ -28,6 +30,7 @@ HeldWorker::HeldWorker(const Walle &walle, int report)
         if (--reports->left != 0)
             return;
         reports->arrived.release();
+        QCoreApplication::eventDispatcher()->wakeUp(); // a promptly() for stands() goes on at once
         reports->released.acquire();
     };
     const auto *worker = walle.findChild<FileCrusher *>();
