@@ -27,9 +27,7 @@ private slots:
     void abortEndsTheRowsAndStillCompletes();
     void abortWhileReadingGivesNoRows();
     void abortBeforeALoadHasNoEffectOnIt();
-    void twoOpeningsInARowLoadTwice();
     void entriesRecordedDuringALoadComeWithTheNext();
-    void clearingDuringALoadLetsItComplete();
     void copyBeforeAnyLoadIsEmpty();
     void copyGivesTheWholeEntriesLastLoaded();
     void copyKeepsWhatWasClearedUntilTheNextLoad();
@@ -53,8 +51,6 @@ private:
     void writeLines(int count) const;
     SignalRecords load() { return answerTo({CommandLoadHistory}); }
     QString copied();
-    /// Does @p step in the window's slot for the @p number th row, while the controller waits.
-    void onRow(int number, const std::function<void()> &step);
 };
 
 void TestHistoryLoad::writeLines(int count) const
@@ -70,15 +66,6 @@ QString TestHistoryLoad::copied()
     harness->copyHistory();
     harness->performed();
     return harness->clipboard();
-}
-
-void TestHistoryLoad::onRow(int number, const std::function<void()> &step)
-{
-    harness->onSignal = [this, number, step](const SignalRecord &signal) {
-        if (signal.name == "addRowToHistoryTable"
-            && harness->count("addRowToHistoryTable") == number)
-            step();
-    };
 }
 
 void TestHistoryLoad::historyWithoutLinesOnlyBegins_data()
@@ -187,31 +174,13 @@ void TestHistoryLoad::abortBeforeALoadHasNoEffectOnIt()
     QCOMPARE(load().size(), 4);
 }
 
-void TestHistoryLoad::twoOpeningsInARowLoadTwice()
-{
-    writeLines(3);
-    const SignalRecords once{begun(), rowsComing(), row("0", "1", "2"), complete()};
-    QCOMPARE(answerTo({CommandLoadHistory, CommandLoadHistory}), once + once);
-}
-
 void TestHistoryLoad::entriesRecordedDuringALoadComeWithTheNext()
 {
     writeLines(6);
-    onRow(1, [this] { harness->walle().addToHistoryWalle(QStringLiteral("/nonexistent/file")); });
+    onNext("addRowToHistoryTable",
+           [this] { harness->walle().addToHistoryWalle(QStringLiteral("/nonexistent/file")); });
     QCOMPARE(load().size(), 3 + 2);
-    harness->onSignal = nullptr;
     QCOMPARE(load().size(), 3 + 3);
-}
-
-void TestHistoryLoad::clearingDuringALoadLetsItComplete()
-{
-    writeLines(9);
-    onRow(2, [this] { harness->post(CommandClearHistory); });
-    QCOMPARE(load().size(), 3 + 3);
-    harness->onSignal = nullptr;
-    QVERIFY(harness->performed());
-    QVERIFY(!QFile::exists(home.historyFile()));
-    QCOMPARE(load(), SignalRecords{begun()});
 }
 
 void TestHistoryLoad::copyBeforeAnyLoadIsEmpty()

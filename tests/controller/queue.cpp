@@ -21,9 +21,7 @@ class TestQueue : public WalleTest
 private slots:
     void signalsAndSlotsKeepTheirDeclaredOrder();
     void parametersAreNamedAsDeclared();
-    void controllerAndWorkerLiveWhereTheyAreMade();
-    void workerIsStartedByTheConstructor();
-    void idleControllerSaysNothing();
+    void controllerAndItsRunningWorkerLiveWhereTheyAreMade();
     void unknownCodeIsTakenAndIgnored_data();
     void unknownCodeIsTakenAndIgnored();
     void batchCommandWithoutBatchDoesNothing_data();
@@ -92,26 +90,15 @@ void TestQueue::parametersAreNamedAsDeclared()
     }
 }
 
-void TestQueue::controllerAndWorkerLiveWhereTheyAreMade()
-{
-    const auto *worker = harness->walle().findChild<FileCrusher *>();
-    QVERIFY(worker);
-    QCOMPARE(worker->parent(), &harness->walle());
-    QCOMPARE(worker->thread(), QThread::currentThread());
-    QCOMPARE(harness->walle().thread(), QThread::currentThread());
-}
-
-void TestQueue::workerIsStartedByTheConstructor()
+void TestQueue::controllerAndItsRunningWorkerLiveWhereTheyAreMade()
 {
     auto *walle = new Walle; // never ended, as in the program
-    QVERIFY(walle->findChild<FileCrusher *>()->isRunning());
-    QVERIFY(!walle->isRunning());
+    const auto *worker = walle->findChild<FileCrusher *>();
+    QVERIFY(worker && worker->isRunning() && !walle->isRunning());
+    QCOMPARE(worker->parent(), walle);
+    QCOMPARE(worker->thread(), QThread::currentThread());
+    QCOMPARE(walle->thread(), QThread::currentThread());
     walle->shutDown();
-}
-
-void TestQueue::idleControllerSaysNothing()
-{
-    QCOMPARE(answerTo({}), SignalRecords());
 }
 
 void TestQueue::unknownCodeIsTakenAndIgnored_data()

@@ -27,7 +27,6 @@ class TestRaces : public WalleTest
 private slots:
     void filesDroppedOntoARunNeverFreezeIt();
     void clickDuringARunHitsWhatWasClicked();
-    void removalDuringARunSparesWhatWasNotInHand();
     void everyStopOfARunOfFilesEndsInOneReport();
     void everythingAtOnceLeavesTableAndListInAgreement();
 
@@ -150,31 +149,6 @@ void TestRaces::clickDuringARunHitsWhatWasClicked()
             QFile::remove(path);
     }
     QVERIFY2(spared > rounds, "hardly any click came in time, nothing was tested");
-}
-
-void TestRaces::removalDuringARunSparesWhatWasNotInHand()
-{
-    constexpr int rounds = 10;
-    for (int round = 0; round < rounds; ++round) {
-        const QStringList files = makeFiles("file", 50);
-        QVERIFY(harness->admitted(files));
-        harness->onSignal = [this](const SignalRecord &signal) {
-            if (signal.name == "removeRowFromMainTable" && harness->rows().size() == 40)
-                harness->post(CommandRemoveChecked);
-        };
-        startRun();
-        PROMPTLY_VERIFY(harness->rows().isEmpty());
-        harness->onSignal = nullptr;
-        QVERIFY(harness->performed());
-        const int removals = harness->count("removeRowFromMainTable");
-        settle();
-
-        const int finished = files.size() - survivorsOf(files).size();
-        QCOMPARE(removals, files.size());
-        QVERIFY(finished >= 10);
-        QCOMPARE(survivorsOf(files), files.mid(finished));
-        QCOMPARE(harness->differenceFromJobList(), QString());
-    }
 }
 
 /// Whenever it comes: before the worker has taken the path, while it has it in hand, or while the
