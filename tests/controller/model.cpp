@@ -57,7 +57,7 @@ void TestModelController::beginAnew()
     home.forgetHistory();
     harness->post(CommandStopCrush); // a run that nothing but a stop ends
     harness->performed();
-    testsupport::promptly([this] { return harness->controls().runState == RunState::Idle; });
+    testsupport::promptly([this] { return harness->runState() == RunState::Idle; });
     for (const int code :
          {CommandCheckAll, CommandRemoveChecked, CommandStartCrush, CommandLoadHistory})
         harness->post(code);

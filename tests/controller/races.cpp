@@ -91,7 +91,7 @@ void TestRaces::filesDroppedOntoARunNeverFreezeIt()
         QCOMPARE(survivorsOf(first).size(), 10);
         const int destroyed = first.size() + dropped.size() - harness->rows().size();
         QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(destroyed, 0)});
-        QCOMPARE(harness->controls().crushEnabled, !harness->checkedPaths().isEmpty());
+        QCOMPARE(harness->isCrushEnabled(), !harness->checkedPaths().isEmpty());
         QCOMPARE(harness->differenceFromJobList(), QString());
     }
 }
@@ -167,7 +167,7 @@ void TestRaces::everyStopOfARunOfFilesEndsInOneReport()
             QCoreApplication::processEvents();
         harness->post(CommandStopCrush);
         QVERIFY(harness->performed());
-        PROMPTLY_COMPARE(harness->controls().runState, RunState::Idle);
+        PROMPTLY_COMPARE(harness->runState(), RunState::Idle);
         QVERIFY(harness->performed());
 
         const int left = harness->rows().size();

@@ -71,7 +71,15 @@ inline char *toString(const SignalRecord &record)
 class SignalLog final : public QObject
 {
 public:
+    using TypeOf = std::function<Qt::ConnectionType(const QByteArray &signal)>;
+
     explicit SignalLog(const QObject *sender, Qt::ConnectionType type = Qt::DirectConnection)
+        : SignalLog(sender, [type](const QByteArray &) { return type; })
+    {
+    }
+
+    /// @p typeOf tells how each signal is connected.
+    SignalLog(const QObject *sender, const TypeOf &typeOf)
     {
         const QMetaObject *meta = sender->metaObject();
         for (int index = meta->methodOffset(); index < meta->methodCount(); ++index) {
@@ -80,7 +88,7 @@ public:
                 continue;
             const int slot = QObject::staticMetaObject.methodCount() + heard.size();
             heard.append(method);
-            if (!QMetaObject::connect(sender, index, this, slot, type, nullptr))
+            if (!QMetaObject::connect(sender, index, this, slot, typeOf(method.name()), nullptr))
                 qFatal("cannot listen to %s", method.methodSignature().constData());
         }
     }

@@ -51,12 +51,26 @@ bool HeldWorker::stands() const
     return reports->arrived.available() > 0;
 }
 
+/// As the main window connects.
+static Qt::ConnectionType connectionOf(const QByteArray &signal)
+{
+    static const QByteArrayList blocking{"addRowToMainTable",         "addRowToHistoryTable",
+                                         "removeRowFromHistoryTable", "clipboardSetText",
+                                         "setHistoryButtonEnabled",   "alertDialog"};
+    return blocking.contains(signal) ? Qt::BlockingQueuedConnection : Qt::AutoConnection;
+}
+
 WalleHarness::WalleHarness()
     : controller(new Walle)
+    , emissions(controller)
+    , window(controller, connectionOf)
 {
-    connectControls();
-    connectTable();
-    connectReports();
+    emissions.onRecord = [this](const SignalRecord &signal) {
+        const char *const awaited = awaitedEmission;
+        if (awaited != nullptr && signal.name == awaited)
+            emitted.release();
+    };
+    window.onRecord = [this](const SignalRecord &signal) { receive(signal); };
     controller->start(QThread::InheritPriority);
 }
 
@@ -65,114 +79,51 @@ WalleHarness::~WalleHarness()
     controller->shutDown();
 }
 
-template <class Reaction, class... Arguments>
-void WalleHarness::hear(const char *name, void (Walle::*signal)(Arguments...),
-                        Qt::ConnectionType type, Reaction reaction)
+void WalleHarness::receive(const SignalRecord &signal)
 {
-    // Ahead of the other, as slots are called in the order they were connected.
-    connect(
-        controller, signal, this,
-        [this, name] {
-            if (qstrcmp(awaitedEmission, name) == 0)
-                emitted.release();
-        },
-        Qt::DirectConnection);
-    connect(
-        controller, signal, this,
-        [this, name, reaction](Arguments... arguments) {
-            if (!reaction(arguments...))
-                return;
-            records.append({name, {QVariant::fromValue(arguments)...}});
-            if (onSignal)
-                onSignal(records.last());
-        },
-        type);
+    const QVariant first = signal.arguments.value(0);
+    if (signal.name == "clipboardSetText") {
+        if (copies == 0) {
+            --barriers;
+            return;
+        }
+        --copies;
+        clipboardText = first.toString();
+    } else if (signal.name == "addRowToMainTable") {
+        table.append({first.toString()});
+    } else if (signal.name == "setCrushStarted") {
+        shownRunState = first.toInt();
+    } else if (signal.name == "setCrushButtonEnabled") {
+        crushEnabled = first.toBool();
+    } else if (signal.name == "showResultDialog") {
+        ++results;
+    } else {
+        showRowSignal(signal);
+    }
+    records.append(signal);
+    if (onSignal)
+        onSignal(records.last());
 }
 
-void WalleHarness::connectControls()
+/// What the table does on the signals that name a row.
+void WalleHarness::showRowSignal(const SignalRecord &signal)
 {
-    const auto show = [this](auto Controls::*control) {
-        return [this, control](auto value) {
-            shown.*control = value;
-            return true;
-        };
-    };
-    hear("setSelectAllCheckBoxEnabled", &Walle::setSelectAllCheckBoxEnabled, Qt::AutoConnection,
-         show(&Controls::selectAllEnabled));
-    hear("setSelectAllCheckBoxState", &Walle::setSelectAllCheckBoxState, Qt::AutoConnection,
-         show(&Controls::selectAllTicked));
-    hear("setRemoveButtonEnabled", &Walle::setRemoveButtonEnabled, Qt::AutoConnection,
-         show(&Controls::removeEnabled));
-    hear("setCrushButtonEnabled", &Walle::setCrushButtonEnabled, Qt::AutoConnection,
-         show(&Controls::crushEnabled));
-    hear("setCrushStarted", &Walle::setCrushStarted, Qt::AutoConnection, show(&Controls::runState));
-}
-
-void WalleHarness::connectTable()
-{
-    hear("addRowToMainTable", &Walle::addRowToMainTable, Qt::BlockingQueuedConnection,
-         [this](const QString &fullName) {
-             table.append({fullName});
-             return true;
-         });
-    hear("removeRowFromMainTable", &Walle::removeRowFromMainTable, Qt::AutoConnection,
-         [this](int row) {
-             if (hasRow("removeRowFromMainTable", row))
-                 table.removeAt(row);
-             return true;
-         });
-    hear("setTableItemCheckBoxState", &Walle::setTableItemCheckBoxState, Qt::AutoConnection,
-         [this](int row, bool state) {
-             if (hasRow("setTableItemCheckBoxState", row))
-                 table[row].checked = state;
-             return true;
-         });
-    hear("setTableRowHeight", &Walle::setTableRowHeight, Qt::AutoConnection,
-         [this](int row, int percent) {
-             if (hasRow("setTableRowHeight", row))
-                 table[row].percent = percent;
-             return true;
-         });
-}
-
-void WalleHarness::connectReports()
-{
-    const auto nothing = [](const auto &...) { return true; };
-    hear("addRowToHistoryTable", &Walle::addRowToHistoryTable, Qt::BlockingQueuedConnection,
-         nothing);
-    hear("removeRowFromHistoryTable", &Walle::removeRowFromHistoryTable,
-         Qt::BlockingQueuedConnection, nothing);
-    hear("finishOne", &Walle::finishOne, Qt::AutoConnection, nothing);
-    hear("finishAll", &Walle::finishAll, Qt::AutoConnection, nothing);
-    hear("clipboardSetText", &Walle::clipboardSetText, Qt::BlockingQueuedConnection,
-         [this](const QString &text) {
-             if (copies == 0) {
-                 --barriers;
-                 return false;
-             }
-             --copies;
-             clipboardText = text;
-             return true;
-         });
-    hear("setHistoryButtonEnabled", &Walle::setHistoryButtonEnabled, Qt::BlockingQueuedConnection,
-         nothing);
-    hear("alertDialog", &Walle::alertDialog, Qt::BlockingQueuedConnection, nothing);
-    hear("showResultDialog", &Walle::showResultDialog, Qt::AutoConnection,
-         [this](uint, uint, uint) {
-             ++results;
-             return true;
-         });
-}
-
-bool WalleHarness::hasRow(const char *signal, int row)
-{
-    if (row >= 0 && row < table.size())
-        return true;
-    rowFaults.append(QStringLiteral("%1(%2) with %3 rows")
-                         .arg(QLatin1String(signal))
-                         .arg(row)
-                         .arg(table.size()));
-    return false;
+    static const QByteArrayList names{"removeRowFromMainTable", "setTableItemCheckBoxState",
+                                      "setTableRowHeight"};
+    const int row = signal.arguments.value(0).toInt();
+    const QVariant value = signal.arguments.value(1);
+    const int kind = names.indexOf(signal.name);
+    if (kind >= 0 && (row < 0 || row >= table.size()))
+        rowFaults.append(QStringLiteral("%1(%2) with %3 rows")
+                             .arg(QLatin1String(signal.name))
+                             .arg(row)
+                             .arg(table.size()));
+    else if (kind == 0)
+        table.removeAt(row);
+    else if (kind == 1)
+        table[row].checked = value.toBool();
+    else if (kind == 2)
+        table[row].percent = value.toInt();
 }
 
 void WalleHarness::choose(const QStringList &names) const
@@ -263,6 +214,8 @@ SignalRecords WalleHarness::log(const QByteArrayList &names) const
 
 SignalRecords WalleHarness::takeLog()
 {
+    emissions.clear();
+    window.clear();
     return std::exchange(records, {});
 }
 

@@ -56,15 +56,6 @@ public:
         int percent = 0;
     };
 
-    /// What the controls of the window show; they start disabled and unticked.
-    struct Controls {
-        bool selectAllEnabled = false;
-        bool selectAllTicked = false;
-        bool removeEnabled = false;
-        bool crushEnabled = false;
-        int runState = RunState::Idle;
-    };
-
     WalleHarness();
     ~WalleHarness() override;
 
@@ -107,7 +98,9 @@ public:
     QStringList paths() const;
     QStringList checkedPaths() const;
     int rowOf(const QString &path) const { return paths().indexOf(path); }
-    const Controls &controls() const { return shown; }
+    /// The RunState and the button as the window shows them.
+    int runState() const { return shownRunState; }
+    bool isCrushEnabled() const { return crushEnabled; }
     QString clipboard() const { return clipboardText; }
 
     /// Asks the controller for its list, row by row, and compares it with the table; empties
@@ -117,21 +110,19 @@ public:
     QStringList faults() const { return rowFaults; }
 
 private:
-    void connectControls();
-    void connectTable();
-    void connectReports();
-    template <class Reaction, class... Arguments>
-    void hear(const char *name, void (Walle::*signal)(Arguments...), Qt::ConnectionType type,
-              Reaction reaction);
-    bool hasRow(const char *signal, int row);
+    void receive(const SignalRecord &signal);
+    void showRowSignal(const SignalRecord &signal);
     QVector<int> rowsAnsweringTo(const std::function<void()> &request, const char *signal);
 
     Walle *controller;
     std::atomic<const char *> awaitedEmission{nullptr};
     QSemaphore emitted;
+    SignalLog emissions; ///< tells of each signal in the thread that emits it
+    SignalLog window;    ///< is connected as the window is
     SignalRecords records;
     QVector<Row> table;
-    Controls shown;
+    int shownRunState = RunState::Idle;
+    bool crushEnabled = false;
     QString clipboardText;
     QStringList rowFaults;
     int results = 0;

@@ -25,6 +25,8 @@ public:
 
     /// Everything said since this was emptied last.
     SignalRecords said;
+    /// How often the worker has reported something.
+    int reports = 0;
     /// Called with each signal when it is in the list.
     std::function<void(const SignalRecord &)> onSignal;
     /// Raised by a test that hears of a history load and wants no more of it.
@@ -53,7 +55,6 @@ public:
     QStringList paths() const;
     bool hasChecked() const { return firstChecked() >= 0; }
     const ModelDisk &disk() const { return picture; }
-    int linesOfHistory() const { return historyFile.size(); }
 
 private:
     struct Row {

@@ -85,6 +85,7 @@ void ModelWalle::work()
 void ModelWalle::hearWorker(const SignalRecord &report)
 {
     const QString path = report.arguments.value(0).toString();
+    ++reports;
     if (report.name == "finishOne")
         return finishOne(path);
     if (report.name == "failedOne")

@@ -52,6 +52,7 @@ private:
     RandomTree tree;
     ModelWalle model;
     WalleHarness &harness;
+    SignalLog reports;      ///< the worker's
     QByteArrayList entries; ///< what can be listed
 };
 
