@@ -21,8 +21,8 @@ private slots:
     void historyWithoutLinesOnlyBegins_data();
     void historyWithoutLinesOnlyBegins();
     void historyThatMayNotBeReadAndWrittenOnlyBegins();
-    void threeLinesGiveOneRow_data();
-    void threeLinesGiveOneRow();
+    void threeLinesGiveOneRowAndTheRestIsIgnored_data();
+    void threeLinesGiveOneRowAndTheRestIsIgnored();
     void abortEndsTheRowsAndStillCompletes_data();
     void abortEndsTheRowsAndStillCompletes();
     void abortWhileReadingGivesNoRows();
@@ -100,7 +100,7 @@ void TestHistoryLoad::historyThatMayNotBeReadAndWrittenOnlyBegins()
     }
 }
 
-void TestHistoryLoad::threeLinesGiveOneRow_data()
+void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored_data()
 {
     QTest::addColumn<QByteArray>("history");
     QTest::addColumn<SignalRecords>("rows");
@@ -124,7 +124,7 @@ void TestHistoryLoad::threeLinesGiveOneRow_data()
                               << SignalRecords{row("time", "a\uFFFDb", "folder")};
 }
 
-void TestHistoryLoad::threeLinesGiveOneRow()
+void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored()
 {
     QFETCH(QByteArray, history);
     QFETCH(SignalRecords, rows);

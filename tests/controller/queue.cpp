@@ -24,8 +24,8 @@ private slots:
     void controllerAndItsRunningWorkerLiveWhereTheyAreMade();
     void unknownCodeIsTakenAndIgnored_data();
     void unknownCodeIsTakenAndIgnored();
-    void batchCommandWithoutBatchDoesNothing_data();
-    void batchCommandWithoutBatchDoesNothing();
+    void commandWithoutBatchOrClickDoesNothing_data();
+    void commandWithoutBatchOrClickDoesNothing();
     void batchesAreAdmittedOnePerCommandInPostingOrder_data();
     void batchesAreAdmittedOnePerCommandInPostingOrder();
     void commandsArePerformedInPostingOrder();
@@ -117,15 +117,16 @@ void TestQueue::unknownCodeIsTakenAndIgnored()
     QCOMPARE(answerTo({code, CommandUncheckAll}).first(), selectAllTicked(false));
 }
 
-void TestQueue::batchCommandWithoutBatchDoesNothing_data()
+void TestQueue::commandWithoutBatchOrClickDoesNothing_data()
 {
     QTest::addColumn<int>("code");
     QTest::newRow("dropped") << int(CommandAddDropped);
     QTest::newRow("chosen") << int(CommandAddChosen);
+    QTest::newRow("click") << int(CommandToggleRow);
 }
 
 /// Rows are there, so that a refresh of the controls would show.
-void TestQueue::batchCommandWithoutBatchDoesNothing()
+void TestQueue::commandWithoutBatchOrClickDoesNothing()
 {
     QFETCH(int, code);
     addRows(1);
@@ -134,7 +135,9 @@ void TestQueue::batchCommandWithoutBatchDoesNothing()
 
 void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder_data()
 {
-    batchCommandWithoutBatchDoesNothing_data();
+    QTest::addColumn<int>("code");
+    QTest::newRow("dropped") << int(CommandAddDropped);
+    QTest::newRow("chosen") << int(CommandAddChosen);
 }
 
 void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
