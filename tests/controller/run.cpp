@@ -26,6 +26,7 @@ private slots:
     void failureOfTheSecondOfThreeLeavesItsRowUnchecked();
     void failedRowIsTriedAgainOnlyWhenCheckedAgain();
     void uncheckedRowsAndTargetsOfLinksAreSpared();
+    void linkToAFifoGoesAsAnyLink();
     void countsStartAnewWithEachRun();
     void rowsAddedDuringARunBelongToIt();
 
@@ -113,6 +114,14 @@ void TestRun::uncheckedRowsAndTargetsOfLinksAreSpared()
     QVERIFY(!entryExists(link));
     QCOMPARE(TemporaryTree::contentsOf(spared), QByteArray("as it was"));
     QCOMPARE(harness->paths(), QStringList{spared});
+}
+
+void TestRun::linkToAFifoGoesAsAnyLink()
+{
+    const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
+    QVERIFY(harness->admitted({tree->makeLink(QStringLiteral("link"), fifo)}));
+    QCOMPARE(answerToRun().last(), result(1, 0));
+    QVERIFY(entryExists(fifo));
 }
 
 void TestRun::countsStartAnewWithEachRun()
