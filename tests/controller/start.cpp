@@ -32,6 +32,7 @@ private slots:
     void runLeftOpenByAFifoTakesNoStart();
     void runLeftOpenBy255BytesTakesNoStart();
     void startWhileTheEndIsToldWaitsForIt();
+    void startInAnswerToTheReportIsAccepted();
     void startAfterAnAnsweredStopShredsTheRest();
     void startBehindAVerdictAfterAStopWaitsForTheAnswer();
     void startBehindAStopWithoutARunWaitsForTheAnswer();
@@ -117,6 +118,20 @@ void TestStart::startWhileTheEndIsToldWaitsForIt()
     QVERIFY(waits);
     QCOMPARE(runLog(), (SignalRecords{running(), idle(), all(1), result(1, 0), running(), idle(),
                                       all(0), result(0, 0)}));
+}
+
+/// As long as the report is open, as the window shows it within its slot.
+void TestStart::startInAnswerToTheReportIsAccepted()
+{
+    addRows(1);
+    bool accepted = false;
+    onNext("showResultDialog", [&] {
+        accepted = harness->emittedUnheard("setCrushStarted",
+                                           [this] { harness->post(CommandStartCrush); });
+    });
+    harness->post(CommandStartCrush);
+    PROMPTLY_COMPARE(harness->count("showResultDialog"), 2);
+    QVERIFY(accepted);
 }
 
 void TestStart::startAfterAnAnsweredStopShredsTheRest()
