@@ -34,6 +34,7 @@ private slots:
 
     void successAfterAStopEndsTheRunWithItsResult();
     void failureAfterAStopEndsTheRunWithItsResult();
+    void shutDownSparesWhatWasHandedOver();
     void verdictAfterTheShutDownHandsNothingOver();
 
 private:
@@ -45,6 +46,8 @@ private:
     void stopAtFirstProgress();
     /// Stops the run, lets the held worker answer and waits until the controller is idle.
     SignalRecords stopAndRelease();
+    /// Between its answers to two stops the worker shreds what is in its queue.
+    void letWorkerEmptyItsQueue() const;
 };
 
 void TestStop::startRunThatStandsStill()
@@ -78,6 +81,19 @@ SignalRecords TestStop::stopAndRelease()
         held.reset();
         testsupport::promptly([this] { return harness->log().contains(idle()); });
     });
+}
+
+void TestStop::letWorkerEmptyItsQueue() const
+{
+    auto *worker = harness->walle().findChild<FileCrusher *>();
+    std::atomic<int> stops{0};
+    const QObject context;
+    connect(
+        worker, &FileCrusher::stopped, &context, [&stops] { ++stops; }, Qt::DirectConnection);
+    for (const int answer : {1, 2}) {
+        worker->requestStop(true);
+        QTRY_VERIFY(stops >= answer);
+    }
 }
 
 void TestStop::stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped()
@@ -229,23 +245,24 @@ void TestStop::failureAfterAStopEndsTheRunWithItsResult()
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
+void TestStop::shutDownSparesWhatWasHandedOver()
+{
+    addRows(2);
+    const QString spared = harness->paths().last();
+    startAndHoldAt(1);
+    harness->walle().shutDown();
+    held.reset();
+    letWorkerEmptyItsQueue();
+    QVERIFY(entryExists(spared));
+}
+
 void TestStop::verdictAfterTheShutDownHandsNothingOver()
 {
     startRunThatStandsStill();
     const QStringList rows = harness->paths();
     harness->walle().shutDown();
     harness->walle().finishOneWalle(rows.first());
-
-    auto *worker = harness->walle().findChild<FileCrusher *>();
-    std::atomic<int> stops{0};
-    const QObject context;
-    connect(
-        worker, &FileCrusher::stopped, &context, [&stops] { ++stops; }, Qt::DirectConnection);
-    // Between two stops the worker shreds what is in its queue.
-    worker->requestStop(true);
-    QTRY_VERIFY(stops >= 1);
-    worker->requestStop(true);
-    QTRY_VERIFY(stops >= 2);
+    letWorkerEmptyItsQueue();
     QVERIFY(entryExists(rows.last()));
 }
 
