@@ -4,6 +4,7 @@
 // Runs from start to result, and verdicts on a row that is not as it was admitted, or on
 // another row than the one in hand.
 
+#include "engine/filecrusher.h"
 #include "ordinaryuser.h"
 #include "promptly.h"
 #include "suites.h"
@@ -29,6 +30,7 @@ private slots:
     void linkToAFifoGoesAsAnyLink();
     void countsStartAnewWithEachRun();
     void rowsAddedDuringARunBelongToIt();
+    void workerWaitsUntilTheReportIsClosed();
 
     void rowThatVanishedCountsAsShredded();
     void rowThatLostItsPermissionFails();
@@ -144,6 +146,27 @@ void TestRun::rowsAddedDuringARunBelongToIt()
     QVERIFY(harness->finished());
     QVERIFY(!entryExists(held) && !entryExists(second) && !entryExists(added));
     QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(3, 0)});
+}
+
+/// The report of a run is shown within the slot for the last verdict.
+void TestRun::workerWaitsUntilTheReportIsClosed()
+{
+    constexpr int fewMilliseconds = 200;
+    auto *worker = harness->walle().findChild<FileCrusher *>();
+    QSemaphore stopped;
+    const QObject context;
+    connect(
+        worker, &FileCrusher::stopped, &context, [&stopped] { stopped.release(); },
+        Qt::DirectConnection);
+    bool waits = false;
+    addRows(1);
+    onNext("showResultDialog", [&] {
+        worker->requestStop(true);
+        waits = !stopped.tryAcquire(1, fewMilliseconds);
+    });
+    answerToRun();
+    PROMPTLY_VERIFY(stopped.available() > 0);
+    QVERIFY(waits);
 }
 
 void TestRun::rowThatVanishedCountsAsShredded()
