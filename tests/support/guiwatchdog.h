@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Watches the event loop of the thread that made it. When that stands still for a
-// second, the stacks of all threads are printed; when it stands still for too long, the
-// program ends. A dialog serves events like any other loop, so it does not count. Nor
-// does the time that the thread was ready to run and the machine had no processor for it.
+// Watches the event loop of the thread that made it and aborts the program, which leaves
+// the stacks of all threads in a core file, when that stands still for too long. A dialog
+// serves events like any other loop, so it does not count. Nor does the time that the
+// thread was ready to run and the machine had no processor for it.
 
 #pragma once
 
@@ -32,9 +32,9 @@ public:
 
 private:
     void watch(int tooLong);
-    qint64 milliseconds(int statistic) const;
+    qint64 millisecondsReadyToRun() const;
 
-    const QByteArray statistics;
+    const QByteArray statistics; ///< the file in which the kernel counts for the watched thread
     QTimer heart;
     std::atomic<bool> beaten{false};
     std::atomic<int> most{0};

@@ -5,6 +5,7 @@
 
 #include "promptly.h"
 #include "widgets/zztablecell.h"
+#include "windowtest.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -12,17 +13,11 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableWidget>
-#include <QThread>
 #include <QtTest>
-
-#include <atomic>
-
-#include <unistd.h>
 
 namespace
 {
 
-std::atomic<int> workerPasses{0};
 QtMessageHandler testsHandler = nullptr;
 
 /// The offscreen platform complains, once or more, about every file dialog.
@@ -32,28 +27,7 @@ void hearMessage(QtMsgType type, const QMessageLogContext &context, const QStrin
         testsHandler(type, context, text);
 }
 
-QString idleText()
-{
-    return QStringLiteral("粉碎文件");
-}
-
-QString runningText()
-{
-    return QStringLiteral("停止粉碎");
-}
-
 } // namespace
-
-/// Takes the place of Qt's in this program: controller and worker, which sleep nowhere else, go
-/// ten times as fast and meet the user that much more often.
-void QThread::msleep(unsigned long milliseconds)
-{
-    constexpr unsigned long workersPause = 40;
-    constexpr unsigned long microseconds = 100;
-    if (milliseconds == workersPause)
-        ++workerPasses;
-    ::usleep(static_cast<useconds_t>(milliseconds * microseconds));
-}
 
 namespace testsupport
 {
@@ -172,15 +146,6 @@ void RestlessUser::startOrStop()
     }
 }
 
-/// Waits until every command is performed and the worker has been through its loop after that.
-void RestlessUser::letTheWorkerAnswer()
-{
-    PROMPTLY_COMPARE(copiesToCome, 0); // settle() waits for a copy, and must wait for its own
-    QVERIFY(shown.settle());
-    const int before = workerPasses;
-    PROMPTLY_VERIFY(workerPasses > before + 1);
-}
-
 void RestlessUser::clickSomeRow()
 {
     const int rows = shown.table()->rowCount();
@@ -233,10 +198,10 @@ void RestlessUser::comeToRest()
 {
     if (isHistoryOpen())
         shown.click("historyCloseButton");
-    letTheWorkerAnswer();
-    if (runState() == runningText() && !shown.isEnabled("crushButton")) {
-        // The last ticks went while the worker had a file in hand: nothing follows that file, and
-        // only with something ticked the run can be stopped.
+    PROMPTLY_COMPARE(copiesToCome, 0); // settle() waits for a copy, and must wait for its own
+    QVERIFY(shown.settle());
+    if (runState() == runningText()) {
+        // Only with something ticked a run can be stopped; the last ticks may have gone.
         shownFiles.append(tree->makeFile(nextName(), 1));
         shown.drop({shownFiles.last()});
         QVERIFY(shown.settle());
@@ -244,7 +209,7 @@ void RestlessUser::comeToRest()
     if (runState() == runningText())
         shown.click("crushButton");
     PROMPTLY_COMPARE(runState(), idleText());
-    letTheWorkerAnswer();
+    QVERIFY(shown.settle());
     QVERIFY(shown.settle()); // a report that was open kept the first from being performed
     QCOMPARE(runState(), idleText());
 }

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Somebody in front of the real window who does whatever comes to mind, in an order
-// that is the same for the same seed. Says OK to every dialog. To be compiled into a
-// test program of its own: it quickens controller and worker.
+// that is the same for the same seed. Says OK to every dialog.
 
 #pragma once
 
@@ -58,7 +57,6 @@ private:
     QString nextName();
     void answerEveryDialog();
     void noteClipboard();
-    void letTheWorkerAnswer();
     bool isHistoryOpen() const { return shown.find("historyWindow")->isVisible(); }
     QString runState() const { return shown.textOf("crushButton"); }
 

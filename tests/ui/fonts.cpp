@@ -11,7 +11,6 @@
 #include "ui/mainwindow.h"
 #include "ui/reporttexts.h"
 #include "widgets/customdialog.h"
-#include "windowtesthome.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -30,9 +29,6 @@
 
 namespace
 {
-
-constexpr uint everyReason = 0x3f;
-constexpr int iconGap = 4;
 
 /// The part of @p label in which its text may be.
 QRect textPlace(const QLabel &label)
@@ -53,6 +49,7 @@ bool holdsItsText(const QLabel &label)
 
 bool holdsItsText(const QPushButton &button)
 {
+    constexpr int iconGap = 4;
     const QFontMetrics metrics(button.font());
     const int icon = button.icon().isNull() ? 0 : button.iconSize().width() + iconGap;
     return icon + metrics.horizontalAdvance(button.text()) <= button.width()
@@ -70,18 +67,25 @@ bool holdsItsText(const QCheckBox &box)
            && metrics.height() <= place.height();
 }
 
-/// The names of the widgets in @p window that are too small for their texts.
 template <class Widget>
-QString tooSmall(const QWidget &window)
+QStringList tooSmallAmong(const QList<Widget *> &widgets)
 {
     QStringList names;
-    const QList<Widget *> widgets = window.findChildren<Widget *>();
     for (Widget *widget : widgets) {
         widget->ensurePolished();
         if (!widget->text().isEmpty() && !holdsItsText(*widget))
             names.append(widget->objectName());
     }
-    return names.join(QLatin1Char(' '));
+    return names;
+}
+
+/// The names of the widgets in @p window that are too small for their texts.
+QString tooSmall(const QWidget &window)
+{
+    return (tooSmallAmong(window.findChildren<QLabel *>())
+            + tooSmallAmong(window.findChildren<QPushButton *>())
+            + tooSmallAmong(window.findChildren<QCheckBox *>()))
+        .join(QLatin1Char(' '));
 }
 
 /// The lines of text in a picture of nothing else, as runs of pixel rows with ink; none when ink
@@ -104,16 +108,18 @@ int wholeLines(const QImage &picture)
     return lines;
 }
 
-/// The message of @p dialog alone, as it is drawn.
-QImage drawnMessage(CustomDialog &dialog)
+/// The lines of a dialog's message as it is drawn, without what is behind it.
+int linesOf(const QString &message, int kind)
 {
+    CustomDialog dialog;
+    dialog.setMessage(message, kind);
     auto *label = dialog.findChild<QLabel *>(QStringLiteral("messageText"));
     label->ensurePolished();
     QImage picture(label->size(), QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     label->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
-    return picture;
+    return wholeLines(picture);
 }
 
 } // namespace
@@ -126,22 +132,12 @@ private slots:
     void initTestCase();
     void cleanup();
 
-    void mainAndHistoryWindowHoldTheirTexts_data() { eachFont(); }
-    void mainAndHistoryWindowHoldTheirTexts();
-    void headerHoldsTheResultOfARun_data() { eachFont(); }
-    void headerHoldsTheResultOfARun();
-    void crushButtonHoldsEachOfItsTexts_data() { eachFont(); }
-    void crushButtonHoldsEachOfItsTexts();
-    void historyRowHoldsItsTime_data() { eachFont(); }
-    void historyRowHoldsItsTime();
-    void dialogHoldsItsButtonsAndTitle_data() { eachFont(); }
-    void dialogHoldsItsButtonsAndTitle();
-    void everyRefusalIsWhole_data() { eachFont(); }
-    void everyRefusalIsWhole();
-    void everyResultIsWhole_data() { eachFont(); }
-    void everyResultIsWhole();
-    void everyQuestionIsWhole_data() { eachFont(); }
-    void everyQuestionIsWhole();
+    void windowsHoldTheirTexts_data() { eachFont(); }
+    void windowsHoldTheirTexts();
+    void historyRowAndDialogHoldTheirTexts_data() { eachFont(); }
+    void historyRowAndDialogHoldTheirTexts();
+    void everyMessageIsWhole_data() { eachFont(); }
+    void everyMessageIsWhole();
 
 private:
     void eachFont();
@@ -202,83 +198,45 @@ bool TestFonts::useFont()
             QSKIP("no such font here: packages fonts-noto-cjk, fonts-wqy-microhei");               \
     } while (false)
 
-void TestFonts::mainAndHistoryWindowHoldTheirTexts()
-{
-    USE_FONT_OF_ROW();
-    const MainWindow window;
-    QCOMPARE(tooSmall<QLabel>(window), QString());
-    QCOMPARE(tooSmall<QPushButton>(window), QString());
-    QCOMPARE(tooSmall<QCheckBox>(window), QString());
-}
-
-void TestFonts::headerHoldsTheResultOfARun()
+void TestFonts::windowsHoldTheirTexts()
 {
     USE_FONT_OF_ROW();
     MainWindow window;
+    QCOMPARE(tooSmall(window), QString());
     window.finishAllEva(200);
-    QCOMPARE(tooSmall<QLabel>(window), QString());
-}
-
-void TestFonts::crushButtonHoldsEachOfItsTexts()
-{
-    USE_FONT_OF_ROW();
-    MainWindow window;
     for (const int state : {RunState::Running, RunState::Stopping, RunState::Idle}) {
         window.setCrushStartedEva(state);
-        QCOMPARE(tooSmall<QPushButton>(window), QString());
+        QCOMPARE(tooSmall(window), QString());
     }
 }
 
-void TestFonts::historyRowHoldsItsTime()
+void TestFonts::historyRowAndDialogHoldTheirTexts()
 {
     USE_FONT_OF_ROW();
     HistoryRowFrame row(nullptr);
     row.setTexts(QStringLiteral("2028-08-28 20:48:58"), QStringLiteral("gÅ年"),
                  QStringLiteral("/home/gÅ年"));
-    QCOMPARE(tooSmall<QLabel>(row), QString());
+    QCOMPARE(tooSmall(row), QString());
+    QCOMPARE(tooSmall(CustomDialog()), QString());
 }
 
-void TestFonts::dialogHoldsItsButtonsAndTitle()
+void TestFonts::everyMessageIsWhole()
 {
     USE_FONT_OF_ROW();
-    const CustomDialog dialog;
-    QCOMPARE(tooSmall<QLabel>(dialog), QString());
-    QCOMPARE(tooSmall<QPushButton>(dialog), QString());
-}
-
-void TestFonts::everyRefusalIsWhole()
-{
-    USE_FONT_OF_ROW();
+    constexpr uint everyReason = 0x3f;
     constexpr int introductionLines = 2;
     for (uint reasons = 0; reasons <= everyReason; ++reasons) {
-        CustomDialog dialog;
-        dialog.setMessage(reporttexts::rejectionText(reasons), DialogKind::Refusal);
-        QCOMPARE(wholeLines(drawnMessage(dialog)),
+        QCOMPARE(linesOf(reporttexts::rejectionText(reasons), DialogKind::Refusal),
                  introductionLines + static_cast<int>(qPopulationCount(reasons)));
     }
-}
-
-void TestFonts::everyResultIsWhole()
-{
-    USE_FONT_OF_ROW();
     for (const uint succeeded : {0U, 1U, 200U}) {
         for (const uint failed : {0U, 1U, 200U}) {
-            CustomDialog dialog;
-            dialog.setMessage(reporttexts::resultText(succeeded, failed),
-                              reporttexts::resultDialogKind(succeeded, failed));
-            QCOMPARE(wholeLines(drawnMessage(dialog)),
+            QCOMPARE(linesOf(reporttexts::resultText(succeeded, failed),
+                             reporttexts::resultDialogKind(succeeded, failed)),
                      1 + (succeeded != 0 ? 1 : 0) + (failed != 0 ? 1 : 0));
         }
     }
-}
-
-void TestFonts::everyQuestionIsWhole()
-{
-    USE_FONT_OF_ROW();
-    CustomDialog question;
-    question.setMessage(QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"),
-                        DialogKind::Question);
-    QCOMPARE(wholeLines(drawnMessage(question)), 2);
+    QCOMPARE(linesOf(CustomDialog::confirmCrushText(), DialogKind::Question), 2);
 }
 
 TEST_SUITE(fonts, TestFonts)

@@ -1,23 +1,24 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The history window: opening and closing it, its rows and its buttons. Rows come
-// from a history file, or from the slots where the controller has to stay out of it.
+// The history window: opening and closing it, its buttons, and what is shown while a long
+// history arrives.
 
-#include "promptly.h"
-#include "shownwindow.h"
 #include "suites.h"
-#include "windowtesthome.h"
+#include "windowtest.h"
 
 #include <QClipboard>
 #include <QLabel>
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QTableWidget>
+#include <QTimer>
 #include <QtTest>
 
-#include <memory>
-
+using testsupport::Answer;
 using testsupport::ShownWindow;
 using testsupport::testHome;
+using testsupport::WindowTest;
 
 namespace
 {
@@ -27,79 +28,107 @@ QByteArray entry(const QByteArray &name)
     return "2026-01-02 03:04:05\n" + name + "\n/home/somebody/" + name + "\n";
 }
 
-const QByteArray &threeEntries()
+constexpr int manyEntries = 5000;
+
+/// Of entries called 0, 1, ...
+QByteArray longHistory()
 {
-    static const QByteArray history = entry("a") + entry("b") + entry("c");
+    QByteArray history;
+    for (int number = 0; number < manyEntries; ++number)
+        history += entry(QByteArray::number(number));
     return history;
 }
 
 } // namespace
 
-class TestMainWindowHistory : public QObject
+class TestHistory : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup() { window.reset(); }
-
     void opensInTheMiddleOfTheMainWindow_data();
     void opensInTheMiddleOfTheMainWindow();
     void newestEntryIsOnTop();
     void emptyHistoryOffersNothing();
-    void twoOpeningsShowTheHistoryOnce();
-    void openingTwiceInOneTurnShowsTheHistoryOnce();
+    void repeatedOpeningsShowTheHistoryOnce_data();
+    void repeatedOpeningsShowTheHistoryOnce();
     void closeButtonAndLinkCloseTheWindow();
     void mainWindowIsBlockedWhileTheHistoryIsOpen();
     void buttonsAreEnabledByNumber_data();
     void buttonsAreEnabledByNumber();
     void openingDisablesTheButtonsFirst();
-    void rowIsRemovedByNumber();
     void copyPutsTheHistoryOnTheClipboard();
     void copyBeforeAnyLoadPutsNothingOnTheClipboard();
-    void clearTakesEverythingAway();
-    void rowsAfterAClearAreDropped();
-    void clearedHistoryCanBeOpenedAgain();
-    void slotTakesARowWhileALoadIsAwaited();
-    void slotEnablesTheButtonsAfterAClear();
-    void rowIsInTheTableWhenTheSlotReturns();
-    void longNameIsCutAndShownInFullAsATip();
+    void clearTakesEverythingAwayUntilTheNextOpening();
+    void slotsHoldForEveryCaller();
+    void everyEntryOfALongHistoryBecomesARow();
+    void clearWhileRowsArriveLeavesTheTableEmpty();
+    void closingWhileRowsArriveEndsTheLoad();
+    void reopeningWhileRowsArriveShowsTheHistoryOnce();
+    void windowCanGoWhileRowsArrive();
+    void windowCanGoWhileScrolledToTheEnd();
+    void recordingWhileOpenAddsNoRow();
 
 private:
     void openHistory();
+    /// Opens a long history and does @p action as soon as some rows, but not all, are there.
+    template <class Action>
+    void openAndInTheMiddle(Action action);
     QTableWidget *table() const { return window->find<QTableWidget>("historyTable"); }
-    QStringList texts(const char *label) const;
+    QString textIn(int row, const char *label = "nameLabel") const;
+    QStringList names() const;
+    bool areButtonsEnabled(bool copy, bool clear) const
+    {
+        return window->isEnabled("copyButton") == copy
+               && window->isEnabled("clearHistoryButton") == clear;
+    }
 
-    std::unique_ptr<ShownWindow> window;
+    int rowsInTheMiddle = 0;
 };
 
-void TestMainWindowHistory::init()
-{
-    testHome().forgetHistory();
-    window = std::make_unique<ShownWindow>();
-}
-
-void TestMainWindowHistory::openHistory()
+void TestHistory::openHistory()
 {
     window->click("historyLink");
     QVERIFY(QTest::qWaitForWindowExposed(window->find("historyWindow")));
     QVERIFY(window->settle());
 }
 
-/// What all rows show, from top to bottom.
-QStringList TestMainWindowHistory::texts(const char *label) const
+template <class Action>
+void TestHistory::openAndInTheMiddle(Action action)
+{
+    testHome().writeHistory(longHistory());
+    rowsInTheMiddle = 0;
+    // Not within the insertion: what the user does comes between two rows.
+    const auto watch = connect(table()->model(), &QAbstractItemModel::rowsInserted, this, [=] {
+        QTimer::singleShot(0, this, [=] {
+            if (rowsInTheMiddle != 0)
+                return;
+            rowsInTheMiddle = table()->rowCount();
+            action();
+        });
+    });
+    window->click("historyLink");
+    PROMPTLY_VERIFY(rowsInTheMiddle != 0);
+    disconnect(watch);
+    QVERIFY(rowsInTheMiddle < manyEntries);
+}
+
+QString TestHistory::textIn(int row, const char *label) const
+{
+    const QWidget *frame = table()->cellWidget(row, 0);
+    return frame == nullptr ? QStringLiteral("no frame")
+                            : frame->findChild<QLabel *>(QString::fromLatin1(label))->text();
+}
+
+QStringList TestHistory::names() const
 {
     QStringList texts;
-    for (int row = 0; row < table()->rowCount(); ++row) {
-        const QWidget *frame = table()->cellWidget(row, 0);
-        texts.append(frame != nullptr
-                         ? frame->findChild<QLabel *>(QString::fromLatin1(label))->text()
-                         : QStringLiteral("no frame"));
-    }
+    for (int row = 0; row < table()->rowCount(); ++row)
+        texts.append(textIn(row));
     return texts;
 }
 
-void TestMainWindowHistory::opensInTheMiddleOfTheMainWindow_data()
+void TestHistory::opensInTheMiddleOfTheMainWindow_data()
 {
     QTest::addColumn<QPoint>("main");
     QTest::addColumn<QPoint>("history");
@@ -108,75 +137,70 @@ void TestMainWindowHistory::opensInTheMiddleOfTheMainWindow_data()
     QTest::newRow("partly off the screen") << QPoint(-300, 400) << QPoint(-250, 425);
 }
 
-void TestMainWindowHistory::opensInTheMiddleOfTheMainWindow()
+void TestHistory::opensInTheMiddleOfTheMainWindow()
 {
     QFETCH(QPoint, main);
-    (*window)->move(main);
-    PROMPTLY_COMPARE((*window)->pos(), main);
+    mainWindow->move(main);
+    PROMPTLY_COMPARE(mainWindow->pos(), main);
     openHistory();
     QTEST(window->find("historyWindow")->pos(), "history");
     QCOMPARE(window->find("historyWindow")->size(), QSize(700, 500));
 }
 
-void TestMainWindowHistory::newestEntryIsOnTop()
+void TestHistory::newestEntryIsOnTop()
 {
-    testHome().writeHistory(threeEntries());
+    testHome().writeHistory(entry("a") + entry("b") + entry("c"));
     openHistory();
-    QCOMPARE(texts("nameLabel"),
-             (QStringList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
-    QCOMPARE(texts("timeLabel").constFirst(), QStringLiteral("2026-01-02 03:04:05"));
-    QCOMPARE(texts("pathLabel").constFirst(), QStringLiteral("/home/somebody/c"));
-    for (int row = 0; row < 3; ++row)
-        QCOMPARE(table()->rowHeight(row), 30);
-    QVERIFY(window->isEnabled("copyButton"));
-    QVERIFY(window->isEnabled("clearHistoryButton"));
+    QCOMPARE(names(), (QStringList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
+    QCOMPARE(textIn(0, "timeLabel"), QStringLiteral("2026-01-02 03:04:05"));
+    QCOMPARE(textIn(0, "pathLabel"), QStringLiteral("/home/somebody/c"));
+    QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestMainWindowHistory::emptyHistoryOffersNothing()
+void TestHistory::emptyHistoryOffersNothing()
 {
     openHistory();
-    QCOMPARE(table()->rowCount(), 0);
-    QVERIFY(!window->isEnabled("copyButton"));
-    QVERIFY(!window->isEnabled("clearHistoryButton"));
+    QCOMPARE(names(), QStringList());
+    QVERIFY(areButtonsEnabled(false, false));
 }
 
-void TestMainWindowHistory::twoOpeningsShowTheHistoryOnce()
+void TestHistory::repeatedOpeningsShowTheHistoryOnce_data()
 {
-    testHome().writeHistory(threeEntries());
-    openHistory();
-    window->click("historyCloseButton");
-    openHistory();
-    QCOMPARE(table()->rowCount(), 3);
-    QCOMPARE(texts("nameLabel").constFirst(), QStringLiteral("c"));
+    QTest::addColumn<bool>("inOneTurn");
+    QTest::newRow("one after the other") << false;
+    QTest::newRow("in one turn of the event loop") << true;
 }
 
-void TestMainWindowHistory::openingTwiceInOneTurnShowsTheHistoryOnce()
+void TestHistory::repeatedOpeningsShowTheHistoryOnce()
 {
-    testHome().writeHistory(threeEntries());
+    QFETCH(bool, inOneTurn);
+    testHome().writeHistory(entry("a") + entry("b"));
     constexpr int openCloseOpenCloseOpen = 5;
-    for (int click = 0; click < openCloseOpenCloseOpen; ++click)
-        (*window)->slotShowHistoryEva();
+    for (int click = 0; click < openCloseOpenCloseOpen; ++click) {
+        mainWindow->slotShowHistoryEva();
+        if (!inOneTurn)
+            QVERIFY(window->settle());
+    }
     QVERIFY(window->settle());
     QVERIFY(window->find("historyWindow")->isVisible());
-    QCOMPARE(table()->rowCount(), 3);
-    QVERIFY(window->isEnabled("copyButton"));
-    QVERIFY(window->isEnabled("clearHistoryButton"));
+    QCOMPARE(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a")}));
+    QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestMainWindowHistory::closeButtonAndLinkCloseTheWindow()
+void TestHistory::closeButtonAndLinkCloseTheWindow()
 {
     openHistory();
     window->click("historyCloseButton");
     QVERIFY(!window->find("historyWindow")->isVisible());
-    QVERIFY((*window)->isVisible());
+    QVERIFY(mainWindow->isVisible());
     openHistory();
-    (*window)->slotShowHistoryEva();
+    mainWindow->slotShowHistoryEva();
     QVERIFY(!window->find("historyWindow")->isVisible());
 }
 
-void TestMainWindowHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
+void TestHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
 {
-    const QSignalSpy quits(&**window, &MainWindow::quit);
+    const QSignalSpy quits(mainWindow, &MainWindow::quit);
     openHistory();
     window->click("closeButton");
     window->click("historyLink");
@@ -187,7 +211,7 @@ void TestMainWindowHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
     QCOMPARE(quits.count(), 1);
 }
 
-void TestMainWindowHistory::buttonsAreEnabledByNumber_data()
+void TestHistory::buttonsAreEnabledByNumber_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<bool>("copy");
@@ -200,45 +224,31 @@ void TestMainWindowHistory::buttonsAreEnabledByNumber_data()
     QTest::newRow("-1") << -1 << false << false;
 }
 
-void TestMainWindowHistory::buttonsAreEnabledByNumber()
+void TestHistory::buttonsAreEnabledByNumber()
 {
     QFETCH(int, number);
     QFETCH(bool, copy);
     QFETCH(bool, clear);
     openHistory();
-    (*window)->setHistoryButtonEnabledEva(true, number);
-    QCOMPARE(window->isEnabled("copyButton"), copy);
-    QCOMPARE(window->isEnabled("clearHistoryButton"), clear);
-    (*window)->setHistoryButtonEnabledEva(true, 3);
-    (*window)->setHistoryButtonEnabledEva(false, number);
-    QCOMPARE(window->isEnabled("copyButton"), !copy);
-    QCOMPARE(window->isEnabled("clearHistoryButton"), !clear);
+    mainWindow->setHistoryButtonEnabledEva(true, number);
+    QVERIFY(areButtonsEnabled(copy, clear));
+    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    mainWindow->setHistoryButtonEnabledEva(false, number);
+    QVERIFY(areButtonsEnabled(!copy, !clear));
 }
 
-void TestMainWindowHistory::openingDisablesTheButtonsFirst()
+void TestHistory::openingDisablesTheButtonsFirst()
 {
-    (*window)->setHistoryButtonEnabledEva(true, 3);
-    (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                      QStringLiteral("p"));
+    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                       QStringLiteral("p"));
     QCOMPARE(table()->rowCount(), 1);
-    (*window)->slotShowHistoryEva();
-    QVERIFY(!window->isEnabled("copyButton"));
-    QVERIFY(!window->isEnabled("clearHistoryButton"));
+    mainWindow->slotShowHistoryEva();
+    QVERIFY(areButtonsEnabled(false, false));
     QCOMPARE(table()->rowCount(), 0);
 }
 
-void TestMainWindowHistory::rowIsRemovedByNumber()
-{
-    testHome().writeHistory(threeEntries());
-    openHistory();
-    (*window)->removeRowFromHistoryTableEva(3);
-    (*window)->removeRowFromHistoryTableEva(-1);
-    QCOMPARE(table()->rowCount(), 3);
-    (*window)->removeRowFromHistoryTableEva(1);
-    QCOMPARE(texts("nameLabel"), (QStringList{QStringLiteral("c"), QStringLiteral("a")}));
-}
-
-void TestMainWindowHistory::copyPutsTheHistoryOnTheClipboard()
+void TestHistory::copyPutsTheHistoryOnTheClipboard()
 {
     testHome().writeHistory(entry("a") + entry("b"));
     openHistory();
@@ -251,92 +261,125 @@ void TestMainWindowHistory::copyPutsTheHistoryOnTheClipboard()
                                     "\t路径：/home/somebody/b\n"));
 }
 
-void TestMainWindowHistory::copyBeforeAnyLoadPutsNothingOnTheClipboard()
+void TestHistory::copyBeforeAnyLoadPutsNothingOnTheClipboard()
 {
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
-    (*window)->copyToClipboardEva();
+    mainWindow->copyToClipboardEva();
     PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(), QString());
 }
 
-void TestMainWindowHistory::clearTakesEverythingAway()
+void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
 {
-    testHome().writeHistory(threeEntries());
+    testHome().writeHistory(entry("a") + entry("b"));
     openHistory();
     QGuiApplication::clipboard()->setText(QStringLiteral("copied history"));
     window->click("clearHistoryButton");
-    QCOMPARE(table()->rowCount(), 0);
+    QCOMPARE(names(), QStringList());
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
-    QVERIFY(!window->isEnabled("copyButton"));
-    QVERIFY(!window->isEnabled("clearHistoryButton"));
+    QVERIFY(areButtonsEnabled(false, false));
+    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                       QStringLiteral("p"));
+    QCOMPARE(names(), QStringList());
     PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
-}
-
-void TestMainWindowHistory::rowsAfterAClearAreDropped()
-{
-    testHome().writeHistory(threeEntries());
-    openHistory();
-    window->click("clearHistoryButton");
-    (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                      QStringLiteral("p"));
-    QCOMPARE(table()->rowCount(), 0);
-}
-
-void TestMainWindowHistory::clearedHistoryCanBeOpenedAgain()
-{
-    testHome().writeHistory(threeEntries());
-    openHistory();
-    window->click("clearHistoryButton");
     window->click("historyCloseButton");
-    QVERIFY(window->settle());
     testHome().writeHistory(entry("later"));
     openHistory();
-    QCOMPARE(texts("nameLabel"), QStringList(QStringLiteral("later")));
-    QVERIFY(window->isEnabled("copyButton"));
-    QVERIFY(window->isEnabled("clearHistoryButton"));
+    QCOMPARE(names(), QStringList(QStringLiteral("later")));
+    QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestMainWindowHistory::slotTakesARowWhileALoadIsAwaited()
+/// Only rows and buttons of a load are held back: of one that is followed by another or was
+/// cleared.
+void TestHistory::slotsHoldForEveryCaller()
 {
-    (*window)->slotShowHistoryEva();
-    (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                      QStringLiteral("p"));
-    QCOMPARE(texts("nameLabel"), QStringList(QStringLiteral("n")));
+    mainWindow->slotShowHistoryEva();
+    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                       QStringLiteral("p"));
+    QCOMPARE(names(), QStringList(QStringLiteral("n")));
+    mainWindow->removeAllFromHistoryEva();
+    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestMainWindowHistory::slotEnablesTheButtonsAfterAClear()
+void TestHistory::everyEntryOfALongHistoryBecomesARow()
 {
+    testHome().writeHistory(longHistory());
     openHistory();
-    (*window)->removeAllFromHistoryEva();
-    (*window)->setHistoryButtonEnabledEva(true, 3);
-    QVERIFY(window->isEnabled("copyButton"));
-    QVERIFY(window->isEnabled("clearHistoryButton"));
+    QCOMPARE(table()->rowCount(), manyEntries);
+    PROMPTLY_COMPARE(textIn(0), QString::number(manyEntries - 1));
+    QVERIFY(areButtonsEnabled(true, true));
+    QScrollBar *bar = table()->verticalScrollBar();
+    QVERIFY(bar->isVisible());
+    bar->setValue(bar->maximum());
+    QCOMPARE(textIn(manyEntries - 1), QStringLiteral("0"));
 }
 
-void TestMainWindowHistory::rowIsInTheTableWhenTheSlotReturns()
+void TestHistory::clearWhileRowsArriveLeavesTheTableEmpty()
 {
-    constexpr int longHistory = 10000;
-    openHistory();
-    for (int number = 1; number <= longHistory; ++number) {
-        (*window)->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                          QStringLiteral("p"));
-        QCOMPARE(table()->rowCount(), number);
-        QCOMPARE(table()->rowHeight(number - 1), 30);
-    }
+    openAndInTheMiddle([this] { window->click("clearHistoryButton"); });
+    QCOMPARE(table()->rowCount(), 0);
+    QVERIFY(window->settle());
+    QCOMPARE(table()->rowCount(), 0);
+    QVERIFY(areButtonsEnabled(false, false));
+    QVERIFY(!QFile::exists(testHome().historyFile()));
 }
 
-void TestMainWindowHistory::longNameIsCutAndShownInFullAsATip()
+void TestHistory::closingWhileRowsArriveEndsTheLoad()
 {
-    const QString name(255, QChar(0x7c89));
-    testHome().writeHistory("2026-01-02 03:04:05\n" + name.toUtf8() + "\n/" + name.toUtf8() + "\n");
-    openHistory();
-    for (const char *which : {"nameLabel", "pathLabel"}) {
-        const auto *label =
-            table()->cellWidget(0, 0)->findChild<QLabel *>(QString::fromLatin1(which));
-        QVERIFY(label->text().endsWith(QChar(0x2026)));
-        QVERIFY(label->fontMetrics().horizontalAdvance(label->text()) <= label->width());
-        QVERIFY(label->toolTip().endsWith(name));
-    }
+    openAndInTheMiddle([this] { window->click("historyCloseButton"); });
+    QVERIFY(!window->find("historyWindow")->isVisible());
+    QVERIFY(window->settle());
+    QVERIFY(table()->rowCount() < manyEntries);
+    // The rows stay until the next opening.
+    QVERIFY(table()->rowCount() >= rowsInTheMiddle);
 }
 
-TEST_SUITE(history, TestMainWindowHistory)
+void TestHistory::reopeningWhileRowsArriveShowsTheHistoryOnce()
+{
+    openAndInTheMiddle([this] {
+        mainWindow->slotShowHistoryEva();
+        mainWindow->slotShowHistoryEva();
+    });
+    QVERIFY(window->settle());
+    QCOMPARE(table()->rowCount(), manyEntries);
+    PROMPTLY_COMPARE(textIn(0), QString::number(manyEntries - 1));
+    QVERIFY(areButtonsEnabled(true, true));
+}
+
+void TestHistory::windowCanGoWhileRowsArrive()
+{
+    openAndInTheMiddle([] {});
+    window.reset();
+    // Another one does not hear of the load that the first had asked for.
+    window = std::make_unique<ShownWindow>();
+    QVERIFY(window->settle());
+    QCOMPARE(table()->rowCount(), 0);
+}
+
+void TestHistory::windowCanGoWhileScrolledToTheEnd()
+{
+    testHome().writeHistory(longHistory());
+    openHistory();
+    table()->verticalScrollBar()->setValue(table()->verticalScrollBar()->maximum());
+    mainWindow->removeRowFromHistoryTableEva(0);
+    window.reset();
+}
+
+void TestHistory::recordingWhileOpenAddsNoRow()
+{
+    const QStringList files = makeFiles(1);
+    testHome().writeHistory(entry("older"));
+    drop(files);
+    openHistory();
+    dialogs->next(Answer::Ok);
+    dialogs->next(Answer::Ok);
+    mainWindow->crushFilesEva();
+    PROMPTLY_COMPARE(dialogs->seen().size(), 2);
+    QVERIFY(window->settle());
+    QVERIFY(!testsupport::entryExists(files.first()));
+    QCOMPARE(testHome().historyLines().size(), 6);
+    QCOMPARE(names(), QStringList(QStringLiteral("older")));
+}
+
+TEST_SUITE(history, TestHistory)
 #include "history.moc"

@@ -1,255 +1,317 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The rows of a history table: which have frames, what these show, and that
-// nobody who scrolls sees a row without one.
-
-#include "ui/historyrows.h"
+// The rows of the history: which have frames, what these show in which place, and that
+// nobody who scrolls sees a row without one. The window's slots fill and empty the table.
 
 #include "suites.h"
 #include "ui/historyrowframe.h"
-#include "ui/rowtable.h"
+#include "windowtest.h"
 
-#include <QHeaderView>
+#include <QFontMetrics>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QScrollBar>
+#include <QTableWidget>
+#include <QToolTip>
 #include <QtTest>
 
-#include <memory>
+using testsupport::WindowTest;
 
 namespace
 {
 
 constexpr int manyRows = 5000;
-/// The view holds 13 rows; a few more on either side are there for the wheel.
-constexpr int mostFrames = 40;
-
-QString textOf(const QWidget *frame, const char *label)
-{
-    return frame->findChild<QLabel *>(QString::fromLatin1(label))->text();
-}
 
 } // namespace
 
-class TestHistoryRows : public QObject
+class TestHistoryRows : public WindowTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup();
 
-    void newestRowIsOnTop();
+    void rowHasItsLabelsInPlace();
+    void textsThatFitAreShownWhole();
+    void textsWiderThanTheirPlaceEndInAnEllipsis_data();
+    void textsWiderThanTheirPlaceEndInAnEllipsis();
+    void nameIsCutAtTwoHundredPixelsExactly();
+    void rowShowsAnotherEntryWhenTold();
+    void namesAreShownLiterally_data();
+    void namesAreShownLiterally();
+    void rowImageIsDrawnOnce();
+    void tipHasNothingOfTheRowsLook();
     void rowIsInTheTableAtOnce();
     void onlyRowsNearTheViewHaveFrames();
-    void scrollingShowsTheRightTexts_data();
     void scrollingShowsTheRightTexts();
-    void jumpToTheEndAndBack();
     void rowsArrivingWhileScrolledKeepTheViewRight();
     void removedRowsCloseTheGap();
-    void removingARowThatIsNotThereDoesNothing();
     void clearingTakesEveryRowAway();
-    void rowsAfterAClearStartAnew();
 
 private:
-    void prepend(int number);
-    void fill(int count);
-    QStringList namesInView() const;
-    QStringList expectedInView(int newest) const;
-    QList<HistoryRowFrame *> frames() const;
+    void add(const QString &name, const QString &path, const QString &time = {})
+    {
+        mainWindow->historyTableAddItemEva(time, name, path);
+    }
+    /// Adds the entries @p first to @p end - 1, called by their numbers.
+    void addNumbers(int first, int end)
+    {
+        for (int number = first; number < end; ++number)
+            add(QString::number(number), QStringLiteral("/folder/%1").arg(number));
+    }
+    QLabel *label(const char *name, int row = 0) const
+    {
+        return table->cellWidget(row, 0)->findChild<QLabel *>(QString::fromLatin1(name));
+    }
+    int frames() const { return mainWindow->findChildren<HistoryRowFrame *>().size(); }
+    QList<int> numbersInView() const;
+    static QList<int> countingDown(int from, int count);
 
-    std::unique_ptr<QWidget> window;
-    RowTable *table = nullptr;
-    HistoryRows *rows = nullptr;
+    QTableWidget *table = nullptr;
+    QScrollBar *bar = nullptr;
 };
 
-/// A table as the history window has it.
 void TestHistoryRows::init()
 {
-    window = std::make_unique<QWidget>();
-    window->resize(698, 415);
-    table = new RowTable(1, window.get());
-    table->setGeometry(0, 0, 698, 415);
-    table->setColumnWidth(0, 698);
-    table->horizontalHeader()->setFixedHeight(25);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->hide();
-    table->setShowGrid(false);
-    table->setStyleSheet(QStringLiteral("border:none;background:none;"));
-    rows = new HistoryRows(table, window.get());
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    WindowTest::init();
+    table = window->find<QTableWidget>("historyTable");
+    bar = table->verticalScrollBar();
+    window->click("historyLink");
+    QVERIFY(window->settle());
 }
 
-void TestHistoryRows::cleanup()
+/// What stands in each row that can be seen, from top to bottom; -1 for a row without a frame in
+/// its place.
+QList<int> TestHistoryRows::numbersInView() const
 {
-    delete rows; // as the main window does, before the table goes
-    window.reset();
-}
-
-void TestHistoryRows::prepend(int number)
-{
-    rows->prepend(QStringLiteral("time %1").arg(number), QStringLiteral("name %1").arg(number),
-                  QStringLiteral("/folder/%1").arg(number));
-}
-
-void TestHistoryRows::fill(int count)
-{
-    for (int number = 0; number < count; ++number)
-        prepend(number);
-    QTRY_COMPARE(namesInView(), expectedInView(count - 1));
-    QCOMPARE(table->rowCount(), count);
-}
-
-/// What stands in each row that can be seen at least in part, from top to bottom.
-QStringList TestHistoryRows::namesInView() const
-{
-    QStringList names;
-    const int height = table->viewport()->height();
-    for (int y = 0; y < height; y += 30) {
+    QList<int> numbers;
+    for (int y = 0; y < table->viewport()->height() && table->rowAt(y) >= 0; y += 30) {
         const int row = table->rowAt(y);
-        if (row < 0)
-            break;
         const QWidget *frame = table->cellWidget(row, 0);
-        names.append(frame != nullptr && frame->isVisible()
-                             && frame->y() == table->rowViewportPosition(row)
-                         ? textOf(frame, "nameLabel")
-                         : QStringLiteral("no frame"));
+        const bool isInPlace =
+            frame != nullptr && frame->isVisible() && frame->y() == table->rowViewportPosition(row);
+        numbers.append(isInPlace ? label("nameLabel", row)->text().toInt() : -1);
     }
-    return names;
+    return numbers;
 }
 
-/// What should: row 0 is the @p newest of all numbers.
-QStringList TestHistoryRows::expectedInView(int newest) const
+QList<int> TestHistoryRows::countingDown(int from, int count)
 {
-    QStringList names;
-    const int height = table->viewport()->height();
-    for (int y = 0; y < height && table->rowAt(y) >= 0; y += 30)
-        names.append(QStringLiteral("name %1").arg(newest - table->rowAt(y)));
-    return names;
+    QList<int> numbers;
+    for (int index = 0; index < count; ++index)
+        numbers.append(from - index);
+    return numbers;
 }
 
-QList<HistoryRowFrame *> TestHistoryRows::frames() const
+void TestHistoryRows::rowHasItsLabelsInPlace()
 {
-    return window->findChildren<HistoryRowFrame *>();
+    add(QStringLiteral("name"), QStringLiteral("/folder"));
+    const QWidget *frame = table->cellWidget(0, 0);
+    QCOMPARE(table->rowHeight(0), 30);
+    QCOMPARE(HistoryRowFrame(nullptr).size(), QSize(678, 30));
+    QVERIFY(HistoryRowFrame(mainWindow).windowFlags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(frame->styleSheet(), QStringLiteral("background:url(:/images/bk_item);border:none;"
+                                                 "color:#333;font-size:12px;"));
+    QCOMPARE(label("timeLabel")->geometry(), QRect(2, 0, 150, 30));
+    QCOMPARE(label("nameLabel")->geometry(), QRect(154, 0, 200, 30));
+    QCOMPARE(label("pathLabel")->geometry(), QRect(356, 0, 322, 30));
+    QCOMPARE(label("nameLabel")->font().pixelSize(), 12);
+    QCOMPARE(label("nameLabel")->palette().color(QPalette::WindowText), QColor(0x33, 0x33, 0x33));
 }
 
-void TestHistoryRows::newestRowIsOnTop()
+void TestHistoryRows::textsThatFitAreShownWhole()
 {
-    fill(3);
-    QCOMPARE(namesInView(), (QStringList{QStringLiteral("name 2"), QStringLiteral("name 1"),
-                                         QStringLiteral("name 0")}));
-    const QWidget *top = table->cellWidget(0, 0);
-    QCOMPARE(textOf(top, "timeLabel"), QStringLiteral("time 2"));
-    QCOMPARE(textOf(top, "pathLabel"), QStringLiteral("/folder/2"));
+    const QString longTime(100, QLatin1Char('0')); // never shortened
+    add(QStringLiteral("年报.pdf"), QStringLiteral("/home/somebody"), longTime);
+    QCOMPARE(label("timeLabel")->text(), longTime);
+    QCOMPARE(label("timeLabel")->toolTip(), longTime);
+    QCOMPARE(label("nameLabel")->text(), QStringLiteral("年报.pdf"));
+    QCOMPARE(label("nameLabel")->toolTip(), QStringLiteral("年报.pdf"));
+    QCOMPARE(label("pathLabel")->text(), QStringLiteral("/home/somebody"));
+    QCOMPARE(label("pathLabel")->toolTip(), QStringLiteral("/home/somebody"));
+}
+
+void TestHistoryRows::textsWiderThanTheirPlaceEndInAnEllipsis_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("name") << QString(255, QLatin1Char('w'));
+    QTest::newRow("path") << QStringLiteral("/folder").repeated(500);
+    QTest::newRow("Chinese") << QString(60, QChar(0x7c89));
+    QTest::newRow("emoji") << QStringLiteral("🗑").repeated(60);
+    QTest::newRow("markup") << QStringLiteral("<b>bold</b>").repeated(20);
+}
+
+void TestHistoryRows::textsWiderThanTheirPlaceEndInAnEllipsis()
+{
+    QFETCH(QString, text);
+    add(text, text);
+    const QFontMetrics metrics(label("nameLabel")->font());
+    for (const QLabel *shown : {label("nameLabel"), label("pathLabel")}) {
+        QVERIFY(shown->text() != text);
+        QVERIFY(shown->text().endsWith(QChar(0x2026)));
+        QVERIFY(text.startsWith(shown->text().chopped(1)));
+        QVERIFY(metrics.horizontalAdvance(shown->text()) <= shown->width());
+        QCOMPARE(shown->toolTip(), text);
+    }
+    QVERIFY(label("pathLabel")->text().size() > label("nameLabel")->text().size());
+}
+
+void TestHistoryRows::nameIsCutAtTwoHundredPixelsExactly()
+{
+    add(QString(), QString());
+    const QFontMetrics metrics(label("nameLabel")->font());
+    QString fitting;
+    while (metrics.horizontalAdvance(fitting + QLatin1Char('i')) <= 200)
+        fitting += QLatin1Char('i');
+    add(fitting, fitting);
+    QCOMPARE(label("nameLabel")->text(), fitting);
+    const QString tooWide = fitting + QLatin1Char('i');
+    add(tooWide, tooWide);
+    QVERIFY(label("nameLabel")->text().endsWith(QChar(0x2026)));
+    QCOMPARE(label("pathLabel")->text(), tooWide);
+}
+
+void TestHistoryRows::rowShowsAnotherEntryWhenTold()
+{
+    // Each arrival moves every text down by a row.
+    add(QStringLiteral("other"), QStringLiteral("/folder"), QStringLiteral("2"));
+    add(QStringLiteral("other"), QStringLiteral("/"), QStringLiteral("2"));
+    QCOMPARE(label("pathLabel")->text(), QStringLiteral("/"));
+    QCOMPARE(label("pathLabel", 1)->text(), QStringLiteral("/folder"));
+    add(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("2"));
+    QCOMPARE(label("nameLabel")->text(), QStringLiteral("name"));
+    QCOMPARE(label("nameLabel", 1)->text(), QStringLiteral("other"));
+    add(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("1"));
+    QCOMPARE(label("timeLabel")->text(), QStringLiteral("1"));
+    QCOMPARE(label("timeLabel", 1)->text(), QStringLiteral("2"));
+}
+
+void TestHistoryRows::namesAreShownLiterally_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("markup") << QStringLiteral("<b>x</b>");
+    QTest::newRow("entity") << QStringLiteral("a&amp;b");
+    QTest::newRow("accelerator") << QStringLiteral("a&b");
+    QTest::newRow("percent") << QStringLiteral("100%s %1");
+    QTest::newRow("line feed") << QStringLiteral("a\nb");
+    QTest::newRow("emoji") << QStringLiteral("👩‍👩‍👧 🗑.txt");
+}
+
+void TestHistoryRows::namesAreShownLiterally()
+{
+    QFETCH(QString, name);
+    add(name, QLatin1Char('/') + name);
+    for (const QLabel *shown : {label("nameLabel"), label("pathLabel")}) {
+        QCOMPARE(shown->textFormat(), Qt::PlainText);
+        QVERIFY(shown->text().endsWith(name));
+    }
+}
+
+void TestHistoryRows::rowImageIsDrawnOnce()
+{
+    HistoryRowFrame frame(nullptr);
+    const QImage picture = frame.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage line(QStringLiteral(":/images/bk_item"));
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            QCOMPARE(QColor(picture.pixel(x, y)), QColor(line.pixel(0, y)));
+    }
+}
+
+/// Style sheets reach a tooltip through the widget that it is shown for.
+void TestHistoryRows::tipHasNothingOfTheRowsLook()
+{
+    add(QStringLiteral("<b>name</b>"), QStringLiteral("/folder"));
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QLabel *shown = label("nameLabel");
+    QHelpEvent rest(QEvent::ToolTip, QPoint(5, 5), shown->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(shown, &rest);
+    QVERIFY(QToolTip::isVisible());
+    QVERIFY(QToolTip::text().contains(QStringLiteral("&lt;b&gt;name&lt;/b&gt;")));
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto tip = std::find_if(windows.cbegin(), windows.cend(), [](const QWidget *widget) {
+        return widget->inherits("QTipLabel") && widget->isVisible();
+    });
+    QVERIFY(tip != windows.cend());
+    QCOMPARE((*tip)->styleSheet(), QString());
+    QToolTip::hideText();
+    QTRY_VERIFY(!QToolTip::isVisible());
 }
 
 void TestHistoryRows::rowIsInTheTableAtOnce()
 {
-    for (int number = 0; number < manyRows; ++number) {
-        prepend(number);
+    constexpr int rowsAddedAtOnce = 10000;
+    for (int number = 0; number < rowsAddedAtOnce; ++number) {
+        addNumbers(number, number + 1);
         QCOMPARE(table->rowCount(), number + 1);
-        QCOMPARE(table->rowHeight(0), 30);
+        QCOMPARE(table->rowHeight(number), 30);
     }
-    QTRY_COMPARE(namesInView(), expectedInView(manyRows - 1));
+    QTRY_COMPARE(numbersInView(), countingDown(rowsAddedAtOnce - 1, 13));
 }
 
 void TestHistoryRows::onlyRowsNearTheViewHaveFrames()
 {
-    fill(manyRows);
-    QCOMPARE(namesInView(), expectedInView(manyRows - 1));
-    QCOMPARE(namesInView().size(), 13);
-    QTRY_VERIFY(frames().size() <= mostFrames);
-    QVERIFY(table->cellWidget(manyRows / 2, 0) == nullptr);
-}
-
-void TestHistoryRows::scrollingShowsTheRightTexts_data()
-{
-    QTest::addColumn<int>("first");
-    QTest::newRow("one row") << 1;
-    QTest::newRow("one screen") << 13;
-    QTest::newRow("middle") << manyRows / 2;
-    QTest::newRow("end") << manyRows;
+    constexpr int mostFrames = 40; // those of 13 rows in the view, and some on either side
+    addNumbers(0, manyRows);
+    QTRY_COMPARE(numbersInView(), countingDown(manyRows - 1, 13));
+    QTRY_VERIFY(frames() <= mostFrames);
+    for (const int row : {1, 13, manyRows / 2, manyRows}) {
+        bar->setValue(row);
+        QTRY_VERIFY(frames() <= mostFrames);
+        QCOMPARE(table->cellWidget(0, 0) != nullptr, row == 1);
+    }
 }
 
 void TestHistoryRows::scrollingShowsTheRightTexts()
 {
-    QFETCH(int, first);
-    fill(manyRows);
-    table->verticalScrollBar()->setValue(first);
-    QCOMPARE(namesInView(), expectedInView(manyRows - 1));
-    QVERIFY(table->rowAt(0) > 0);
-    QCOMPARE(table->cellWidget(0, 0) != nullptr, first == 1);
-    QTRY_VERIFY(frames().size() <= mostFrames);
-}
-
-void TestHistoryRows::jumpToTheEndAndBack()
-{
-    fill(manyRows);
-    QScrollBar *bar = table->verticalScrollBar();
-    for (int turn = 0; turn < 3; ++turn) {
-        bar->setValue(bar->maximum());
-        QCOMPARE(namesInView().constLast(), QStringLiteral("name 0"));
-        QCOMPARE(namesInView(), expectedInView(manyRows - 1));
-        bar->setValue(0);
-        QCOMPARE(namesInView().constFirst(), QStringLiteral("name %1").arg(manyRows - 1));
-        QCOMPARE(namesInView(), expectedInView(manyRows - 1));
+    addNumbers(0, manyRows);
+    QTRY_COMPARE(table->updatesEnabled(), true);
+    for (const int row : {1, 13, manyRows / 2, bar->maximum(), 0, bar->maximum(), 0}) {
+        bar->setValue(row);
+        QCOMPARE(numbersInView(), countingDown(manyRows - 1 - row, 13));
     }
-    QTRY_VERIFY(frames().size() <= mostFrames);
 }
 
 void TestHistoryRows::rowsArrivingWhileScrolledKeepTheViewRight()
 {
-    fill(100);
-    table->verticalScrollBar()->setValue(40);
-    for (int number = 100; number < 200; ++number)
-        prepend(number);
-    QTRY_COMPARE(namesInView(), expectedInView(199));
+    addNumbers(0, 100);
+    QTRY_COMPARE(numbersInView(), countingDown(99, 13));
+    bar->setValue(40);
+    addNumbers(100, 200);
+    QTRY_COMPARE(numbersInView(), countingDown(199 - 40, 13));
     QCOMPARE(table->rowCount(), 200);
-    QCOMPARE(table->verticalScrollBar()->value(), 40);
+    QCOMPARE(bar->value(), 40);
 }
 
 void TestHistoryRows::removedRowsCloseTheGap()
 {
-    fill(50);
-    rows->remove(2);
+    addNumbers(0, 50);
+    mainWindow->removeRowFromHistoryTableEva(50);
+    mainWindow->removeRowFromHistoryTableEva(-1);
+    QCOMPARE(table->rowCount(), 50);
+    mainWindow->removeRowFromHistoryTableEva(2);
     QCOMPARE(table->rowCount(), 49);
-    const QStringList top = namesInView().mid(0, 4);
-    QCOMPARE(top, (QStringList{QStringLiteral("name 49"), QStringLiteral("name 48"),
-                               QStringLiteral("name 46"), QStringLiteral("name 45")}));
-    rows->remove(48);
-    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
-    QCOMPARE(namesInView().constLast(), QStringLiteral("name 1"));
-}
-
-void TestHistoryRows::removingARowThatIsNotThereDoesNothing()
-{
-    fill(2);
-    rows->remove(2);
-    rows->remove(-1);
-    QCOMPARE(table->rowCount(), 2);
-    QCOMPARE(namesInView(), expectedInView(1));
+    QCOMPARE(numbersInView().mid(0, 4), (QList<int>{49, 48, 46, 45}));
+    mainWindow->removeRowFromHistoryTableEva(48);
+    bar->setValue(bar->maximum());
+    QCOMPARE(numbersInView().constLast(), 1);
 }
 
 void TestHistoryRows::clearingTakesEveryRowAway()
 {
-    for (int number = 0; number < manyRows; ++number)
-        prepend(number);
-    rows->clear();
+    addNumbers(0, manyRows);
+    bar->setValue(manyRows / 2);
+    mainWindow->removeAllFromHistoryEva();
     QCOMPARE(table->rowCount(), 0);
     QVERIFY(table->updatesEnabled());
-    QTRY_VERIFY(frames().isEmpty());
-    QCOMPARE(table->rowCount(), 0);
-}
-
-void TestHistoryRows::rowsAfterAClearStartAnew()
-{
-    fill(manyRows);
-    table->verticalScrollBar()->setValue(manyRows / 2);
-    rows->clear();
-    fill(20);
-    QCOMPARE(namesInView(), expectedInView(19));
-    QTRY_VERIFY(frames().size() <= table->rowCount());
+    QTRY_COMPARE(frames(), 0);
+    // Those after it start anew.
+    mainWindow->slotShowHistoryEva();
+    mainWindow->slotShowHistoryEva();
+    addNumbers(0, 20);
+    QTRY_COMPARE(numbersInView(), countingDown(19, 13));
+    QTRY_VERIFY(frames() <= table->rowCount());
 }
 
 TEST_SUITE(historyrows, TestHistoryRows)

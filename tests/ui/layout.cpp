@@ -1,162 +1,194 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Where everything is in both windows before anything has happened, what it says
-// and what state it is in.
+// Both windows before anything has happened: where each widget is, what it says, which
+// style sheet it has and how it is set up. The sheets are read word by word in the test of
+// style sheets.
 
 #include "shownwindow.h"
 #include "suites.h"
-#include "windowtesthome.h"
+#include "widgets/stylesheets.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QFile>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QtTest>
 
+#include <memory>
+
 using testsupport::ShownWindow;
 
-class TestMainWindowLayout : public QObject
+class TestLayout : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void windowIsFramelessAndOfOneSize();
-    void windowOpensInTheMiddleOfTheScreen();
-    void eachWidgetHasItsPlaceAndText_data();
-    void eachWidgetHasItsPlaceAndText();
-    void onlyWhatTheUserMayDoIsEnabled_data();
-    void onlyWhatTheUserMayDoIsEnabled();
+    void init() { window = std::make_unique<ShownWindow>(); }
+    void cleanup() { window.reset(); }
+
+    void mainWindowIsFramelessAndOfOneSize();
+    void historyWindowIsAWindowOfItsOwn();
+    void eachWidgetHasItsPlaceTextAndSheet();
+    void everyImageNamedInASheetExists();
+    void onlyWhatTheUserMayDoIsEnabledAndShown();
     void onlyOneTitleButtonIsVisible();
     void visibleHeadingDiffersFromTheTables();
-    void headingLiesOverTheTables_data();
-    void headingLiesOverTheTables();
-    void labelsAreAligned_data();
-    void labelsAreAligned();
+    void headingLabelsCoverTheTablesHeading_data();
+    void headingLabelsCoverTheTablesHeading();
+    void titlesAndPanelTextsAreAligned();
+    void buttonsTakeNoFocusAndHaveTheirIcons();
+    void tablesAreSetUpForRows_data();
+    void tablesAreSetUpForRows();
+    void rowsKeepTheirHeightWithALargeFont();
+    void buttonsWithoutWordsHaveNames();
+
+private:
+    std::unique_ptr<ShownWindow> window;
 };
 
-void TestMainWindowLayout::windowIsFramelessAndOfOneSize()
+void TestLayout::mainWindowIsFramelessAndOfOneSize()
 {
-    ShownWindow window;
-    QVERIFY(window->windowFlags().testFlag(Qt::FramelessWindowHint));
-    QCOMPARE(window->minimumSize(), QSize(800, 550));
-    QCOMPARE(window->maximumSize(), QSize(800, 550));
-    QCOMPARE(window->size(), QSize(800, 550));
-    QCOMPARE(window->windowTitle(), QStringLiteral("Brenvale - 文件粉碎机"));
-    QVERIFY(!window->windowIcon().isNull());
-    QCOMPARE(window->windowIcon().pixmap(48, 48).toImage(),
+    const MainWindow &main = **window;
+    QVERIFY(main.windowFlags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(main.minimumSize(), QSize(800, 550));
+    QCOMPARE(main.maximumSize(), QSize(800, 550));
+    QCOMPARE(main.size(), QSize(800, 550));
+    QCOMPARE(main.windowTitle(), QStringLiteral("Brenvale - 文件粉碎机"));
+    QCOMPARE(main.windowIcon().pixmap(48, 48).toImage(),
              QIcon(QStringLiteral(":/images/logo")).pixmap(48, 48).toImage());
-    QVERIFY(window->acceptDrops());
-    QVERIFY(!window->isMaximized());
+    QVERIFY(main.acceptDrops());
 }
 
-void TestMainWindowLayout::windowOpensInTheMiddleOfTheScreen()
+void TestLayout::historyWindowIsAWindowOfItsOwn()
 {
-    const QSize screen = QGuiApplication::primaryScreen()->availableGeometry().size();
-    const MainWindow window;
-    QCOMPARE(window.pos(), QPoint((screen.width() - 800) / 2, (screen.height() - 550) / 2));
-    const auto *history = window.findChild<QWidget *>(QStringLiteral("historyWindow"));
-    QCOMPARE(history->pos(), QPoint((screen.width() - 700) / 2, (screen.height() - 500) / 2));
+    const QWidget *history = window->find("historyWindow");
+    QCOMPARE(history->parentWidget(), &**window);
+    QCOMPARE(history->windowType(), Qt::Dialog);
+    QVERIFY(history->windowFlags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(history->windowModality(), Qt::WindowModal);
+    QCOMPARE(history->minimumSize(), QSize(700, 500));
+    QCOMPARE(history->maximumSize(), QSize(700, 500));
+    QCOMPARE(history->styleSheet(), QStringLiteral("background-image:url(:/images/bk_history)"));
 }
 
-void TestMainWindowLayout::eachWidgetHasItsPlaceAndText_data()
+void TestLayout::eachWidgetHasItsPlaceTextAndSheet()
 {
-    QTest::addColumn<QString>("parent");
-    QTest::addColumn<QRect>("place");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *parent, const QRect &place,
-                        const char *text = "") {
-        QTest::newRow(name) << QString::fromLatin1(parent) << place << QString::fromUtf8(text);
+    using namespace stylesheets;
+    const auto image = [](const char *name) { return backgroundImage(QLatin1String(name)); };
+    const QString bar = QStringLiteral("titleBar");
+    const QString history = QStringLiteral("historyWindow");
+    const QString historyBar = QStringLiteral("historyTitleBar");
+    const QString empty = QStringLiteral("emptyPanel");
+    const QString success = QStringLiteral("successPanel");
+    const struct {
+        const char *name;
+        QString parent; ///< nothing: the main window
+        QRect place;
+        QString sheet;
+        const char *text = "";
+    } widgets[] = {
+        {"background", {}, {0, 0, 800, 550}, image("bk")},
+        {"titleBar", {}, {0, 0, 800, 40}, {}},
+        {"titleIcon", bar, {16, 12, 16, 16}, image("icon_logo")},
+        {"titleText", bar, {40, 0, 380, 40}, mainTitleText(), "Brenvale - 文件粉碎机"},
+        {"minimizeButton", bar, {736, 0, 27, 27}, imageButton(QStringLiteral("btn_mini"))},
+        {"closeButton", bar, {768, 0, 27, 27}, imageButton(QStringLiteral("btn_quit"))},
+        {"logoLabel", {}, {27, 54, 48, 48}, image("logo")},
+        {"headlineLabel",
+         {},
+         {84, 51, 600, 28},
+         headerText(),
+         "彻底粉碎无法删除的 \"顽固\" 文件或文件夹"},
+        {"subtitleLabel",
+         {},
+         {84, 79, 600, 28},
+         headerText(),
+         "您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口"},
+        {"historyLink", {}, {700, 84, 84, 20}, historyLink(), "查看粉碎记录"},
+        {"tableHost", {}, {1, 115, 798, 394}, {}},
+        {"mainTable", {}, {1, 115, 798, 394}, table()},
+        {"nameHeading", {}, {1, 114, 300, 26}, firstHeading(), "名称"},
+        {"pathHeading", {}, {301, 114, 498, 26}, laterHeading(), "文件路径"},
+        {"headingSeparator", {}, {301, 114, 6, 26}, image("sp_table_head")},
+        {"bottomRule", {}, {1, 508, 798, 1}, bottomRule()},
+        {"selectAllCheckBox", {}, {16, 516, 54, 27}, {}, "全选"},
+        {"addButton", {}, {100, 516, 96, 27}, linkButton(), "添加文件"},
+        {"removeButton", {}, {200, 516, 96, 27}, linkButton(), "移除文件"},
+        {"crushButton", {}, {705, 516, 76, 27}, crushButton(), "粉碎文件"},
+        {"emptyPanel", {}, {240, 280, 400, 50}, {}},
+        {"emptyIcon", empty, {0, 0, 42, 44}, image("ico_smile")},
+        {"emptyLabel",
+         empty,
+         {52, 10, 400, 25},
+         panelText(),
+         "试试拖拽想要删除的文件或文件夹到本窗口吧！"},
+        {"successPanel", {}, {240, 280, 400, 50}, {}},
+        {"successIcon", success, {0, 0, 45, 45}, image("ico_ok")},
+        {"successLabel", success, {55, 10, 400, 25}, panelText(), "文件粉碎成功！"},
+        {"historyTitleBar", history, {0, 0, 698, 40}, {}},
+        {"historyTitleIcon", historyBar, {16, 12, 16, 16}, image("icon_logo")},
+        {"historyTitleText", historyBar, {40, 0, 380, 40}, titleText(), "Brenvale - 文件粉碎记录"},
+        {"historyCloseButton",
+         historyBar,
+         {668, 0, 27, 27},
+         imageButton(QStringLiteral("btn_quit"))},
+        {"historyTableHost", history, {1, 42, 698, 415}, table()},
+        {"historyTable", QStringLiteral("historyTableHost"), {0, 0, 698, 415}, table()},
+        {"historyTimeHeading", history, {1, 41, 150, 26}, firstHeading(), "日期"},
+        {"historyNameHeading", history, {151, 41, 200, 26}, laterHeading(), "已粉碎文件或目录名"},
+        {"historyPathHeading", history, {351, 41, 348, 26}, laterHeading(), "路径"},
+        {"historyNameSeparator", history, {151, 41, 6, 26}, image("sp_table_head")},
+        {"historyPathSeparator", history, {351, 41, 6, 26}, image("sp_table_head")},
+        {"copyButton", history, {490, 466, 90, 27}, historyButton(), "复制到剪贴板"},
+        {"clearHistoryButton", history, {597, 466, 90, 27}, historyButton(), "清除历史记录"},
     };
-    const char *const window = "";
-    row("background", window, {0, 0, 800, 550});
-    row("titleBar", window, {0, 0, 800, 40});
-    row("titleIcon", "titleBar", {16, 12, 16, 16});
-    row("titleText", "titleBar", {40, 0, 380, 40}, "Brenvale - 文件粉碎机");
-    row("minimizeButton", "titleBar", {736, 0, 27, 27});
-    row("closeButton", "titleBar", {768, 0, 27, 27});
-    row("logoLabel", window, {27, 54, 48, 48});
-    row("headlineLabel", window, {84, 51, 600, 28}, "彻底粉碎无法删除的 \"顽固\" 文件或文件夹");
-    row("subtitleLabel", window, {84, 79, 600, 28},
-        "您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口");
-    row("historyLink", window, {700, 84, 84, 20}, "查看粉碎记录");
-    row("tableHost", window, {1, 115, 798, 394});
-    row("mainTable", window, {1, 115, 798, 394});
-    row("nameHeading", window, {1, 114, 300, 26}, "名称");
-    row("pathHeading", window, {301, 114, 498, 26}, "文件路径");
-    row("headingSeparator", window, {301, 114, 6, 26});
-    row("bottomRule", window, {1, 508, 798, 1});
-    row("selectAllCheckBox", window, {16, 516, 54, 27}, "全选");
-    row("addButton", window, {100, 516, 96, 27}, "添加文件");
-    row("removeButton", window, {200, 516, 96, 27}, "移除文件");
-    row("crushButton", window, {705, 516, 76, 27}, "粉碎文件");
-    row("emptyPanel", window, {240, 280, 400, 50});
-    row("emptyIcon", "emptyPanel", {0, 0, 42, 44});
-    row("emptyLabel", "emptyPanel", {52, 10, 400, 25},
-        "试试拖拽想要删除的文件或文件夹到本窗口吧！");
-    row("successPanel", window, {240, 280, 400, 50});
-    row("successIcon", "successPanel", {0, 0, 45, 45});
-    row("successLabel", "successPanel", {55, 10, 400, 25}, "文件粉碎成功！");
-
-    row("historyTitleBar", "historyWindow", {0, 0, 698, 40});
-    row("historyTitleIcon", "historyTitleBar", {16, 12, 16, 16});
-    row("historyTitleText", "historyTitleBar", {40, 0, 380, 40}, "Brenvale - 文件粉碎记录");
-    row("historyCloseButton", "historyTitleBar", {668, 0, 27, 27});
-    row("historyTableHost", "historyWindow", {1, 42, 698, 415});
-    row("historyTable", "historyTableHost", {0, 0, 698, 415});
-    row("historyTimeHeading", "historyWindow", {1, 41, 150, 26}, "日期");
-    row("historyNameHeading", "historyWindow", {151, 41, 200, 26}, "已粉碎文件或目录名");
-    row("historyPathHeading", "historyWindow", {351, 41, 348, 26}, "路径");
-    row("historyNameSeparator", "historyWindow", {151, 41, 6, 26});
-    row("historyPathSeparator", "historyWindow", {351, 41, 6, 26});
-    row("copyButton", "historyWindow", {490, 466, 90, 27}, "复制到剪贴板");
-    row("clearHistoryButton", "historyWindow", {597, 466, 90, 27}, "清除历史记录");
+    for (const auto &expected : widgets) {
+        const QWidget *widget = window->find(expected.name);
+        const QWidget *parent =
+            expected.parent.isEmpty() ? &**window : window->find(qPrintable(expected.parent));
+        QVERIFY2(widget->parentWidget() == parent, expected.name);
+        QVERIFY2(widget->geometry() == expected.place, expected.name);
+        QVERIFY2(widget->styleSheet() == expected.sheet, expected.name);
+        QCOMPARE(window->textOf(expected.name), QString::fromUtf8(expected.text));
+    }
 }
 
-void TestMainWindowLayout::eachWidgetHasItsPlaceAndText()
+void TestLayout::everyImageNamedInASheetExists()
 {
-    QFETCH(QString, parent);
-    ShownWindow window;
-    const QWidget *widget = window.find(QTest::currentDataTag());
-    QCOMPARE(widget->parentWidget(), parent.isEmpty() ? &*window : window.find(qPrintable(parent)));
-    QTEST(widget->geometry(), "place");
-    QTEST(widget->property("text").toString(), "text");
+    int images = 0;
+    const QRegularExpression url(QStringLiteral("url\\(([^)]*)\\)"));
+    const auto widgets = (*window)->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        for (auto found = url.globalMatch(widget->styleSheet()); found.hasNext(); ++images) {
+            const QString image = found.next().captured(1);
+            QVERIFY2(QFile::exists(image), qPrintable(image));
+        }
+    }
+    QVERIFY(images > 0);
 }
 
-void TestMainWindowLayout::onlyWhatTheUserMayDoIsEnabled_data()
+void TestLayout::onlyWhatTheUserMayDoIsEnabledAndShown()
 {
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<bool>("visible");
-    QTest::newRow("selectAllCheckBox") << false << true;
-    QTest::newRow("removeButton") << false << true;
-    QTest::newRow("crushButton") << false << true;
-    QTest::newRow("addButton") << true << true;
-    QTest::newRow("historyLink") << true << true;
-    QTest::newRow("closeButton") << true << true;
-    QTest::newRow("emptyPanel") << true << true;
-    QTest::newRow("mainTable") << true << true;
-    QTest::newRow("tableHost") << true << false;
-    QTest::newRow("successPanel") << true << false;
-    QTest::newRow("historyWindow") << true << false;
-    QTest::newRow("minimizeButton") << true << false;
+    for (const char *name : {"selectAllCheckBox", "removeButton", "crushButton"})
+        QVERIFY2(!window->isEnabled(name), name);
+    for (const char *name : {"addButton", "historyLink", "closeButton", "mainTable"})
+        QVERIFY2(window->isEnabled(name) && window->find(name)->isVisible(), name);
+    QVERIFY(!window->isTicked("selectAllCheckBox"));
+    QVERIFY(window->find("emptyPanel")->isVisible());
+    for (const char *name : {"tableHost", "successPanel", "historyWindow", "minimizeButton"})
+        QVERIFY2(!window->find(name)->isVisible(), name);
 }
 
-void TestMainWindowLayout::onlyWhatTheUserMayDoIsEnabled()
+void TestLayout::onlyOneTitleButtonIsVisible()
 {
-    ShownWindow window;
-    const QWidget *widget = window.find(QTest::currentDataTag());
-    QTEST(widget->isEnabled(), "enabled");
-    QTEST(widget->isVisible(), "visible");
-    QVERIFY(!window.isTicked("selectAllCheckBox"));
-}
-
-void TestMainWindowLayout::onlyOneTitleButtonIsVisible()
-{
-    ShownWindow window;
     QStringList visible;
-    const auto buttons = window.find("titleBar")->findChildren<QPushButton *>();
+    const auto buttons = window->find("titleBar")->findChildren<QPushButton *>();
     for (const QPushButton *button : buttons) {
         if (button->isVisible())
             visible.append(button->objectName());
@@ -164,67 +196,123 @@ void TestMainWindowLayout::onlyOneTitleButtonIsVisible()
     QCOMPARE(visible, QStringList(QStringLiteral("closeButton")));
 }
 
-void TestMainWindowLayout::visibleHeadingDiffersFromTheTables()
+void TestLayout::visibleHeadingDiffersFromTheTables()
 {
-    ShownWindow window;
-    const QTableWidget *table = window.table();
+    const QTableWidget *table = window->table();
     QCOMPARE(table->horizontalHeaderItem(0)->text(), QStringLiteral("名称"));
     QCOMPARE(table->horizontalHeaderItem(1)->text(), QStringLiteral("文件或文件夹路径"));
-    QCOMPARE(window.textOf("nameHeading"), QStringLiteral("名称"));
-    QCOMPARE(window.textOf("pathHeading"), QStringLiteral("文件路径"));
+    QCOMPARE(window->textOf("nameHeading"), QStringLiteral("名称"));
+    QCOMPARE(window->textOf("pathHeading"), QStringLiteral("文件路径"));
     // What the user sees in the middle of both columns' heading is the labels.
-    QCOMPARE(window->childAt(100, 126), window.find("nameHeading"));
-    QCOMPARE(window->childAt(500, 126), window.find("pathHeading"));
+    QCOMPARE((*window)->childAt(100, 126), window->find("nameHeading"));
+    QCOMPARE((*window)->childAt(500, 126), window->find("pathHeading"));
 }
 
-void TestMainWindowLayout::headingLiesOverTheTables_data()
+void TestLayout::headingLabelsCoverTheTablesHeading_data()
 {
-    QTest::addColumn<QString>("top");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QStringList>("headings");
-    QTest::newRow("main") << QString() << QStringLiteral("mainTable")
-                          << QStringList{QStringLiteral("nameHeading"),
-                                         QStringLiteral("pathHeading")};
-    QTest::newRow("history") << QStringLiteral("historyWindow") << QStringLiteral("historyTable")
-                             << QStringList{QStringLiteral("historyTimeHeading"),
-                                            QStringLiteral("historyNameHeading"),
-                                            QStringLiteral("historyPathHeading")};
+    QTest::addColumn<QByteArrayList>("headings");
+    QTest::newRow("mainTable") << QByteArrayList{"nameHeading", "pathHeading"};
+    QTest::newRow("historyTable") << QByteArrayList{"historyTimeHeading", "historyNameHeading",
+                                                    "historyPathHeading"};
 }
 
-void TestMainWindowLayout::headingLiesOverTheTables()
+void TestLayout::headingLabelsCoverTheTablesHeading()
 {
-    QFETCH(QString, top);
-    QFETCH(QString, table);
-    QFETCH(QStringList, headings);
-    ShownWindow window;
-    window->slotShowHistoryEva();
-    const QWidget *shown = top.isEmpty() ? &*window : window.find(qPrintable(top));
-    const QHeaderView *header = window.find<QTableWidget>(qPrintable(table))->horizontalHeader();
-    QRegion uncovered(QRect(header->mapTo(shown, QPoint()), header->size()));
-    for (const QString &heading : qAsConst(headings))
-        uncovered -= window.find(qPrintable(heading))->geometry();
+    QFETCH(QByteArrayList, headings);
+    (*window)->slotShowHistoryEva();
+    const auto *table = window->find<QTableWidget>(QTest::currentDataTag());
+    const QHeaderView *header = table->horizontalHeader();
+    QRegion uncovered(QRect(header->mapTo(table->window(), QPoint()), header->size()));
+    for (const QByteArray &heading : qAsConst(headings))
+        uncovered -= window->find(heading.constData())->geometry();
     QVERIFY(uncovered.isEmpty());
 }
 
-void TestMainWindowLayout::labelsAreAligned_data()
+void TestLayout::titlesAndPanelTextsAreAligned()
 {
-    QTest::addColumn<int>("alignment");
-    QTest::addColumn<int>("margin");
-    const int middle = Qt::AlignLeft | Qt::AlignVCenter;
-    const int top = Qt::AlignLeft | Qt::AlignTop;
-    QTest::newRow("titleText") << middle << 0;
-    QTest::newRow("historyTitleText") << middle << 0;
-    QTest::newRow("emptyLabel") << top << 3;
-    QTest::newRow("successLabel") << top << 3;
+    for (const char *name : {"titleText", "historyTitleText"})
+        QCOMPARE(window->find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
+    for (const char *name : {"emptyLabel", "successLabel"}) {
+        QCOMPARE(window->find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignTop);
+        QCOMPARE(window->find<QLabel>(name)->margin(), 3);
+    }
 }
 
-void TestMainWindowLayout::labelsAreAligned()
+void TestLayout::buttonsTakeNoFocusAndHaveTheirIcons()
 {
-    ShownWindow window;
-    const auto *label = window.find<QLabel>(QTest::currentDataTag());
-    QTEST(static_cast<int>(label->alignment()), "alignment");
-    QTEST(label->margin(), "margin");
+    const QStringList notFlat = {QStringLiteral("copyButton"),
+                                 QStringLiteral("clearHistoryButton")};
+    const auto buttons = (*window)->findChildren<QPushButton *>();
+    QCOMPARE(buttons.size(), 9);
+    for (const QPushButton *button : buttons) {
+        QCOMPARE(button->focusPolicy(), Qt::NoFocus);
+        QCOMPARE(button->isFlat(), !notFlat.contains(button->objectName()));
+    }
+    const auto iconOf = [](const QIcon &icon) { return icon.pixmap(16, 16).toImage(); };
+    QCOMPARE(iconOf(window->find<QPushButton>("addButton")->icon()),
+             iconOf(QIcon(QStringLiteral(":/images/icon_add"))));
+    QCOMPARE(iconOf(window->find<QPushButton>("removeButton")->icon()),
+             iconOf(QIcon(QStringLiteral(":/images/icon_remove"))));
 }
 
-TEST_SUITE(layout, TestMainWindowLayout)
+void TestLayout::tablesAreSetUpForRows_data()
+{
+    QTest::addColumn<QList<int>>("columnWidths");
+    QTest::addColumn<QString>("scrollBarSheet");
+    QTest::newRow("mainTable") << QList<int>{778, 20} << stylesheets::mainScrollBar();
+    QTest::newRow("historyTable") << QList<int>{698} << stylesheets::historyScrollBar();
+}
+
+void TestLayout::tablesAreSetUpForRows()
+{
+    QFETCH(QList<int>, columnWidths);
+    const auto *table = window->find<QTableWidget>(QTest::currentDataTag());
+    const QHeaderView *header = table->horizontalHeader();
+    QCOMPARE(table->rowCount(), 0);
+    QCOMPARE(table->columnCount(), columnWidths.size());
+    for (int column = 0; column < columnWidths.size(); ++column) {
+        QCOMPARE(table->columnWidth(column), columnWidths.at(column));
+        QCOMPARE(header->sectionResizeMode(column), QHeaderView::Fixed);
+    }
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        QCOMPARE(table->palette().color(group, QPalette::Base), QColor(255, 255, 255, 0));
+    QCOMPARE(table->selectionMode(), QAbstractItemView::NoSelection);
+    QCOMPARE(table->selectionBehavior(), QAbstractItemView::SelectRows);
+    QVERIFY(!table->showGrid());
+    QVERIFY(!table->hasAutoScroll());
+    QVERIFY(table->verticalHeader()->isHidden());
+    QCOMPARE(header->minimumHeight(), 25);
+    QCOMPARE(header->maximumHeight(), 25);
+    QCOMPARE(header->defaultAlignment(), Qt::AlignLeft);
+    QCOMPARE(table->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(table->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    QTEST(table->verticalScrollBar()->styleSheet(), "scrollBarSheet");
+    const auto *history = window->find<QTableWidget>("historyTable");
+    QVERIFY(history->horizontalHeaderItem(0) == nullptr);
+    QCOMPARE(history->verticalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
+}
+
+void TestLayout::rowsKeepTheirHeightWithALargeFont()
+{
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([usual] { QApplication::setFont(usual); });
+    QFont large = usual;
+    large.setPixelSize(48);
+    QApplication::setFont(large);
+    ShownWindow other;
+    other->addRowToMainTableEva(QStringLiteral("/a"));
+    other->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"), QStringLiteral("p"));
+    QCOMPARE(other.table()->rowHeight(0), 30);
+    QCOMPARE(other.table()->columnWidth(1), 20);
+    QCOMPARE(other.find<QTableWidget>("historyTable")->rowHeight(0), 30);
+}
+
+void TestLayout::buttonsWithoutWordsHaveNames()
+{
+    QCOMPARE(window->find("closeButton")->accessibleName(), QStringLiteral("关闭"));
+    QCOMPARE(window->find("historyCloseButton")->accessibleName(), QStringLiteral("关闭"));
+    QCOMPARE(window->find("minimizeButton")->accessibleName(), QStringLiteral("最小化"));
+}
+
+TEST_SUITE(layout, TestLayout)
 #include "layout.moc"

@@ -1,159 +1,127 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The two reports on screen: their words, icon, button and place, and that a
-// result leaves nothing ticked.
+// The two reports: their words, icon, button and place, and that a result leaves nothing
+// ticked.
 
-#include "dialogdriver.h"
-#include "promptly.h"
-#include "shownwindow.h"
 #include "suites.h"
-#include "temporarytree.h"
-#include "windowtesthome.h"
+#include "windowtest.h"
 
 #include <QtTest>
 
 using testsupport::Answer;
 using testsupport::DialogDriver;
-using testsupport::SeenDialog;
-using testsupport::ShownWindow;
-using testsupport::TemporaryTree;
+using testsupport::WindowTest;
 
 namespace
 {
 
-QString iconSheet(const char *image)
-{
-    return QStringLiteral("background-image:url(:/images/%1)").arg(QLatin1String(image));
-}
+const char *const rejectionHeader = "您添加的部分文件或目录由于以下原因无法被添加到文件粉碎机中：";
+const char *const resultHeader = "本次文件粉碎任务已经结束";
 
-QString rejectionHeader()
+QString lines(const QByteArrayList &utf8Lines)
 {
-    return QStringLiteral("您添加的部分文件或目录由于以下原因无法被添加到文件粉碎机中：");
-}
-
-QString resultHeader()
-{
-    return QStringLiteral("本次文件粉碎任务已经结束");
+    return QString::fromUtf8(utf8Lines.join('\n'));
 }
 
 } // namespace
 
-class TestMainWindowReports : public QObject
+class TestReports : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void oneReasonHasNoNumber();
-    void threeReasonsAreNumbered();
-    void unknownReasonShowsTheHeaderAlone();
-    void successesAloneShowTheSuccessIcon();
-    void successesAndFailuresShowTheMixedIcon();
-    void failuresAloneShowTheWarningIcon();
-    void nothingDoneShowsTheHeaderAndTheWarningIcon();
+    void refusalListsReasonsInOrder_data();
+    void refusalListsReasonsInOrder();
+    void resultNamesTheCountsThatAreNotZero_data();
+    void resultNamesTheCountsThatAreNotZero();
     void reportsEndHoweverTheyAreClosed_data();
     void reportsEndHoweverTheyAreClosed();
-    void nothingIsTickedAfterAResult_data();
-    void nothingIsTickedAfterAResult();
-    void nothingIsTickedWhileTheResultIsShown();
+    void nothingIsTickedWhileAResultIsShownOrAfterIt_data();
+    void nothingIsTickedWhileAResultIsShownOrAfterIt();
     void resultUnticksTheListBeforeItIsClosed();
     void rowOnItsWayWhenTheResultComesIsUntickedToo();
 
 private:
-    /// What the window shows for these reasons; it must have an OK button only and stand in the
-    /// middle of the window.
-    SeenDialog rejection(uint reasons);
-    SeenDialog result(uint succeeded, uint failed);
+    /// The one dialog so far had an OK button only and stood in the middle of the window.
+    void checkReport(const QString &text, const QString &icon);
 };
 
-namespace
+void TestReports::checkReport(const QString &text, const QString &icon)
 {
-
-/// The one dialog that @p report shows over @p window.
-template <class Report>
-SeenDialog onlyDialog(ShownWindow &window, Report report)
-{
-    DialogDriver dialogs;
-    dialogs.next(Answer::Ok);
-    report();
-    if (dialogs.seen().size() != 1 || !dialogs.isDone())
-        return {};
-    SeenDialog seen = dialogs.seen().first();
-    if (seen.buttons != QStringList(QStringLiteral("确定"))
-        || seen.place != QRect(window->pos() + QPoint(190, 160), QSize(420, 230)))
-        seen.text = QStringLiteral("other buttons or another place");
-    return seen;
+    QCOMPARE(dialogs->seen().size(), 1);
+    const testsupport::SeenDialog &seen = dialogs->seen().first();
+    QCOMPARE(seen.text, text);
+    QCOMPARE(seen.iconSheet, QStringLiteral("background-image:url(:/images/%1)").arg(icon));
+    QCOMPARE(seen.buttons, QStringList(QStringLiteral("确定")));
+    QCOMPARE(seen.place, QRect(mainWindow->pos() + QPoint(190, 160), QSize(420, 230)));
 }
 
-} // namespace
-
-SeenDialog TestMainWindowReports::rejection(uint reasons)
+void TestReports::refusalListsReasonsInOrder_data()
 {
-    ShownWindow window;
-    return onlyDialog(window, [&] { window->alertDialogEva(reasons); });
+    QTest::addColumn<uint>("reasons");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, uint reasons, QByteArrayList reasonLines) {
+        reasonLines.prepend(rejectionHeader);
+        QTest::newRow(name) << reasons << lines(reasonLines);
+    };
+    row("none", 0, {});
+    row("missing", 0x01, {"文件或目录不存在"});
+    row("unknown type", 0x02, {"不能确定文件或目录的类型"});
+    row("no permission", 0x04, {"文件或目录没有读写权限"});
+    row("twice", 0x08, {"重复添加文件或目录"});
+    row("too many", 0x10, {"已经超出文件粉碎机的单次处理上限(200个)"});
+    row("system", 0x20, {"属于系统目录"});
+    row("two", 0x06, {"1.不能确定文件或目录的类型", "2.文件或目录没有读写权限"});
+    row("three", 0x31,
+        {"1.文件或目录不存在", "2.已经超出文件粉碎机的单次处理上限(200个)", "3.属于系统目录"});
+    row("all", 0x3f,
+        {"1.文件或目录不存在", "2.不能确定文件或目录的类型", "3.文件或目录没有读写权限",
+         "4.重复添加文件或目录", "5.已经超出文件粉碎机的单次处理上限(200个)", "6.属于系统目录"});
+    row("unknown reason alone", 0x40, {});
+    row("unknown reasons beside one", 0xffffffc8, {"重复添加文件或目录"});
 }
 
-SeenDialog TestMainWindowReports::result(uint succeeded, uint failed)
+void TestReports::refusalListsReasonsInOrder()
 {
-    ShownWindow window;
-    return onlyDialog(window, [&] { window->showResultDialogEva(1, succeeded, failed); });
+    QFETCH(uint, reasons);
+    QFETCH(QString, text);
+    dialogs->next(Answer::Ok);
+    mainWindow->alertDialogEva(reasons);
+    checkReport(text, QStringLiteral("ico_war"));
 }
 
-void TestMainWindowReports::oneReasonHasNoNumber()
+void TestReports::resultNamesTheCountsThatAreNotZero_data()
 {
-    const SeenDialog seen = rejection(0x01);
-    QCOMPARE(seen.text, rejectionHeader() + QStringLiteral("\n文件或目录不存在"));
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war"));
+    QTest::addColumn<uint>("succeeded");
+    QTest::addColumn<uint>("failed");
+    QTest::addColumn<QString>("icon");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, uint succeeded, uint failed, const char *icon,
+                        QByteArrayList counts) {
+        counts.prepend(resultHeader);
+        QTest::newRow(name) << succeeded << failed << QString::fromLatin1(icon) << lines(counts);
+    };
+    row("success", 3, 0, "ico_ok", {"3 个文件(文件夹)已被成功粉碎"});
+    row("both", 2, 1, "ico_war2", {"2 个文件(文件夹)已被成功粉碎", "1 个文件(文件夹)未能完成粉碎"});
+    row("failure", 0, 4, "ico_war", {"4 个文件(文件夹)未能完成粉碎"});
+    row("nothing", 0, 0, "ico_war", {});
+    row("most", 2147483647, 200, "ico_war2",
+        {"2147483647 个文件(文件夹)已被成功粉碎", "200 个文件(文件夹)未能完成粉碎"});
 }
 
-void TestMainWindowReports::threeReasonsAreNumbered()
+void TestReports::resultNamesTheCountsThatAreNotZero()
 {
-    const SeenDialog seen = rejection(0x01 | 0x10 | 0x20);
-    QCOMPARE(seen.text,
-             rejectionHeader()
-                 + QStringLiteral("\n1.文件或目录不存在"
-                                  "\n2.已经超出文件粉碎机的单次处理上限(200个)\n3.属于系统目录"));
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war"));
+    QFETCH(uint, succeeded);
+    QFETCH(uint, failed);
+    QFETCH(QString, icon);
+    QFETCH(QString, text);
+    dialogs->next(Answer::Ok);
+    mainWindow->showResultDialogEva(1, succeeded, failed);
+    checkReport(text, icon);
 }
 
-void TestMainWindowReports::unknownReasonShowsTheHeaderAlone()
-{
-    const SeenDialog seen = rejection(0x40);
-    QCOMPARE(seen.text, rejectionHeader());
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war"));
-}
-
-void TestMainWindowReports::successesAloneShowTheSuccessIcon()
-{
-    const SeenDialog seen = result(3, 0);
-    QCOMPARE(seen.text, resultHeader() + QStringLiteral("\n3 个文件(文件夹)已被成功粉碎"));
-    QCOMPARE(seen.iconSheet, iconSheet("ico_ok"));
-}
-
-void TestMainWindowReports::successesAndFailuresShowTheMixedIcon()
-{
-    const SeenDialog seen = result(2, 1);
-    QCOMPARE(seen.text, resultHeader()
-                            + QStringLiteral("\n2 个文件(文件夹)已被成功粉碎"
-                                             "\n1 个文件(文件夹)未能完成粉碎"));
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war2"));
-}
-
-void TestMainWindowReports::failuresAloneShowTheWarningIcon()
-{
-    const SeenDialog seen = result(0, 2);
-    QCOMPARE(seen.text, resultHeader() + QStringLiteral("\n2 个文件(文件夹)未能完成粉碎"));
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war"));
-}
-
-void TestMainWindowReports::nothingDoneShowsTheHeaderAndTheWarningIcon()
-{
-    const SeenDialog seen = result(0, 0);
-    QCOMPARE(seen.text, resultHeader());
-    QCOMPARE(seen.iconSheet, iconSheet("ico_war"));
-}
-
-void TestMainWindowReports::reportsEndHoweverTheyAreClosed_data()
+void TestReports::reportsEndHoweverTheyAreClosed_data()
 {
     QTest::addColumn<int>("answer");
     QTest::newRow("ok") << static_cast<int>(Answer::Ok);
@@ -161,20 +129,18 @@ void TestMainWindowReports::reportsEndHoweverTheyAreClosed_data()
     QTest::newRow("escape") << static_cast<int>(Answer::Escape);
 }
 
-void TestMainWindowReports::reportsEndHoweverTheyAreClosed()
+void TestReports::reportsEndHoweverTheyAreClosed()
 {
     QFETCH(int, answer);
-    ShownWindow window;
-    DialogDriver dialogs;
-    dialogs.next(static_cast<Answer>(answer));
-    dialogs.next(static_cast<Answer>(answer));
-    window->alertDialogEva(0x08);
-    window->showResultDialogEva(1, 1, 0);
-    QVERIFY(dialogs.isDone());
-    QCOMPARE(dialogs.seen().size(), 2);
+    dialogs->next(static_cast<Answer>(answer));
+    dialogs->next(static_cast<Answer>(answer));
+    mainWindow->alertDialogEva(0x08);
+    mainWindow->showResultDialogEva(1, 1, 0);
+    QVERIFY(dialogs->isDone());
+    QCOMPARE(dialogs->seen().size(), 2);
 }
 
-void TestMainWindowReports::nothingIsTickedAfterAResult_data()
+void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt_data()
 {
     QTest::addColumn<uint>("succeeded");
     QTest::addColumn<uint>("failed");
@@ -184,84 +150,62 @@ void TestMainWindowReports::nothingIsTickedAfterAResult_data()
     QTest::newRow("both") << 1U << 1U;
 }
 
-void TestMainWindowReports::nothingIsTickedAfterAResult()
+void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 {
     QFETCH(uint, succeeded);
     QFETCH(uint, failed);
-    const TemporaryTree tree;
-    ShownWindow window;
-    window.drop({tree.makeFile(QStringLiteral("a"), 1), tree.makeFile(QStringLiteral("b"), 1)});
-    PROMPTLY_VERIFY(window.isTicked("selectAllCheckBox"));
-    QCOMPARE(window.tickedRows().size(), 2);
-    DialogDriver dialogs;
-    dialogs.next(Answer::Ok);
-    window->showResultDialogEva(1, succeeded, failed);
-    QCOMPARE(window.tickedRows(), QStringList());
-    QVERIFY(!window.isTicked("selectAllCheckBox"));
-}
-
-void TestMainWindowReports::nothingIsTickedWhileTheResultIsShown()
-{
-    ShownWindow window;
-    window->addRowToMainTableEva(QStringLiteral("/a"));
-    window->setSelectAllCheckBoxStateEva(true);
-    DialogDriver dialogs;
-    QStringList ticked(QStringLiteral("not looked at"));
-    bool allTicked = true;
-    dialogs.next([&](QDialog &report) {
-        ticked = window.tickedRows();
-        allTicked = window.isTicked("selectAllCheckBox");
+    const QStringList files = makeFiles(2);
+    drop(files);
+    QCOMPARE(window->tickedRows(), files);
+    const auto isAnythingTicked = [this] {
+        return !window->tickedRows().isEmpty() || window->isTicked("selectAllCheckBox");
+    };
+    bool tickedMeanwhile = true;
+    dialogs->next([&](QDialog &report) {
+        tickedMeanwhile = isAnythingTicked();
         DialogDriver::press(report, Answer::Ok);
     });
-    window->showResultDialogEva(1, 1, 0);
-    QCOMPARE(ticked, QStringList());
-    QVERIFY(!allTicked);
+    mainWindow->showResultDialogEva(1, succeeded, failed);
+    QVERIFY(!tickedMeanwhile);
+    QVERIFY(!isAnythingTicked());
 }
 
 /// What is shown as unticked is not shredded by the next run, nor removed.
-void TestMainWindowReports::resultUnticksTheListBeforeItIsClosed()
+void TestReports::resultUnticksTheListBeforeItIsClosed()
 {
-    const TemporaryTree tree;
-    const QStringList files = {tree.makeFile(QStringLiteral("a"), 1),
-                               tree.makeFile(QStringLiteral("b"), 1)};
-    ShownWindow window;
-    window.drop(files);
-    QVERIFY(window.settle());
-    QVERIFY(window.isEnabled("removeButton"));
-    DialogDriver dialogs;
-    dialogs.next([&](QDialog &report) {
-        PROMPTLY_VERIFY(!window.isEnabled("removeButton"));
+    const QStringList files = makeFiles(2);
+    drop(files);
+    QVERIFY(window->isEnabled("removeButton"));
+    dialogs->next([&](QDialog &report) {
+        PROMPTLY_VERIFY(!window->isEnabled("removeButton"));
         DialogDriver::press(report, Answer::Ok);
     });
-    window->showResultDialogEva(1, 1, 0);
-    QVERIFY(window.settle());
-    QVERIFY(!window.isEnabled("crushButton"));
-    QVERIFY(!window.isEnabled("removeButton"));
+    mainWindow->showResultDialogEva(1, 1, 0);
+    QVERIFY(window->settle());
+    QVERIFY(!window->isEnabled("crushButton"));
+    QVERIFY(!window->isEnabled("removeButton"));
     // A click ticks the row, in the list as well.
-    window.clickRow(1);
-    QVERIFY(window.settle());
-    window.click("removeButton");
-    QVERIFY(window.settle());
-    QCOMPARE(window.rows(), QStringList(files.first()));
+    window->clickRow(1);
+    QVERIFY(window->settle());
+    window->click("removeButton");
+    QVERIFY(window->settle());
+    QCOMPARE(window->rows(), files.mid(0, 1));
 }
 
-void TestMainWindowReports::rowOnItsWayWhenTheResultComesIsUntickedToo()
+void TestReports::rowOnItsWayWhenTheResultComesIsUntickedToo()
 {
-    const TemporaryTree tree;
-    const QString file = tree.makeFile(QStringLiteral("late"), 1);
-    ShownWindow window;
-    DialogDriver dialogs;
-    dialogs.next(Answer::Ok);
-    window.drop({file});
-    window->showResultDialogEva(1, 1, 0);
-    QVERIFY(window.settle());
-    QCOMPARE(window.rows(), QStringList(file));
-    QCOMPARE(window.tickedRows(), QStringList());
-    QVERIFY(!window.isEnabled("crushButton"));
-    window.clickRow(0);
-    QVERIFY(window.settle());
-    QCOMPARE(window.tickedRows(), QStringList(file));
+    const QStringList files = makeFiles(1);
+    dialogs->next(Answer::Ok);
+    window->drop(files);
+    mainWindow->showResultDialogEva(1, 1, 0);
+    QVERIFY(window->settle());
+    QCOMPARE(window->rows(), files);
+    QCOMPARE(window->tickedRows(), QStringList());
+    QVERIFY(!window->isEnabled("crushButton"));
+    window->clickRow(0);
+    QVERIFY(window->settle());
+    QCOMPARE(window->tickedRows(), files);
 }
 
-TEST_SUITE(reports, TestMainWindowReports)
+TEST_SUITE(reports, TestReports)
 #include "reports.moc"

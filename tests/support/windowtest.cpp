@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+#include "windowtest.h"
+
+#include <QTableWidget>
+#include <QtTest>
+
+namespace testsupport
+{
+
+void WindowTest::init()
+{
+    testHome().forgetHistory();
+    tree = std::make_unique<TemporaryTree>();
+    dialogs = std::make_unique<DialogDriver>();
+    window = std::make_unique<ShownWindow>();
+    mainWindow = &**window;
+}
+
+void WindowTest::cleanup()
+{
+    window.reset();
+    dialogs.reset();
+    tree.reset();
+}
+
+QStringList WindowTest::makeFiles(int count) const
+{
+    QStringList files;
+    for (int name = 0; name < count; ++name)
+        files.append(tree->makeFile(QString::number(name), 10));
+    return files;
+}
+
+QString WindowTest::makeBigFolder(int files) const
+{
+    for (int file = 0; file < files; ++file)
+        tree->makeFile(QStringLiteral("big/%1").arg(file), 100);
+    return tree->path(QStringLiteral("big"));
+}
+
+QString WindowTest::makeFailingFolder() const
+{
+    const QString folder = tree->makeFolder(QStringLiteral("failing"));
+    tree->makeFifo(QStringLiteral("failing/fifo"));
+    return folder;
+}
+
+void WindowTest::drop(const QStringList &paths)
+{
+    const int before = window->table()->rowCount();
+    window->drop(paths);
+    QVERIFY(window->settle());
+    QCOMPARE(window->rows().mid(before), paths);
+}
+
+void WindowTest::crush()
+{
+    const int before = dialogs->seen().size();
+    dialogs->next(Answer::Ok);
+    dialogs->next(Answer::Ok);
+    window->click("crushButton");
+    PROMPTLY_COMPARE(dialogs->seen().size(), before + 2);
+    PROMPTLY_VERIFY(dialogs->isDone());
+}
+
+QStringList WindowTest::reports() const
+{
+    QStringList texts;
+    for (const SeenDialog &dialog : dialogs->seen()) {
+        if (dialog.buttons.size() == 1)
+            texts.append(dialog.text);
+    }
+    return texts;
+}
+
+} // namespace testsupport

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// What every test of the main window begins with: a home without a history, a folder
+// for files, the window on screen and somebody who answers its dialogs.
+
+#pragma once
+
+#include "dialogdriver.h"
+#include "promptly.h"
+#include "shownwindow.h"
+#include "temporarytree.h"
+#include "windowtesthome.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace testsupport
+{
+
+class WindowTest : public QObject
+{
+    Q_OBJECT
+
+protected slots:
+    void init();
+    void cleanup();
+
+protected:
+    /// Makes @p count files of 10 bytes x, called 0, 1, ...; returns their paths.
+    QStringList makeFiles(int count) const;
+    /// Makes a folder of @p files files and returns its path.
+    QString makeBigFolder(int files) const;
+    /// Makes a folder that cannot be shredded, as it holds a fifo, and returns its path.
+    QString makeFailingFolder() const;
+    /// Drops @p paths on the window and waits until they are its last rows.
+    void drop(const QStringList &paths);
+    /// Presses the crush button, says OK to the question and to the report, and waits for that.
+    void crush();
+    /// The texts of the reports seen so far: of dialogs that ask nothing.
+    QStringList reports() const;
+
+    std::unique_ptr<TemporaryTree> tree;
+    std::unique_ptr<ShownWindow> window;
+    std::unique_ptr<DialogDriver> dialogs;
+    MainWindow *mainWindow = nullptr; ///< the same window, for its slots
+};
+
+// The texts of the crush button.
+inline QString idleText()
+{
+    return QStringLiteral("粉碎文件");
+}
+
+inline QString runningText()
+{
+    return QStringLiteral("停止粉碎");
+}
+
+inline QString stoppingText()
+{
+    return QStringLiteral("正在停止");
+}
+
+} // namespace testsupport

@@ -1,0 +1,287 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// How files come into the window, through the file dialog or by dropping them, and what it
+// says of those that it does not take. What the window posts shows in what the controller
+// does: any batch, an empty one too, enables the select-all box while there are rows.
+
+#include "suites.h"
+#include "windowtest.h"
+
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTableWidget>
+#include <QtTest>
+
+using testsupport::Answer;
+using testsupport::DialogDriver;
+using testsupport::OrdinaryUser;
+using testsupport::WindowTest;
+
+namespace
+{
+
+/// Of the offscreen platform, about a window that is not of a fixed size: the file dialog.
+void ignoreSizeHintWarning()
+{
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+}
+
+} // namespace
+
+class TestAdmission : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void cancelledFileDialogPostsAnEmptyBatch();
+    void chosenFilesBecomeRows();
+    void plainTextIsRefusedAtDragEnter();
+    void listOfUrlsIsTakenAsACopy_data();
+    void listOfUrlsIsTakenAsACopy();
+    void dropIsNotAccepted();
+    void dropWithoutUrlsPostsNothing();
+    void eachReasonIsReported_data();
+    void eachReasonIsReported();
+    void rowTooManyIsReported();
+    void forbiddenFileIsReported();
+    void systemFoldersAreReported();
+    void urlsThatAreNoFilesAreNotReported();
+    void allRowsAreThereBeforeTheRefusalReport();
+    void controllerWaitsUntilTheRefusalReportIsClosed();
+
+private:
+    /// Drops @p paths and returns what the report says below its header; empty when there is none.
+    QStringList reportOf(const QStringList &paths);
+    /// The window with a row and its select-all box disabled, until the next batch is performed.
+    void disableSelectAllBox();
+};
+
+QStringList TestAdmission::reportOf(const QStringList &paths)
+{
+    dialogs->next(Answer::Ok);
+    window->drop(paths);
+    if (!window->settle() || dialogs->seen().size() != 1)
+        return {};
+    return dialogs->seen().first().text.split(QLatin1Char('\n')).mid(1);
+}
+
+void TestAdmission::disableSelectAllBox()
+{
+    drop(makeFiles(1));
+    QVERIFY(window->isEnabled("selectAllCheckBox"));
+    mainWindow->setSelectAllCheckBoxEnabledEva(false);
+}
+
+void TestAdmission::cancelledFileDialogPostsAnEmptyBatch()
+{
+    disableSelectAllBox();
+    ignoreSizeHintWarning();
+    bool isFileDialog = false;
+    dialogs->next([&](QDialog &dialog) {
+        isFileDialog = qobject_cast<QFileDialog *>(&dialog) != nullptr;
+        DialogDriver::press(dialog, Answer::Escape);
+    });
+    window->click("addButton");
+    QVERIFY(isFileDialog);
+    PROMPTLY_VERIFY(window->isEnabled("selectAllCheckBox"));
+    QCOMPARE(window->table()->rowCount(), 1);
+    QCOMPARE(dialogs->seen().size(), 1);
+}
+
+void TestAdmission::chosenFilesBecomeRows()
+{
+    const QStringList files = {tree->makeFile(QStringLiteral("一.txt"), 1),
+                               tree->makeFile(QStringLiteral("two words"), 1)};
+    ignoreSizeHintWarning();
+    QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    dialogs->next([&](QDialog &dialog) {
+        mode = qobject_cast<QFileDialog *>(&dialog)->fileMode();
+        auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        name->setText(QStringLiteral("\"%1\" \"%2\"").arg(files.at(0), files.at(1)));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    window->click("addButton");
+    QVERIFY(window->settle());
+    QCOMPARE(mode, QFileDialog::ExistingFiles);
+    QCOMPARE(window->rows(), files);
+    QCOMPARE(window->tickedRows(), files);
+}
+
+void TestAdmission::plainTextIsRefusedAtDragEnter()
+{
+    QMimeData text;
+    text.setText(QStringLiteral("/etc/passwd"));
+    QVERIFY(!window->drop(text).entered);
+    QVERIFY(window->settle());
+    QCOMPARE(window->table()->rowCount(), 0);
+}
+
+void TestAdmission::listOfUrlsIsTakenAsACopy_data()
+{
+    QTest::addColumn<int>("offered");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("isTaken");
+    const int all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    QTest::newRow("copy proposed") << all << int(Qt::NoModifier) << true;
+    QTest::newRow("move proposed") << all << int(Qt::ShiftModifier) << true;
+    QTest::newRow("link proposed") << all << int(Qt::ControlModifier | Qt::ShiftModifier) << true;
+    // What cannot be answered with a copy would be a move.
+    QTest::newRow("move alone") << int(Qt::MoveAction) << int(Qt::NoModifier) << false;
+}
+
+void TestAdmission::listOfUrlsIsTakenAsACopy()
+{
+    QFETCH(int, offered);
+    QFETCH(int, modifiers);
+    QMimeData urls;
+    urls.setUrls({QUrl::fromLocalFile(makeFiles(1).first())});
+    QDragEnterEvent enter(QPoint(400, 300), Qt::DropActions(offered), &urls, Qt::LeftButton,
+                          Qt::KeyboardModifiers(modifiers));
+    enter.ignore();
+    QApplication::sendEvent(mainWindow, &enter);
+    QTEST(enter.isAccepted(), "isTaken");
+    if (enter.isAccepted())
+        QCOMPARE(enter.dropAction(), Qt::CopyAction);
+}
+
+void TestAdmission::dropIsNotAccepted()
+{
+    QMimeData urls;
+    urls.setUrls({QUrl::fromLocalFile(makeFiles(1).first())});
+    const auto outcome = window->drop(urls);
+    QVERIFY(outcome.entered);
+    QVERIFY(!outcome.accepted);
+    PROMPTLY_COMPARE(window->table()->rowCount(), 1);
+}
+
+void TestAdmission::dropWithoutUrlsPostsNothing()
+{
+    disableSelectAllBox();
+    QMimeData nothing;
+    nothing.setData(QStringLiteral("text/uri-list"), QByteArray());
+    QVERIFY(window->drop(nothing).entered);
+    QVERIFY(window->settle());
+    QVERIFY(!window->isEnabled("selectAllCheckBox"));
+}
+
+void TestAdmission::eachReasonIsReported_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QStringList>("report");
+    const auto file = QStringLiteral("file");
+    const auto fifo = QStringLiteral("fifo");
+    const auto nowhere = QStringLiteral("nowhere");
+    const auto missing = QStringLiteral("文件或目录不存在");
+    const auto unknown = QStringLiteral("不能确定文件或目录的类型");
+    const auto twice = QStringLiteral("重复添加文件或目录");
+    const auto numbered = [](const QStringList &lines) {
+        QStringList list;
+        for (const QString &line : lines)
+            list.append(QStringLiteral("%1.%2").arg(list.size() + 1).arg(line));
+        return list;
+    };
+    QTest::newRow("missing") << QStringList{nowhere} << QStringList{missing};
+    QTest::newRow("fifo") << QStringList{fifo} << QStringList{unknown};
+    QTest::newRow("twice") << QStringList{file, file} << QStringList{twice};
+    QTest::newRow("missing twice") << QStringList{nowhere, nowhere} << QStringList{missing};
+    QTest::newRow("twice and missing")
+        << QStringList{file, file, nowhere} << numbered({missing, twice});
+    QTest::newRow("all three") << QStringList{file, file, fifo, nowhere}
+                               << numbered({missing, unknown, twice});
+}
+
+void TestAdmission::eachReasonIsReported()
+{
+    QFETCH(QStringList, names);
+    const QString file = tree->makeFile(QStringLiteral("file"), 1);
+    tree->makeFifo(QStringLiteral("fifo"));
+    QStringList paths;
+    for (const QString &name : qAsConst(names))
+        paths.append(tree->path(name));
+    QTEST(reportOf(paths), "report");
+    QCOMPARE(window->rows(), paths.contains(file) ? QStringList(file) : QStringList());
+}
+
+void TestAdmission::rowTooManyIsReported()
+{
+    constexpr int limit = 200;
+    const QStringList paths = makeFiles(limit + 1);
+    QCOMPARE(reportOf(paths),
+             QStringList(QStringLiteral("已经超出文件粉碎机的单次处理上限(200个)")));
+    QCOMPARE(window->rows(), paths.mid(0, limit));
+    QVERIFY(window->isTicked("selectAllCheckBox"));
+}
+
+void TestAdmission::forbiddenFileIsReported()
+{
+    const QString readOnly = makeFiles(1).first();
+    constexpr auto everybodyReads = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    constexpr auto everybodyEnters =
+        everybodyReads | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+    QVERIFY(QFile::setPermissions(readOnly, everybodyReads));
+    QVERIFY(QFile::setPermissions(tree->path(), everybodyEnters | QFile::WriteOwner));
+    const OrdinaryUser user;
+    QCOMPARE(reportOf({readOnly}), QStringList(QStringLiteral("文件或目录没有读写权限")));
+    QCOMPARE(window->table()->rowCount(), 0);
+}
+
+void TestAdmission::systemFoldersAreReported()
+{
+    // Found only by those who may write there; everybody else is told that they may not.
+    const QStringList report = reportOf({QStringLiteral("/etc"), QStringLiteral("/dev")});
+    QCOMPARE(report.size(), 1);
+    QVERIFY(report.first() == QStringLiteral("属于系统目录")
+            || report.first() == QStringLiteral("文件或目录没有读写权限"));
+    QCOMPARE(window->table()->rowCount(), 0);
+}
+
+void TestAdmission::urlsThatAreNoFilesAreNotReported()
+{
+    QMimeData urls;
+    urls.setUrls({QUrl(QStringLiteral("http://localhost/a"))});
+    QVERIFY(window->drop(urls).entered);
+    QVERIFY(window->settle());
+    QVERIFY(dialogs->seen().isEmpty());
+    QCOMPARE(window->table()->rowCount(), 0);
+}
+
+void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
+{
+    const QStringList files = makeFiles(20);
+    QStringList rowsDuringReport;
+    bool crushEnabledDuringReport = false;
+    dialogs->next([&](QDialog &report) {
+        rowsDuringReport = window->rows();
+        crushEnabledDuringReport = window->isEnabled("crushButton");
+        DialogDriver::press(report, Answer::Ok);
+    });
+    window->drop(files + QStringList(tree->path(QStringLiteral("missing"))));
+    PROMPTLY_COMPARE(dialogs->seen().size(), 1);
+    PROMPTLY_VERIFY(dialogs->isDone());
+    QCOMPARE(rowsDuringReport, files);
+    QVERIFY(crushEnabledDuringReport);
+}
+
+void TestAdmission::controllerWaitsUntilTheRefusalReportIsClosed()
+{
+    bool removedDuringReport = false;
+    dialogs->next([&](QDialog &report) {
+        mainWindow->removeSomeFilesEva();
+        // Long enough for many turns of a controller that would not wait.
+        constexpr int manyTurns = 300; // milliseconds
+        removedDuringReport =
+            testsupport::eventually([&] { return window->rows().isEmpty(); }, manyTurns);
+        DialogDriver::press(report, Answer::Ok);
+    });
+    window->drop(makeFiles(1) + QStringList(tree->path(QStringLiteral("missing"))));
+    PROMPTLY_COMPARE(dialogs->seen().size(), 1);
+    PROMPTLY_VERIFY(window->rows().isEmpty());
+    QVERIFY(!removedDuringReport);
+}
+
+TEST_SUITE(admission, TestAdmission)
+#include "admission.moc"

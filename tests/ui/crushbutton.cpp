@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The crush button and what stands around it: the question before a run, the one start for
+// several confirmations, and how button, header and title bar answer.
+// A start with nothing ticked is a run that ends at once, with a report, so the reports
+// tell how often the window asked for a start.
+
+#include "suites.h"
+#include "windowtest.h"
+
+#include <QDialog>
+#include <QFile>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+using testsupport::Answer;
+using testsupport::DialogDriver;
+using testsupport::idleText;
+using testsupport::runningText;
+using testsupport::stoppingText;
+using testsupport::TemporaryTree;
+using testsupport::WindowTest;
+
+class TestCrushButton : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void questionStandsOverTheWindow();
+    void declinedQuestionPostsNothing_data();
+    void declinedQuestionPostsNothing();
+    void severalConfirmationsOfOneRunStartItOnce_data();
+    void severalConfirmationsOfOneRunStartItOnce();
+    void startDuringARunKeepsNobodyFromTheNext();
+    void doesNothingWhileStopping();
+    void stopsWithoutAQuestion();
+    void runStateShowsInTheButtons_data();
+    void runStateShowsInTheButtons();
+    void buttonsAreEnabledAsTold();
+    void headerTellsHowManyWereShredded_data();
+    void headerTellsHowManyWereShredded();
+    void negativeCountChangesNothing();
+    void finishedFileChangesNothing();
+    void closeButtonQuits();
+    void windowIsMinimizedButNeverMaximized();
+};
+
+void TestCrushButton::questionStandsOverTheWindow()
+{
+    drop(makeFiles(1));
+    mainWindow->move(100, 20);
+    dialogs->next(Answer::Cancel);
+    window->click("crushButton");
+    QCOMPARE(dialogs->seen().size(), 1);
+    const testsupport::SeenDialog &seen = dialogs->seen().first();
+    QCOMPARE(seen.text, QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"));
+    QCOMPARE(seen.iconSheet, QStringLiteral("background-image:url(:/images/ico_war4)"));
+    QCOMPARE(seen.buttons, (QStringList{QStringLiteral("确定"), QStringLiteral("取消")}));
+    QCOMPARE(seen.place, QRect(100 + 190, 20 + 160, 420, 230));
+}
+
+void TestCrushButton::declinedQuestionPostsNothing_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::newRow("cancel") << static_cast<int>(Answer::Cancel);
+    QTest::newRow("close") << static_cast<int>(Answer::Close);
+    QTest::newRow("escape") << static_cast<int>(Answer::Escape);
+}
+
+void TestCrushButton::declinedQuestionPostsNothing()
+{
+    QFETCH(int, answer);
+    const QStringList files = makeFiles(1);
+    drop(files);
+    const QString subtitle = window->textOf("subtitleLabel");
+    dialogs->next(static_cast<Answer>(answer));
+    window->click("crushButton");
+    QVERIFY(window->settle());
+    QCOMPARE(dialogs->seen().size(), 1);
+    QCOMPARE(TemporaryTree::contentsOf(files.first()), QByteArray(10, 'x'));
+    QCOMPARE(window->tickedRows(), files);
+    QCOMPARE(window->textOf("crushButton"), idleText());
+    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
+    crush(); // keeps nobody from starting
+    QCOMPARE(reports().size(), 1);
+}
+
+void TestCrushButton::severalConfirmationsOfOneRunStartItOnce_data()
+{
+    QTest::addColumn<bool>("afterTheRun");
+    QTest::newRow("at once") << false;
+    QTest::newRow("when the run is over") << true;
+}
+
+void TestCrushButton::severalConfirmationsOfOneRunStartItOnce()
+{
+    QFETCH(bool, afterTheRun);
+    const DialogDriver::Action sayOk = [&](QDialog &dialog) {
+        const bool isQuestion = dialogs->seen().last().buttons.size() == 2;
+        if (isQuestion && afterTheRun && dialogs->seen().size() > 1)
+            PROMPTLY_VERIFY(reports().size() == 1 && QApplication::activeModalWidget() == &dialog);
+        DialogDriver::press(dialog, Answer::Ok);
+    };
+    const auto start = [&] {
+        dialogs->next(sayOk); // to the question
+        dialogs->next(sayOk); // to the report
+        mainWindow->crushFilesEva();
+    };
+    start();
+    start();
+    QVERIFY(window->settle());
+    QCOMPARE(reports().size(), 1);
+    start();
+    PROMPTLY_COMPARE(reports().size(), 2);
+    PROMPTLY_VERIFY(window->settle());
+}
+
+/// The controller does not answer it; the end of the run does.
+void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
+{
+    const auto start = [&] {
+        dialogs->next(Answer::Ok);
+        mainWindow->crushFilesEva();
+        QVERIFY(dialogs->isDone());
+    };
+    // A run in which a file became a fifo stays open until it is stopped.
+    const QStringList files = makeFiles(1);
+    drop(files);
+    QVERIFY(QFile::remove(files.first()));
+    tree->makeFifo(QStringLiteral("0"));
+    start();
+    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
+    auto *button = window->find<QPushButton>("crushButton");
+    button->setText(idleText()); // as long as the window has not heard of the run
+    start();
+    QVERIFY(window->settle());
+    QCOMPARE(window->textOf("crushButton"), idleText());
+    button->setText(runningText());
+    mainWindow->crushFilesEva();
+    PROMPTLY_COMPARE(window->textOf("crushButton"), idleText());
+    start();
+    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
+}
+
+void TestCrushButton::doesNothingWhileStopping()
+{
+    drop(makeFiles(1));
+    mainWindow->setCrushStartedEva(3);
+    window->click("crushButton");
+    QVERIFY(window->settle());
+    QVERIFY(dialogs->seen().isEmpty());
+    QCOMPARE(window->textOf("crushButton"), stoppingText());
+    // A posted stop would have been answered by disabling the button.
+    QVERIFY(window->isEnabled("crushButton"));
+}
+
+void TestCrushButton::stopsWithoutAQuestion()
+{
+    drop(makeFiles(1));
+    mainWindow->setCrushStartedEva(2);
+    window->click("crushButton");
+    QVERIFY(window->settle());
+    QVERIFY(dialogs->seen().isEmpty());
+    // The controller was asked to stop and says so, there being no run to stop.
+    QVERIFY(window->textOf("crushButton") != runningText());
+}
+
+void TestCrushButton::runStateShowsInTheButtons_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<bool>("removeEnabled");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("removeEnabledAfterwards");
+    QTest::newRow("idle") << 1 << false << idleText() << true;
+    QTest::newRow("idle again") << 1 << true << idleText() << true;
+    QTest::newRow("running") << 2 << true << runningText() << false;
+    QTest::newRow("stopping") << 3 << false << stoppingText() << false;
+    QTest::newRow("stopping with a remove button") << 3 << true << stoppingText() << true;
+    const QString other = QStringLiteral("anything");
+    QTest::newRow("0") << 0 << false << other << false;
+    QTest::newRow("4") << 4 << true << other << true;
+    QTest::newRow("-1") << -1 << true << other << true;
+}
+
+void TestCrushButton::runStateShowsInTheButtons()
+{
+    QFETCH(int, state);
+    QFETCH(bool, removeEnabled);
+    mainWindow->setRemoveButtonEnabledEva(removeEnabled);
+    window->find<QPushButton>("crushButton")->setText(QStringLiteral("anything"));
+    mainWindow->setCrushStartedEva(state);
+    QTEST(window->textOf("crushButton"), "text");
+    QTEST(window->isEnabled("removeButton"), "removeEnabledAfterwards");
+    QVERIFY(window->isEnabled("addButton"));
+    QVERIFY(!window->isEnabled("crushButton"));
+}
+
+void TestCrushButton::buttonsAreEnabledAsTold()
+{
+    for (const bool enabled : {true, false}) {
+        mainWindow->setRemoveButtonEnabledEva(enabled);
+        mainWindow->setCrushButtonEnabledEva(!enabled);
+        QCOMPARE(window->isEnabled("removeButton"), enabled);
+        QCOMPARE(window->isEnabled("crushButton"), !enabled);
+    }
+}
+
+void TestCrushButton::headerTellsHowManyWereShredded_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << 0 << QStringLiteral("已成功粉碎0个文件（文件夹）");
+    QTest::newRow("three") << 3 << QStringLiteral("已成功粉碎3个文件（文件夹）");
+    QTest::newRow("limit") << 200 << QStringLiteral("已成功粉碎200个文件（文件夹）");
+}
+
+void TestCrushButton::headerTellsHowManyWereShredded()
+{
+    QFETCH(int, count);
+    const QString headline = window->textOf("headlineLabel");
+    mainWindow->finishAllEva(count);
+    QTEST(window->textOf("subtitleLabel"), "text");
+    QCOMPARE(window->textOf("headlineLabel"), headline);
+    QCOMPARE(window->textOf("successLabel"), QStringLiteral("文件粉碎成功！"));
+    QVERIFY(!window->find("emptyPanel")->isVisible());
+    QVERIFY(!window->find("successPanel")->isVisible());
+}
+
+void TestCrushButton::negativeCountChangesNothing()
+{
+    const QString subtitle = window->textOf("subtitleLabel");
+    mainWindow->finishAllEva(-1);
+    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
+    QVERIFY(window->find("emptyPanel")->isVisible());
+}
+
+void TestCrushButton::finishedFileChangesNothing()
+{
+    const QString file = QStringLiteral("/folder/file");
+    mainWindow->addRowToMainTableEva(file);
+    const QString subtitle = window->textOf("subtitleLabel");
+    mainWindow->finishOneFileEva(file);
+    QCOMPARE(window->tickedRows(), QStringList(file));
+    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
+    QCOMPARE(window->textOf("crushButton"), idleText());
+}
+
+void TestCrushButton::closeButtonQuits()
+{
+    const QSignalSpy quits(mainWindow, &MainWindow::quit);
+    window->click("closeButton");
+    QCOMPARE(quits.count(), 1);
+}
+
+void TestCrushButton::windowIsMinimizedButNeverMaximized()
+{
+    mainWindow->windowMaxi();
+    QVERIFY(mainWindow->windowState() == Qt::WindowNoState);
+    // Built and connected, if never shown.
+    window->find<QPushButton>("minimizeButton")->click();
+    QVERIFY(mainWindow->isMinimized());
+}
+
+TEST_SUITE(crushbutton, TestCrushButton)
+#include "crushbutton.moc"
