@@ -46,7 +46,6 @@ class TestHistory : public WindowTest
     Q_OBJECT
 
 private slots:
-    void opensInTheMiddleOfTheMainWindow_data();
     void opensInTheMiddleOfTheMainWindow();
     void newestEntryIsOnTop();
     void emptyHistoryOffersNothing();
@@ -54,7 +53,6 @@ private slots:
     void repeatedOpeningsShowTheHistoryOnce();
     void closeButtonAndLinkCloseTheWindow();
     void mainWindowIsBlockedWhileTheHistoryIsOpen();
-    void buttonsAreEnabledByNumber_data();
     void buttonsAreEnabledByNumber();
     void openingDisablesTheButtonsFirst();
     void copyPutsTheHistoryOnTheClipboard();
@@ -66,7 +64,6 @@ private slots:
     void closingWhileRowsArriveEndsTheLoad();
     void reopeningWhileRowsArriveShowsTheHistoryOnce();
     void windowCanGoWhileRowsArrive();
-    void windowCanGoWhileScrolledToTheEnd();
     void recordingWhileOpenAddsNoRow();
 
 private:
@@ -128,23 +125,17 @@ QStringList TestHistory::names() const
     return texts;
 }
 
-void TestHistory::opensInTheMiddleOfTheMainWindow_data()
-{
-    QTest::addColumn<QPoint>("main");
-    QTest::addColumn<QPoint>("history");
-    QTest::newRow("100, 100") << QPoint(100, 100) << QPoint(150, 125);
-    QTest::newRow("0, 0") << QPoint(0, 0) << QPoint(50, 25);
-    QTest::newRow("partly off the screen") << QPoint(-300, 400) << QPoint(-250, 425);
-}
-
 void TestHistory::opensInTheMiddleOfTheMainWindow()
 {
-    QFETCH(QPoint, main);
-    mainWindow->move(main);
-    PROMPTLY_COMPARE(mainWindow->pos(), main);
-    openHistory();
-    QTEST(window->find("historyWindow")->pos(), "history");
-    QCOMPARE(window->find("historyWindow")->size(), QSize(700, 500));
+    // The last is partly off the screen.
+    for (const QPoint place : {QPoint(100, 100), QPoint(0, 0), QPoint(-300, 400)}) {
+        mainWindow->move(place);
+        PROMPTLY_COMPARE(mainWindow->pos(), place);
+        openHistory();
+        QCOMPARE(window->find("historyWindow")->geometry(),
+                 QRect(place + QPoint(50, 25), QSize(700, 500)));
+        window->click("historyCloseButton");
+    }
 }
 
 void TestHistory::newestEntryIsOnTop()
@@ -211,30 +202,19 @@ void TestHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
     QCOMPARE(quits.count(), 1);
 }
 
-void TestHistory::buttonsAreEnabledByNumber_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::addColumn<bool>("copy");
-    QTest::addColumn<bool>("clear");
-    QTest::newRow("1") << 1 << true << false;
-    QTest::newRow("2") << 2 << false << true;
-    QTest::newRow("3") << 3 << true << true;
-    QTest::newRow("0") << 0 << false << false;
-    QTest::newRow("4") << 4 << false << false;
-    QTest::newRow("-1") << -1 << false << false;
-}
-
 void TestHistory::buttonsAreEnabledByNumber()
 {
-    QFETCH(int, number);
-    QFETCH(bool, copy);
-    QFETCH(bool, clear);
     openHistory();
-    mainWindow->setHistoryButtonEnabledEva(true, number);
-    QVERIFY(areButtonsEnabled(copy, clear));
-    mainWindow->setHistoryButtonEnabledEva(true, 3);
-    mainWindow->setHistoryButtonEnabledEva(false, number);
-    QVERIFY(areButtonsEnabled(!copy, !clear));
+    for (const int number : {1, 2, 3, 0, 4, -1}) {
+        const bool copy = number == 1 || number == 3;
+        const bool clear = number == 2 || number == 3;
+        mainWindow->setHistoryButtonEnabledEva(false, 3);
+        mainWindow->setHistoryButtonEnabledEva(true, number);
+        QVERIFY(areButtonsEnabled(copy, clear));
+        mainWindow->setHistoryButtonEnabledEva(true, 3);
+        mainWindow->setHistoryButtonEnabledEva(false, number);
+        QVERIFY(areButtonsEnabled(!copy, !clear));
+    }
 }
 
 void TestHistory::openingDisablesTheButtonsFirst()
@@ -312,6 +292,8 @@ void TestHistory::everyEntryOfALongHistoryBecomesARow()
     QVERIFY(bar->isVisible());
     bar->setValue(bar->maximum());
     QCOMPARE(textIn(manyEntries - 1), QStringLiteral("0"));
+    mainWindow->removeRowFromHistoryTableEva(0);
+    window.reset(); // can go while scrolled to the end
 }
 
 void TestHistory::clearWhileRowsArriveLeavesTheTableEmpty()
@@ -354,15 +336,6 @@ void TestHistory::windowCanGoWhileRowsArrive()
     window = std::make_unique<ShownWindow>();
     QVERIFY(window->settle());
     QCOMPARE(table()->rowCount(), 0);
-}
-
-void TestHistory::windowCanGoWhileScrolledToTheEnd()
-{
-    testHome().writeHistory(longHistory());
-    openHistory();
-    table()->verticalScrollBar()->setValue(table()->verticalScrollBar()->maximum());
-    mainWindow->removeRowFromHistoryTableEva(0);
-    window.reset();
 }
 
 void TestHistory::recordingWhileOpenAddsNoRow()

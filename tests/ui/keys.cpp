@@ -43,14 +43,10 @@ class TestKeys : public WindowTest
     Q_OBJECT
 
 private slots:
-    void doubleClickAtTheEndOfARowOpensNoTextField_data() { bothTables(); }
-    void doubleClickAtTheEndOfARowOpensNoTextField();
-    void keysOpenNoTextField_data() { bothTables(); }
-    void keysOpenNoTextField();
-    void onlyTheWheelUpAndDownMovesRows_data() { bothTables(); }
-    void onlyTheWheelUpAndDownMovesRows();
-    void arrowKeysMoveNoRowSideways_data() { bothTables(); }
-    void arrowKeysMoveNoRowSideways();
+    void neitherClickNorKeyOpensATextField_data() { bothTables(); }
+    void neitherClickNorKeyOpensATextField();
+    void nothingMovesARowSideways_data() { bothTables(); }
+    void nothingMovesARowSideways();
     void tabLeavesTheMainTable();
     void tabChoosesNoRowOfTheHistory();
 
@@ -84,18 +80,13 @@ QTableWidget *TestKeys::focusedTable(const char *name)
     return table;
 }
 
-void TestKeys::doubleClickAtTheEndOfARowOpensNoTextField()
+void TestKeys::neitherClickNorKeyOpensATextField()
 {
-    const QTableWidget *table = focusedTable();
+    QTableWidget *table = focusedTable();
     const QWidget *view = table->viewport();
     const QPoint end = view->mapTo(table->window(), QPoint(view->width() - 1, 10));
     QTest::mouseDClick(table->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, end);
     QVERIFY(table->findChild<QLineEdit *>() == nullptr);
-}
-
-void TestKeys::keysOpenNoTextField()
-{
-    QTableWidget *table = focusedTable();
     // The last column has no row's widget in the main table, nor has a row of the history that
     // was scrolled away.
     table->setCurrentCell(0, table->columnCount() - 1);
@@ -106,9 +97,9 @@ void TestKeys::keysOpenNoTextField()
     }
 }
 
-void TestKeys::onlyTheWheelUpAndDownMovesRows()
+void TestKeys::nothingMovesARowSideways()
 {
-    const QTableWidget *table = focusedTable();
+    QTableWidget *table = focusedTable();
     const int left = table->columnViewportPosition(0);
     turnWheel(table->viewport(), QPoint(-1, 0), Qt::NoModifier);
     turnWheel(table->viewport(), QPoint(-5, -1), Qt::NoModifier);
@@ -119,13 +110,7 @@ void TestKeys::onlyTheWheelUpAndDownMovesRows()
     const int top = table->verticalScrollBar()->value();
     turnWheel(table->viewport(), QPoint(0, -1), Qt::NoModifier);
     QVERIFY(table->verticalScrollBar()->value() > top);
-}
-
-void TestKeys::arrowKeysMoveNoRowSideways()
-{
-    QTableWidget *table = focusedTable();
     table->setCurrentCell(0, 0);
-    const int left = table->columnViewportPosition(0);
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_End, Qt::Key_Left}) {
         press(table, key);
         QCOMPARE(table->columnViewportPosition(0), left);

@@ -39,7 +39,6 @@ private slots:
     void onlyWhatTheUserMayDoIsEnabledAndShown();
     void onlyOneTitleButtonIsVisible();
     void visibleHeadingDiffersFromTheTables();
-    void headingLabelsCoverTheTablesHeading_data();
     void headingLabelsCoverTheTablesHeading();
     void titlesAndPanelTextsAreAligned();
     void buttonsTakeNoFocusAndHaveTheirIcons();
@@ -208,24 +207,21 @@ void TestLayout::visibleHeadingDiffersFromTheTables()
     QCOMPARE((*window)->childAt(500, 126), window->find("pathHeading"));
 }
 
-void TestLayout::headingLabelsCoverTheTablesHeading_data()
-{
-    QTest::addColumn<QByteArrayList>("headings");
-    QTest::newRow("mainTable") << QByteArrayList{"nameHeading", "pathHeading"};
-    QTest::newRow("historyTable") << QByteArrayList{"historyTimeHeading", "historyNameHeading",
-                                                    "historyPathHeading"};
-}
-
 void TestLayout::headingLabelsCoverTheTablesHeading()
 {
-    QFETCH(QByteArrayList, headings);
     (*window)->slotShowHistoryEva();
-    const auto *table = window->find<QTableWidget>(QTest::currentDataTag());
-    const QHeaderView *header = table->horizontalHeader();
-    QRegion uncovered(QRect(header->mapTo(table->window(), QPoint()), header->size()));
-    for (const QByteArray &heading : qAsConst(headings))
-        uncovered -= window->find(heading.constData())->geometry();
-    QVERIFY(uncovered.isEmpty());
+    const auto uncovered = [&](const char *name, const QByteArrayList &headings) {
+        const auto *table = window->find<QTableWidget>(name);
+        const QHeaderView *header = table->horizontalHeader();
+        QRegion heading(QRect(header->mapTo(table->window(), QPoint()), header->size()));
+        for (const QByteArray &label : headings)
+            heading -= window->find(label.constData())->geometry();
+        return heading;
+    };
+    QVERIFY(uncovered("mainTable", {"nameHeading", "pathHeading"}).isEmpty());
+    QVERIFY(uncovered("historyTable",
+                      {"historyTimeHeading", "historyNameHeading", "historyPathHeading"})
+                .isEmpty());
 }
 
 void TestLayout::titlesAndPanelTextsAreAligned()

@@ -35,9 +35,7 @@ private slots:
     void refusalListsReasonsInOrder();
     void resultNamesTheCountsThatAreNotZero_data();
     void resultNamesTheCountsThatAreNotZero();
-    void reportsEndHoweverTheyAreClosed_data();
     void reportsEndHoweverTheyAreClosed();
-    void nothingIsTickedWhileAResultIsShownOrAfterIt_data();
     void nothingIsTickedWhileAResultIsShownOrAfterIt();
     void resultUnticksTheListBeforeItIsClosed();
     void rowOnItsWayWhenTheResultComesIsUntickedToo();
@@ -121,53 +119,39 @@ void TestReports::resultNamesTheCountsThatAreNotZero()
     checkReport(text, icon);
 }
 
-void TestReports::reportsEndHoweverTheyAreClosed_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::newRow("ok") << static_cast<int>(Answer::Ok);
-    QTest::newRow("close") << static_cast<int>(Answer::Close);
-    QTest::newRow("escape") << static_cast<int>(Answer::Escape);
-}
-
 void TestReports::reportsEndHoweverTheyAreClosed()
 {
-    QFETCH(int, answer);
-    dialogs->next(static_cast<Answer>(answer));
-    dialogs->next(static_cast<Answer>(answer));
-    mainWindow->alertDialogEva(0x08);
-    mainWindow->showResultDialogEva(1, 1, 0);
-    QVERIFY(dialogs->isDone());
-    QCOMPARE(dialogs->seen().size(), 2);
-}
-
-void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt_data()
-{
-    QTest::addColumn<uint>("succeeded");
-    QTest::addColumn<uint>("failed");
-    QTest::newRow("nothing") << 0U << 0U;
-    QTest::newRow("successes") << 2U << 0U;
-    QTest::newRow("failures") << 0U << 2U;
-    QTest::newRow("both") << 1U << 1U;
+    for (const Answer answer : {Answer::Ok, Answer::Close, Answer::Escape}) {
+        dialogs->next(answer);
+        mainWindow->alertDialogEva(0x08);
+        dialogs->next(answer);
+        mainWindow->showResultDialogEva(1, 1, 0);
+        QVERIFY(dialogs->isDone());
+    }
 }
 
 void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 {
-    QFETCH(uint, succeeded);
-    QFETCH(uint, failed);
     const QStringList files = makeFiles(2);
     drop(files);
-    QCOMPARE(window->tickedRows(), files);
     const auto isAnythingTicked = [this] {
         return !window->tickedRows().isEmpty() || window->isTicked("selectAllCheckBox");
     };
-    bool tickedMeanwhile = true;
-    dialogs->next([&](QDialog &report) {
-        tickedMeanwhile = isAnythingTicked();
-        DialogDriver::press(report, Answer::Ok);
-    });
-    mainWindow->showResultDialogEva(1, succeeded, failed);
-    QVERIFY(!tickedMeanwhile);
-    QVERIFY(!isAnythingTicked());
+    for (const uint succeeded : {0U, 2U}) {
+        for (const uint failed : {0U, 2U}) {
+            mainWindow->selectAllEva(true);
+            QVERIFY(window->settle());
+            QCOMPARE(window->tickedRows(), files);
+            bool tickedMeanwhile = true;
+            dialogs->next([&](QDialog &report) {
+                tickedMeanwhile = isAnythingTicked();
+                DialogDriver::press(report, Answer::Ok);
+            });
+            mainWindow->showResultDialogEva(1, succeeded, failed);
+            QVERIFY(!tickedMeanwhile);
+            QVERIFY(!isAnythingTicked());
+        }
+    }
 }
 
 /// What is shown as unticked is not shredded by the next run, nor removed.
