@@ -51,8 +51,25 @@ void WindowTest::drop(const QStringList &paths)
 {
     const int before = window->table()->rowCount();
     window->drop(paths);
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(window->rows().mid(before), paths);
+}
+
+void WindowTest::settle()
+{
+    QVERIFY(window->settle());
+}
+
+void WindowTest::press(const char *name)
+{
+    window->click(name);
+    settle();
+}
+
+void WindowTest::pressRow(int row)
+{
+    window->clickRow(row);
+    settle();
 }
 
 void WindowTest::crush()

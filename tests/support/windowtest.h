@@ -37,6 +37,12 @@ protected:
     QString makeFailingFolder() const;
     /// Drops @p paths on the window and waits until they are its last rows.
     void drop(const QStringList &paths);
+    /// Waits until the controller has answered everything, and the window has shown it.
+    void settle();
+    /// Clicks the button @p name and waits for what comes of it.
+    void press(const char *name);
+    /// Clicks the name in @p row and waits for what comes of it.
+    void pressRow(int row);
     /// Presses the crush button, says OK to the question and to the report, and waits for that.
     void crush();
     /// The texts of the reports seen so far: of dialogs that ask nothing.

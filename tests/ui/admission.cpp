@@ -98,8 +98,7 @@ void TestAdmission::chosenFilesBecomeRows()
         name->setText(QStringLiteral("\"%1\" \"%2\"").arg(files.at(0), files.at(1)));
         QTest::keyClick(name, Qt::Key_Return);
     });
-    window->click("addButton");
-    QVERIFY(window->settle());
+    press("addButton");
     QCOMPARE(mode, QFileDialog::ExistingFiles);
     QCOMPARE(window->rows(), files);
     QCOMPARE(window->tickedRows(), files);
@@ -110,7 +109,7 @@ void TestAdmission::plainTextIsRefusedAtDragEnter()
     QMimeData text;
     text.setText(QStringLiteral("/etc/passwd"));
     QVERIFY(!window->drop(text).entered);
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(window->table()->rowCount(), 0);
 }
 
@@ -148,7 +147,7 @@ void TestAdmission::dropWithoutUrlsPostsNothing()
     QMimeData nothing;
     nothing.setData(QStringLiteral("text/uri-list"), QByteArray());
     QVERIFY(window->drop(nothing).entered);
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(!window->isEnabled("selectAllCheckBox"));
 }
 
@@ -178,7 +177,7 @@ void TestAdmission::urlsThatAreNoFilesAreNotReported()
     QMimeData urls;
     urls.setUrls({QUrl(QStringLiteral("http://localhost/a"))});
     QVERIFY(window->drop(urls).entered);
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(dialogs->seen().isEmpty());
     QCOMPARE(window->table()->rowCount(), 0);
 }

@@ -74,8 +74,7 @@ void TestCrushButton::declinedQuestionPostsNothing()
     drop(files);
     const QString subtitle = window->textOf("subtitleLabel");
     dialogs->next(static_cast<Answer>(answer));
-    window->click("crushButton");
-    QVERIFY(window->settle());
+    press("crushButton");
     QCOMPARE(dialogs->seen().size(), 1);
     QCOMPARE(TemporaryTree::contentsOf(files.first()), QByteArray(10, 'x'));
     QCOMPARE(window->tickedRows(), files);
@@ -108,7 +107,7 @@ void TestCrushButton::severalConfirmationsOfOneRunStartItOnce()
     };
     start();
     start();
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(reports().size(), 1);
     start();
     PROMPTLY_COMPARE(reports().size(), 2);
@@ -133,7 +132,7 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
     auto *button = window->find<QPushButton>("crushButton");
     button->setText(idleText()); // as long as the window has not heard of the run
     start();
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(window->textOf("crushButton"), idleText());
     button->setText(runningText());
     mainWindow->crushFilesEva();
@@ -146,8 +145,7 @@ void TestCrushButton::doesNothingWhileStopping()
 {
     drop(makeFiles(1));
     mainWindow->setCrushStartedEva(3);
-    window->click("crushButton");
-    QVERIFY(window->settle());
+    press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());
     QCOMPARE(window->textOf("crushButton"), stoppingText());
     // A posted stop would have been answered by disabling the button.
@@ -158,8 +156,7 @@ void TestCrushButton::stopsWithoutAQuestion()
 {
     drop(makeFiles(1));
     mainWindow->setCrushStartedEva(2);
-    window->click("crushButton");
-    QVERIFY(window->settle());
+    press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());
     // The controller was asked to stop and says so, there being no run to stop.
     QVERIFY(window->textOf("crushButton") != runningText());

@@ -39,32 +39,30 @@ QRect textPlace(const QLabel &label)
     return QRect(QPoint(left, top), label.rect().bottomRight());
 }
 
+bool fits(const QWidget &widget, const QString &text, const QSize &place)
+{
+    const QFontMetrics metrics(widget.font());
+    return metrics.horizontalAdvance(text) <= place.width() && metrics.height() <= place.height();
+}
+
 bool holdsItsText(const QLabel &label)
 {
-    const QFontMetrics metrics(label.font());
-    const QRect place = textPlace(label);
-    return metrics.horizontalAdvance(label.text()) <= place.width()
-           && metrics.height() <= place.height();
+    return fits(label, label.text(), textPlace(label).size());
 }
 
 bool holdsItsText(const QPushButton &button)
 {
     constexpr int iconGap = 4;
-    const QFontMetrics metrics(button.font());
     const int icon = button.icon().isNull() ? 0 : button.iconSize().width() + iconGap;
-    return icon + metrics.horizontalAdvance(button.text()) <= button.width()
-           && metrics.height() <= button.height();
+    return fits(button, button.text(), button.size() - QSize(icon, 0));
 }
 
 bool holdsItsText(const QCheckBox &box)
 {
     QStyleOptionButton option;
     option.initFrom(&box);
-    const QRect place =
-        box.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &box) & box.rect();
-    const QFontMetrics metrics(box.font());
-    return metrics.horizontalAdvance(box.text()) <= place.width()
-           && metrics.height() <= place.height();
+    const QRect place = box.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &box);
+    return fits(box, box.text(), (place & box.rect()).size());
 }
 
 template <class Widget>

@@ -48,13 +48,11 @@ class TestHistory : public WindowTest
 private slots:
     void opensInTheMiddleOfTheMainWindow();
     void newestEntryIsOnTop();
-    void emptyHistoryOffersNothing();
+    void openingEmptiesTheTableAndDisablesTheButtons();
     void repeatedOpeningsShowTheHistoryOnce_data();
     void repeatedOpeningsShowTheHistoryOnce();
-    void closeButtonAndLinkCloseTheWindow();
-    void mainWindowIsBlockedWhileTheHistoryIsOpen();
+    void mainWindowIsBlockedUntilTheHistoryIsClosed();
     void buttonsAreEnabledByNumber();
-    void openingDisablesTheButtonsFirst();
     void copyPutsTheHistoryOnTheClipboard();
     void copyBeforeAnyLoadPutsNothingOnTheClipboard();
     void clearTakesEverythingAwayUntilTheNextOpening();
@@ -87,7 +85,7 @@ void TestHistory::openHistory()
 {
     window->click("historyLink");
     QVERIFY(QTest::qWaitForWindowExposed(window->find("historyWindow")));
-    QVERIFY(window->settle());
+    settle();
 }
 
 template <class Action>
@@ -148,11 +146,19 @@ void TestHistory::newestEntryIsOnTop()
     QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestHistory::emptyHistoryOffersNothing()
+/// And with nothing in the history they stay so.
+void TestHistory::openingEmptiesTheTableAndDisablesTheButtons()
 {
-    openHistory();
-    QCOMPARE(names(), QStringList());
+    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
+                                       QStringLiteral("p"));
+    QCOMPARE(table()->rowCount(), 1);
+    mainWindow->slotShowHistoryEva();
     QVERIFY(areButtonsEnabled(false, false));
+    QCOMPARE(table()->rowCount(), 0);
+    settle();
+    QVERIFY(areButtonsEnabled(false, false));
+    QCOMPARE(table()->rowCount(), 0);
 }
 
 void TestHistory::repeatedOpeningsShowTheHistoryOnce_data()
@@ -170,26 +176,15 @@ void TestHistory::repeatedOpeningsShowTheHistoryOnce()
     for (int click = 0; click < openCloseOpenCloseOpen; ++click) {
         mainWindow->slotShowHistoryEva();
         if (!inOneTurn)
-            QVERIFY(window->settle());
+            settle();
     }
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(window->find("historyWindow")->isVisible());
     QCOMPARE(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a")}));
     QVERIFY(areButtonsEnabled(true, true));
 }
 
-void TestHistory::closeButtonAndLinkCloseTheWindow()
-{
-    openHistory();
-    window->click("historyCloseButton");
-    QVERIFY(!window->find("historyWindow")->isVisible());
-    QVERIFY(mainWindow->isVisible());
-    openHistory();
-    mainWindow->slotShowHistoryEva();
-    QVERIFY(!window->find("historyWindow")->isVisible());
-}
-
-void TestHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
+void TestHistory::mainWindowIsBlockedUntilTheHistoryIsClosed()
 {
     const QSignalSpy quits(mainWindow, &MainWindow::quit);
     openHistory();
@@ -198,6 +193,8 @@ void TestHistory::mainWindowIsBlockedWhileTheHistoryIsOpen()
     QCOMPARE(quits.count(), 0);
     QVERIFY(window->find("historyWindow")->isVisible());
     window->click("historyCloseButton");
+    QVERIFY(!window->find("historyWindow")->isVisible());
+    QVERIFY(mainWindow->isVisible());
     window->click("closeButton");
     QCOMPARE(quits.count(), 1);
 }
@@ -215,17 +212,6 @@ void TestHistory::buttonsAreEnabledByNumber()
         mainWindow->setHistoryButtonEnabledEva(false, number);
         QVERIFY(areButtonsEnabled(!copy, !clear));
     }
-}
-
-void TestHistory::openingDisablesTheButtonsFirst()
-{
-    mainWindow->setHistoryButtonEnabledEva(true, 3);
-    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                       QStringLiteral("p"));
-    QCOMPARE(table()->rowCount(), 1);
-    mainWindow->slotShowHistoryEva();
-    QVERIFY(areButtonsEnabled(false, false));
-    QCOMPARE(table()->rowCount(), 0);
 }
 
 void TestHistory::copyPutsTheHistoryOnTheClipboard()
@@ -300,7 +286,7 @@ void TestHistory::clearWhileRowsArriveLeavesTheTableEmpty()
 {
     openAndInTheMiddle([this] { window->click("clearHistoryButton"); });
     QCOMPARE(table()->rowCount(), 0);
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(table()->rowCount(), 0);
     QVERIFY(areButtonsEnabled(false, false));
     QVERIFY(!QFile::exists(testHome().historyFile()));
@@ -310,7 +296,7 @@ void TestHistory::closingWhileRowsArriveEndsTheLoad()
 {
     openAndInTheMiddle([this] { window->click("historyCloseButton"); });
     QVERIFY(!window->find("historyWindow")->isVisible());
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(table()->rowCount() < manyEntries);
     // The rows stay until the next opening.
     QVERIFY(table()->rowCount() >= rowsInTheMiddle);
@@ -322,7 +308,7 @@ void TestHistory::reopeningWhileRowsArriveShowsTheHistoryOnce()
         mainWindow->slotShowHistoryEva();
         mainWindow->slotShowHistoryEva();
     });
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(table()->rowCount(), manyEntries);
     PROMPTLY_COMPARE(textIn(0), QString::number(manyEntries - 1));
     QVERIFY(areButtonsEnabled(true, true));
@@ -334,7 +320,7 @@ void TestHistory::windowCanGoWhileRowsArrive()
     window.reset();
     // Another one does not hear of the load that the first had asked for.
     window = std::make_unique<ShownWindow>();
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(table()->rowCount(), 0);
 }
 
@@ -348,7 +334,7 @@ void TestHistory::recordingWhileOpenAddsNoRow()
     dialogs->next(Answer::Ok);
     mainWindow->crushFilesEva();
     PROMPTLY_COMPARE(dialogs->seen().size(), 2);
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(!testsupport::entryExists(files.first()));
     QCOMPARE(testHome().historyLines().size(), 6);
     QCOMPARE(names(), QStringList(QStringLiteral("older")));

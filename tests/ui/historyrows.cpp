@@ -71,8 +71,7 @@ void TestHistoryRows::init()
     WindowTest::init();
     table = window->find<QTableWidget>("historyTable");
     bar = table->verticalScrollBar();
-    window->click("historyLink");
-    QVERIFY(window->settle());
+    press("historyLink");
 }
 
 /// What stands in each row that can be seen, from top to bottom; -1 for a row without a frame in

@@ -31,7 +31,7 @@ void turnWheel(QWidget *widget, QPoint steps, Qt::KeyboardModifiers modifiers)
     QApplication::sendEvent(widget, &turn);
 }
 
-void press(const QWidget *widget, Qt::Key key)
+void type(const QWidget *widget, Qt::Key key)
 {
     QTest::keyClick(widget->window()->windowHandle(), key);
 }
@@ -92,7 +92,7 @@ void TestKeys::neitherClickNorKeyOpensATextField()
     table->setCurrentCell(0, table->columnCount() - 1);
     table->verticalScrollBar()->setValue(manyRows / 2);
     for (const Qt::Key key : {Qt::Key_F2, Qt::Key_A, Qt::Key_Return}) {
-        press(table, key);
+        type(table, key);
         QVERIFY(table->findChild<QLineEdit *>() == nullptr);
     }
 }
@@ -112,7 +112,7 @@ void TestKeys::nothingMovesARowSideways()
     QVERIFY(table->verticalScrollBar()->value() > top);
     table->setCurrentCell(0, 0);
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_End, Qt::Key_Left}) {
-        press(table, key);
+        type(table, key);
         QCOMPARE(table->columnViewportPosition(0), left);
     }
 }
@@ -123,7 +123,7 @@ void TestKeys::tabLeavesTheMainTable()
     // On its way Tab visits the tick boxes of the rows.
     const QWidget *beyond = window->find("selectAllCheckBox");
     for (int key = 0; key <= manyRows && !beyond->hasFocus(); ++key)
-        press(table, Qt::Key_Tab);
+        type(table, Qt::Key_Tab);
     QVERIFY(beyond->hasFocus());
 }
 
@@ -131,7 +131,7 @@ void TestKeys::tabChoosesNoRowOfTheHistory()
 {
     QTableWidget *table = focusedTable("historyTable");
     table->setCurrentCell(0, 0);
-    press(table, Qt::Key_Tab);
+    type(table, Qt::Key_Tab);
     QCOMPARE(table->currentRow(), 0);
 }
 

@@ -80,82 +80,63 @@ void TestLayout::eachWidgetHasItsPlaceTextAndSheet()
 {
     using namespace stylesheets;
     const auto image = [](const char *name) { return backgroundImage(QLatin1String(name)); };
-    const QString bar = QStringLiteral("titleBar");
-    const QString history = QStringLiteral("historyWindow");
-    const QString historyBar = QStringLiteral("historyTitleBar");
-    const QString empty = QStringLiteral("emptyPanel");
-    const QString success = QStringLiteral("successPanel");
-    const struct {
-        const char *name;
-        QString parent; ///< nothing: the main window
-        QRect place;
-        QString sheet;
-        const char *text = "";
-    } widgets[] = {
-        {"background", {}, {0, 0, 800, 550}, image("bk")},
-        {"titleBar", {}, {0, 0, 800, 40}, {}},
-        {"titleIcon", bar, {16, 12, 16, 16}, image("icon_logo")},
-        {"titleText", bar, {40, 0, 380, 40}, mainTitleText(), "Brenvale - 文件粉碎机"},
-        {"minimizeButton", bar, {736, 0, 27, 27}, imageButton(QStringLiteral("btn_mini"))},
-        {"closeButton", bar, {768, 0, 27, 27}, imageButton(QStringLiteral("btn_quit"))},
-        {"logoLabel", {}, {27, 54, 48, 48}, image("logo")},
-        {"headlineLabel",
-         {},
-         {84, 51, 600, 28},
-         headerText(),
-         "彻底粉碎无法删除的 \"顽固\" 文件或文件夹"},
-        {"subtitleLabel",
-         {},
-         {84, 79, 600, 28},
-         headerText(),
-         "您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口"},
-        {"historyLink", {}, {700, 84, 84, 20}, historyLink(), "查看粉碎记录"},
-        {"tableHost", {}, {1, 115, 798, 394}, {}},
-        {"mainTable", {}, {1, 115, 798, 394}, table()},
-        {"nameHeading", {}, {1, 114, 300, 26}, firstHeading(), "名称"},
-        {"pathHeading", {}, {301, 114, 498, 26}, laterHeading(), "文件路径"},
-        {"headingSeparator", {}, {301, 114, 6, 26}, image("sp_table_head")},
-        {"bottomRule", {}, {1, 508, 798, 1}, bottomRule()},
-        {"selectAllCheckBox", {}, {16, 516, 54, 27}, {}, "全选"},
-        {"addButton", {}, {100, 516, 96, 27}, linkButton(), "添加文件"},
-        {"removeButton", {}, {200, 516, 96, 27}, linkButton(), "移除文件"},
-        {"crushButton", {}, {705, 516, 76, 27}, crushButton(), "粉碎文件"},
-        {"emptyPanel", {}, {240, 280, 400, 50}, {}},
-        {"emptyIcon", empty, {0, 0, 42, 44}, image("ico_smile")},
-        {"emptyLabel",
-         empty,
-         {52, 10, 400, 25},
-         panelText(),
-         "试试拖拽想要删除的文件或文件夹到本窗口吧！"},
-        {"successPanel", {}, {240, 280, 400, 50}, {}},
-        {"successIcon", success, {0, 0, 45, 45}, image("ico_ok")},
-        {"successLabel", success, {55, 10, 400, 25}, panelText(), "文件粉碎成功！"},
-        {"historyTitleBar", history, {0, 0, 698, 40}, {}},
-        {"historyTitleIcon", historyBar, {16, 12, 16, 16}, image("icon_logo")},
-        {"historyTitleText", historyBar, {40, 0, 380, 40}, titleText(), "Brenvale - 文件粉碎记录"},
-        {"historyCloseButton",
-         historyBar,
-         {668, 0, 27, 27},
-         imageButton(QStringLiteral("btn_quit"))},
-        {"historyTableHost", history, {1, 42, 698, 415}, table()},
-        {"historyTable", QStringLiteral("historyTableHost"), {0, 0, 698, 415}, table()},
-        {"historyTimeHeading", history, {1, 41, 150, 26}, firstHeading(), "日期"},
-        {"historyNameHeading", history, {151, 41, 200, 26}, laterHeading(), "已粉碎文件或目录名"},
-        {"historyPathHeading", history, {351, 41, 348, 26}, laterHeading(), "路径"},
-        {"historyNameSeparator", history, {151, 41, 6, 26}, image("sp_table_head")},
-        {"historyPathSeparator", history, {351, 41, 6, 26}, image("sp_table_head")},
-        {"copyButton", history, {490, 466, 90, 27}, historyButton(), "复制到剪贴板"},
-        {"clearHistoryButton", history, {597, 466, 90, 27}, historyButton(), "清除历史记录"},
+    const QString close = imageButton(QStringLiteral("btn_quit"));
+    const QString minimize = imageButton(QStringLiteral("btn_mini"));
+    const char *const main = nullptr;
+    const auto check = [&](const char *name, const char *parent, const QRect &place,
+                           const QString &sheet, const char *text = "") {
+        const QWidget *widget = window->find(name);
+        const QWidget *expected = parent == nullptr ? &**window : window->find(parent);
+        QVERIFY2(widget->parentWidget() == expected, name);
+        QVERIFY2(widget->geometry() == place, name);
+        QVERIFY2(widget->styleSheet() == sheet, name);
+        QCOMPARE(window->textOf(name), QString::fromUtf8(text));
     };
-    for (const auto &expected : widgets) {
-        const QWidget *widget = window->find(expected.name);
-        const QWidget *parent =
-            expected.parent.isEmpty() ? &**window : window->find(qPrintable(expected.parent));
-        QVERIFY2(widget->parentWidget() == parent, expected.name);
-        QVERIFY2(widget->geometry() == expected.place, expected.name);
-        QVERIFY2(widget->styleSheet() == expected.sheet, expected.name);
-        QCOMPARE(window->textOf(expected.name), QString::fromUtf8(expected.text));
-    }
+    check("background", main, {0, 0, 800, 550}, image("bk"));
+    check("titleBar", main, {0, 0, 800, 40}, {});
+    check("titleIcon", "titleBar", {16, 12, 16, 16}, image("icon_logo"));
+    check("titleText", "titleBar", {40, 0, 380, 40}, mainTitleText(), "Brenvale - 文件粉碎机");
+    check("minimizeButton", "titleBar", {736, 0, 27, 27}, minimize);
+    check("closeButton", "titleBar", {768, 0, 27, 27}, close);
+    check("logoLabel", main, {27, 54, 48, 48}, image("logo"));
+    check("headlineLabel", main, {84, 51, 600, 28}, headerText(),
+          "彻底粉碎无法删除的 \"顽固\" 文件或文件夹");
+    check("subtitleLabel", main, {84, 79, 600, 28}, headerText(),
+          "您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口");
+    check("historyLink", main, {700, 84, 84, 20}, historyLink(), "查看粉碎记录");
+    check("tableHost", main, {1, 115, 798, 394}, {});
+    check("mainTable", main, {1, 115, 798, 394}, table());
+    check("nameHeading", main, {1, 114, 300, 26}, firstHeading(), "名称");
+    check("pathHeading", main, {301, 114, 498, 26}, laterHeading(), "文件路径");
+    check("headingSeparator", main, {301, 114, 6, 26}, image("sp_table_head"));
+    check("bottomRule", main, {1, 508, 798, 1}, bottomRule());
+    check("selectAllCheckBox", main, {16, 516, 54, 27}, {}, "全选");
+    check("addButton", main, {100, 516, 96, 27}, linkButton(), "添加文件");
+    check("removeButton", main, {200, 516, 96, 27}, linkButton(), "移除文件");
+    check("crushButton", main, {705, 516, 76, 27}, crushButton(), "粉碎文件");
+    check("emptyPanel", main, {240, 280, 400, 50}, {});
+    check("emptyIcon", "emptyPanel", {0, 0, 42, 44}, image("ico_smile"));
+    check("emptyLabel", "emptyPanel", {52, 10, 400, 25}, panelText(),
+          "试试拖拽想要删除的文件或文件夹到本窗口吧！");
+    check("successPanel", main, {240, 280, 400, 50}, {});
+    check("successIcon", "successPanel", {0, 0, 45, 45}, image("ico_ok"));
+    check("successLabel", "successPanel", {55, 10, 400, 25}, panelText(), "文件粉碎成功！");
+    check("historyTitleBar", "historyWindow", {0, 0, 698, 40}, {});
+    check("historyTitleIcon", "historyTitleBar", {16, 12, 16, 16}, image("icon_logo"));
+    check("historyTitleText", "historyTitleBar", {40, 0, 380, 40}, titleText(),
+          "Brenvale - 文件粉碎记录");
+    check("historyCloseButton", "historyTitleBar", {668, 0, 27, 27}, close);
+    check("historyTableHost", "historyWindow", {1, 42, 698, 415}, table());
+    check("historyTable", "historyTableHost", {0, 0, 698, 415}, table());
+    check("historyTimeHeading", "historyWindow", {1, 41, 150, 26}, firstHeading(), "日期");
+    check("historyNameHeading", "historyWindow", {151, 41, 200, 26}, laterHeading(),
+          "已粉碎文件或目录名");
+    check("historyPathHeading", "historyWindow", {351, 41, 348, 26}, laterHeading(), "路径");
+    check("historyNameSeparator", "historyWindow", {151, 41, 6, 26}, image("sp_table_head"));
+    check("historyPathSeparator", "historyWindow", {351, 41, 6, 26}, image("sp_table_head"));
+    check("copyButton", "historyWindow", {490, 466, 90, 27}, historyButton(), "复制到剪贴板");
+    check("clearHistoryButton", "historyWindow", {597, 466, 90, 27}, historyButton(),
+          "清除历史记录");
 }
 
 void TestLayout::everyImageNamedInASheetExists()

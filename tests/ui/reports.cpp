@@ -140,7 +140,7 @@ void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
     for (const uint succeeded : {0U, 2U}) {
         for (const uint failed : {0U, 2U}) {
             mainWindow->selectAllEva(true);
-            QVERIFY(window->settle());
+            settle();
             QCOMPARE(window->tickedRows(), files);
             bool tickedMeanwhile = true;
             dialogs->next([&](QDialog &report) {
@@ -165,14 +165,12 @@ void TestReports::resultUnticksTheListBeforeItIsClosed()
         DialogDriver::press(report, Answer::Ok);
     });
     mainWindow->showResultDialogEva(1, 1, 0);
-    QVERIFY(window->settle());
+    settle();
     QVERIFY(!window->isEnabled("crushButton"));
     QVERIFY(!window->isEnabled("removeButton"));
     // A click ticks the row, in the list as well.
-    window->clickRow(1);
-    QVERIFY(window->settle());
-    window->click("removeButton");
-    QVERIFY(window->settle());
+    pressRow(1);
+    press("removeButton");
     QCOMPARE(window->rows(), files.mid(0, 1));
 }
 
@@ -182,12 +180,11 @@ void TestReports::rowOnItsWayWhenTheResultComesIsUntickedToo()
     dialogs->next(Answer::Ok);
     window->drop(files);
     mainWindow->showResultDialogEva(1, 1, 0);
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(window->rows(), files);
     QCOMPARE(window->tickedRows(), QStringList());
     QVERIFY(!window->isEnabled("crushButton"));
-    window->clickRow(0);
-    QVERIFY(window->settle());
+    pressRow(0);
     QCOMPARE(window->tickedRows(), files);
 }
 

@@ -103,7 +103,7 @@ void TestRun::untickedRowsAreSpared()
     const QStringList files = makeFiles(3);
     drop(files);
     window->clickTickBox(1);
-    QVERIFY(window->settle());
+    settle();
     crush();
     QCOMPARE(window->rows(), files.mid(1, 1));
     QCOMPARE(window->tickedRows(), QStringList());
@@ -111,8 +111,7 @@ void TestRun::untickedRowsAreSpared()
     QCOMPARE(TemporaryTree::contentsOf(files.at(1)), QByteArray(10, 'x'));
     QVERIFY(!entryExists(files.at(2)));
     // What is left can be ticked and goes with the next run.
-    window->clickRow(0);
-    QVERIFY(window->settle());
+    pressRow(0);
     QVERIFY(window->isEnabled("crushButton"));
     crush();
     QVERIFY(!entryExists(files.at(1)));
@@ -203,7 +202,7 @@ void TestRun::stoppedFolderKeepsItsRow()
     PROMPTLY_VERIFY(static_cast<int>(QDir(folder).count()) < manyFiles);
     window->click("crushButton");
     PROMPTLY_COMPARE(window->textOf("crushButton"), idleText());
-    QVERIFY(window->settle());
+    settle();
     QCOMPARE(window->rows(), QStringList(folder));
     QVERIFY(!QDir(folder).isEmpty());
     QCOMPARE(reports(), QStringList());
@@ -223,8 +222,8 @@ void TestRun::stopBetweenFilesTellsTheUserWhatIsGone()
     window->click("crushButton");
     PROMPTLY_COMPARE(dialogs->seen().size(), 2);
     PROMPTLY_VERIFY(dialogs->isDone());
-    QVERIFY(window->settle());
-    QVERIFY(window->settle()); // the report kept "uncheck all" from being performed
+    settle();
+    settle(); // the report kept "uncheck all" from being performed
     QCOMPARE(window->textOf("crushButton"), idleText());
     const int gone = manyFiles - window->rows().size();
     QVERIFY(gone > 0 && gone < manyFiles);

@@ -43,7 +43,6 @@ private:
     {
         return window->cell(row)->findChild<QWidget *>(QStringLiteral("progressOverlay"));
     }
-    void settle() { QVERIFY(window->settle()); }
 };
 
 void TestTable::firstRowHidesBothPanels()
@@ -180,8 +179,7 @@ void TestTable::clickTogglesTheRow()
     QFETCH(bool, onTickBox);
     const auto click = [&](const QList<int> &rows) {
         for (const int row : rows)
-            onTickBox ? window->clickTickBox(row) : window->clickRow(row);
-        settle();
+            onTickBox ? window->clickTickBox(row) : pressRow(row);
     };
     const QStringList files = makeFiles(3);
     drop(files);
@@ -205,16 +203,13 @@ void TestTable::selectAllTicksAndUnticksEveryRow()
 {
     const QStringList files = makeFiles(2);
     drop(files);
-    window->click("selectAllCheckBox");
-    settle();
+    press("selectAllCheckBox");
     QCOMPARE(window->tickedRows(), QStringList());
     QVERIFY(!window->isEnabled("crushButton"));
     QVERIFY(!window->isEnabled("removeButton"));
-    window->clickRow(1);
-    settle();
+    pressRow(1);
     QVERIFY(!window->isTicked("selectAllCheckBox"));
-    window->click("selectAllCheckBox");
-    settle();
+    press("selectAllCheckBox");
     QCOMPARE(window->tickedRows(), files);
     QVERIFY(window->isEnabled("crushButton"));
     QVERIFY(window->isEnabled("removeButton"));
@@ -239,17 +234,13 @@ void TestTable::tickedRowsAreRemoved()
 {
     const QStringList files = makeFiles(3);
     drop(files);
-    window->clickRow(1);
-    settle();
-    window->click("removeButton");
-    settle();
+    pressRow(1);
+    press("removeButton");
     QCOMPARE(window->rows(), files.mid(1, 1));
     QCOMPARE(window->tickedRows(), QStringList());
     QVERIFY(!window->isEnabled("removeButton"));
-    window->clickRow(0);
-    settle();
-    window->click("removeButton");
-    settle();
+    pressRow(0);
+    press("removeButton");
     QCOMPARE(window->rows(), QStringList());
     QVERIFY(!window->isEnabled("selectAllCheckBox"));
     for (const QString &file : files)
