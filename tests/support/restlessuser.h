@@ -56,7 +56,6 @@ private:
     QStringList someFiles();
     QString nextName();
     void answerEveryDialog();
-    void noteClipboard();
     bool isHistoryOpen() const { return shown.find("historyWindow")->isVisible(); }
     QString runState() const { return shown.textOf("crushButton"); }
 
@@ -70,7 +69,6 @@ private:
     QString neverShown;
     int names = 0;
     int made = 0;
-    int copiesToCome = 0; ///< asked for and not on the clipboard yet
 };
 
 } // namespace testsupport

@@ -42,8 +42,6 @@ private slots:
     void dropIsNotAccepted();
     void dropWithoutUrlsPostsNothing();
     void everyReasonIsReported();
-    void rowTooManyIsReported();
-    void urlsThatAreNoFilesAreNotReported();
     void allRowsAreThereBeforeTheRefusalReport();
     void controllerWaitsUntilTheRefusalReportIsClosed();
 
@@ -160,26 +158,6 @@ void TestAdmission::everyReasonIsReported()
                           QStringLiteral("2.不能确定文件或目录的类型"),
                           QStringLiteral("3.重复添加文件或目录")}));
     QCOMPARE(window->rows(), QStringList(file));
-}
-
-void TestAdmission::rowTooManyIsReported()
-{
-    constexpr int limit = 200;
-    const QStringList paths = makeFiles(limit + 1);
-    QCOMPARE(reportOf(paths),
-             QStringList(QStringLiteral("已经超出文件粉碎机的单次处理上限(200个)")));
-    QCOMPARE(window->rows(), paths.mid(0, limit));
-    QVERIFY(window->isTicked("selectAllCheckBox"));
-}
-
-void TestAdmission::urlsThatAreNoFilesAreNotReported()
-{
-    QMimeData urls;
-    urls.setUrls({QUrl(QStringLiteral("http://localhost/a"))});
-    QVERIFY(window->drop(urls).entered);
-    settle();
-    QVERIFY(dialogs->seen().isEmpty());
-    QCOMPARE(window->table()->rowCount(), 0);
 }
 
 void TestAdmission::allRowsAreThereBeforeTheRefusalReport()

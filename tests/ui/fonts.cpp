@@ -13,7 +13,6 @@
 #include "widgets/customdialog.h"
 
 #include <QCheckBox>
-#include <QDir>
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontMetrics>
@@ -120,6 +119,15 @@ int linesOf(const QString &message, int kind)
     return wholeLines(picture);
 }
 
+/// As the program finds it at its start; any font file serves under that name.
+QString familyOfTheFileInTheHome()
+{
+    const QTemporaryDir home;
+    const QString file = home.filePath(QStringLiteral("NotoSansCJKsc-DemiLight.otf"));
+    QFile::copy(QStringLiteral("/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc"), file);
+    return QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(file)).value(0);
+}
+
 } // namespace
 
 class TestFonts : public QObject
@@ -127,45 +135,20 @@ class TestFonts : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
+    void initTestCase_data();
+    void init();
+    void cleanup() { QApplication::setFont(usualFont); }
 
-    void windowsHoldTheirTexts_data() { eachFont(); }
     void windowsHoldTheirTexts();
-    void historyRowAndDialogHoldTheirTexts_data() { eachFont(); }
     void historyRowAndDialogHoldTheirTexts();
-    void everyMessageIsWhole_data() { eachFont(); }
     void everyMessageIsWhole();
 
 private:
-    void eachFont();
-    static bool useFont();
-
-    QFont usualFont;
-    QString fileFamily;
+    const QFont usualFont = QApplication::font();
 };
 
-void TestFonts::initTestCase()
-{
-    usualFont = QApplication::font();
-    // As the program does at its start; any font file serves under that name.
-    const QString original =
-        QStringLiteral("/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc");
-    const QTemporaryDir home;
-    const QString copy = home.filePath(QStringLiteral("img/NotoSansCJKsc-DemiLight.otf"));
-    QDir(home.path()).mkpath(QStringLiteral("img"));
-    if (QFile::copy(original, copy)) {
-        const int id = QFontDatabase::addApplicationFont(copy);
-        fileFamily = QFontDatabase::applicationFontFamilies(id).value(0);
-    }
-}
-
-void TestFonts::cleanup()
-{
-    QApplication::setFont(usualFont);
-}
-
-void TestFonts::eachFont()
+/// Each font, for every test.
+void TestFonts::initTestCase_data()
 {
     QTest::addColumn<QString>("family");
     QTest::addColumn<int>("points");
@@ -175,30 +158,22 @@ void TestFonts::eachFont()
         for (const char *family : {"Noto Sans CJK SC", "WenQuanYi Micro Hei"})
             QTest::addRow("%s %d", family, points) << QString::fromLatin1(family) << points;
     }
+    const QString family = familyOfTheFileInTheHome();
     for (const int points : {9, 13, 18})
-        QTest::addRow("font file in the home folder %d", points) << fileFamily << points;
+        QTest::addRow("font file in the home folder %d", points) << family << points;
 }
 
-/// False when the machine has no such font.
-bool TestFonts::useFont()
+void TestFonts::init()
 {
-    QFETCH(QString, family);
-    QFETCH(int, points);
+    QFETCH_GLOBAL(QString, family);
+    QFETCH_GLOBAL(int, points);
     if (!QFontDatabase().families().contains(family))
-        return false;
+        QSKIP("no such font here: packages fonts-noto-cjk, fonts-wqy-microhei");
     QApplication::setFont(QFont(family, points));
-    return true;
 }
-
-#define USE_FONT_OF_ROW()                                                                          \
-    do {                                                                                           \
-        if (!useFont())                                                                            \
-            QSKIP("no such font here: packages fonts-noto-cjk, fonts-wqy-microhei");               \
-    } while (false)
 
 void TestFonts::windowsHoldTheirTexts()
 {
-    USE_FONT_OF_ROW();
     MainWindow window;
     QCOMPARE(tooSmall(window), QString());
     window.finishAllEva(200);
@@ -210,7 +185,6 @@ void TestFonts::windowsHoldTheirTexts()
 
 void TestFonts::historyRowAndDialogHoldTheirTexts()
 {
-    USE_FONT_OF_ROW();
     HistoryRowFrame row(nullptr);
     row.setTexts(QStringLiteral("2028-08-28 20:48:58"), QStringLiteral("gÅ年"),
                  QStringLiteral("/home/gÅ年"));
@@ -220,7 +194,6 @@ void TestFonts::historyRowAndDialogHoldTheirTexts()
 
 void TestFonts::everyMessageIsWhole()
 {
-    USE_FONT_OF_ROW();
     constexpr uint everyReason = 0x3f;
     constexpr int introductionLines = 2;
     for (uint reasons = 0; reasons <= everyReason; ++reasons) {

@@ -37,8 +37,7 @@ private slots:
     void rowShowsAnotherEntryWhenTold();
     void namesAreShownLiterally();
     void rowIsInTheTableAtOnce();
-    void onlyRowsNearTheViewHaveFrames();
-    void scrollingShowsTheRightTexts();
+    void scrollingShowsTheRightTextsInFewFrames();
     void rowsArrivingWhileScrolledKeepTheViewRight();
     void removedRowsCloseTheGap();
     void clearingTakesEveryRowAway();
@@ -200,26 +199,16 @@ void TestHistoryRows::rowIsInTheTableAtOnce()
     QTRY_COMPARE(numbersInView(), countingDown(rowsAddedAtOnce - 1, 13));
 }
 
-void TestHistoryRows::onlyRowsNearTheViewHaveFrames()
+void TestHistoryRows::scrollingShowsTheRightTextsInFewFrames()
 {
     constexpr int mostFrames = 40; // those of 13 rows in the view, and some on either side
     addNumbers(0, manyRows);
     QTRY_COMPARE(numbersInView(), countingDown(manyRows - 1, 13));
-    QTRY_VERIFY(frames() <= mostFrames);
-    for (const int row : {1, 13, manyRows / 2, manyRows}) {
-        bar->setValue(row);
-        QTRY_VERIFY(frames() <= mostFrames);
-        QCOMPARE(table->cellWidget(0, 0) != nullptr, row == 1);
-    }
-}
-
-void TestHistoryRows::scrollingShowsTheRightTexts()
-{
-    addNumbers(0, manyRows);
-    QTRY_COMPARE(table->updatesEnabled(), true);
-    for (const int row : {1, 13, manyRows / 2, bar->maximum(), 0, bar->maximum(), 0}) {
+    for (const int row : {0, 1, 13, manyRows / 2, bar->maximum(), 0, bar->maximum(), 0}) {
         bar->setValue(row);
         QCOMPARE(numbersInView(), countingDown(manyRows - 1 - row, 13));
+        QCOMPARE(table->cellWidget(0, 0) != nullptr, row <= 1);
+        QTRY_VERIFY(frames() <= mostFrames);
     }
 }
 

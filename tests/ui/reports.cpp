@@ -35,7 +35,6 @@ private slots:
     void refusalListsReasonsInOrder();
     void resultNamesTheCountsThatAreNotZero_data();
     void resultNamesTheCountsThatAreNotZero();
-    void reportsEndHoweverTheyAreClosed();
     void nothingIsTickedWhileAResultIsShownOrAfterIt();
     void resultUnticksTheListBeforeItIsClosed();
     void rowOnItsWayWhenTheResultComesIsUntickedToo();
@@ -117,17 +116,6 @@ void TestReports::resultNamesTheCountsThatAreNotZero()
     dialogs->next(Answer::Ok);
     mainWindow->showResultDialogEva(1, succeeded, failed);
     checkReport(text, icon);
-}
-
-void TestReports::reportsEndHoweverTheyAreClosed()
-{
-    for (const Answer answer : {Answer::Ok, Answer::Close, Answer::Escape}) {
-        dialogs->next(answer);
-        mainWindow->alertDialogEva(0x08);
-        dialogs->next(answer);
-        mainWindow->showResultDialogEva(1, 1, 0);
-        QVERIFY(dialogs->isDone());
-    }
 }
 
 void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()

@@ -179,7 +179,8 @@ void TestTable::clickTogglesTheRow()
     QFETCH(bool, onTickBox);
     const auto click = [&](const QList<int> &rows) {
         for (const int row : rows)
-            onTickBox ? window->clickTickBox(row) : pressRow(row);
+            onTickBox ? window->clickTickBox(row) : window->clickRow(row);
+        settle();
     };
     const QStringList files = makeFiles(3);
     drop(files);
