@@ -3,9 +3,7 @@
 
 #include "restlessuser.h"
 
-#include "promptly.h"
 #include "widgets/zztablecell.h"
-#include "windowtest.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -29,16 +27,17 @@ void hearMessage(QtMsgType type, const QMessageLogContext &context, const QStrin
 namespace testsupport
 {
 
-RestlessUser::RestlessUser(quint32 seed)
-    : chance(seed)
+void RestlessUser::init()
 {
+    WindowTest::init();
     testsHandler = qInstallMessageHandler(hearMessage);
     answerEveryDialog();
 }
 
-RestlessUser::~RestlessUser()
+void RestlessUser::cleanup()
 {
     qInstallMessageHandler(testsHandler);
+    WindowTest::cleanup();
 }
 
 void RestlessUser::beginRound()
@@ -57,7 +56,7 @@ QString RestlessUser::nextName()
 
 void RestlessUser::doSomething()
 {
-    ++made;
+    ++requests;
     act();
     QCoreApplication::processEvents();
     if (chance.onceIn(3))
@@ -67,7 +66,7 @@ void RestlessUser::doSomething()
 /// OK to every question and every report, the wanted names to the file dialog.
 void RestlessUser::answerEveryDialog()
 {
-    answers.next([this](QDialog &dialog) {
+    dialogs->next([this](QDialog &dialog) {
         answerEveryDialog();
         if (qobject_cast<QFileDialog *>(&dialog) == nullptr)
             return DialogDriver::press(dialog, Answer::Ok);
@@ -94,11 +93,11 @@ void RestlessUser::act()
         return startOrStop();
     case 7:
     case 8:
-        return shown.click("selectAllCheckBox");
+        return window->click("selectAllCheckBox");
     case 9:
-        return shown.click("removeButton");
+        return window->click("removeButton");
     case 10:
-        return shown.click("historyLink");
+        return window->click("historyLink");
     default:
         return clickSomeRow();
     }
@@ -109,37 +108,37 @@ void RestlessUser::actInTheHistory()
 {
     switch (chance.upTo(5)) {
     case 0:
-        return shown.click("clearHistoryButton");
+        return window->click("clearHistoryButton");
     case 1:
-        QVERIFY(shown.settle()); // copies
+        settle(); // copies
         return;
     case 2:
         return dropSome();
     default:
-        return shown.click("historyCloseButton");
+        return window->click("historyCloseButton");
     }
 }
 
 void RestlessUser::startOrStop()
 {
     if (runState() == runningText()) {
-        if (!shown.isEnabled("crushButton"))
+        if (!window->isEnabled("crushButton"))
             return;
-        shown.click("crushButton");
+        window->click("crushButton");
         PROMPTLY_VERIFY(runState() != runningText());
     } else if (runState() == idleText()) {
-        shown.click("crushButton");
+        window->click("crushButton");
     }
 }
 
 void RestlessUser::clickSomeRow()
 {
-    const int rows = shown.table()->rowCount();
+    const int rows = window->table()->rowCount();
     if (rows == 0)
         return;
     const int row = chance.upTo(qMin(rows, 10));
-    if (!shown.cell(row)->visibleRegion().isEmpty()) // the table may have been scrolled
-        shown.clickRow(row);
+    if (!window->cell(row)->visibleRegion().isEmpty()) // the table may have been scrolled
+        window->clickRow(row);
 }
 
 QStringList RestlessUser::someFiles()
@@ -169,33 +168,33 @@ QStringList RestlessUser::someFiles()
 
 void RestlessUser::dropSome()
 {
-    if (shown.table()->rowCount() < mostRows - 15 || chance.onceIn(4))
-        shown.drop(someFiles());
+    if (window->table()->rowCount() < mostRows - 15 || chance.onceIn(4))
+        window->drop(someFiles());
 }
 
 void RestlessUser::chooseSome()
 {
     chosen = someFiles();
-    shown.click("addButton");
+    window->click("addButton");
 }
 
 /// Ends what is going on, as a user would, and waits until nothing moves any more.
 void RestlessUser::comeToRest()
 {
     if (isHistoryOpen())
-        shown.click("historyCloseButton");
-    QVERIFY(shown.settle());
+        window->click("historyCloseButton");
+    settle();
     if (runState() == runningText()) {
         // Only with something ticked a run can be stopped; the last ticks may have gone.
         shownFiles.append(tree->makeFile(nextName(), 1));
-        shown.drop({shownFiles.last()});
-        QVERIFY(shown.settle());
+        window->drop({shownFiles.last()});
+        settle();
     }
     if (runState() == runningText())
-        shown.click("crushButton");
+        window->click("crushButton");
     PROMPTLY_COMPARE(runState(), idleText());
-    QVERIFY(shown.settle());
-    QVERIFY(shown.settle()); // a report that was open kept the first from being performed
+    settle();
+    settle(); // a report that was open kept the first from being performed
     QCOMPARE(runState(), idleText());
 }
 

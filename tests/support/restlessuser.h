@@ -6,29 +6,31 @@
 
 #pragma once
 
-#include "dialogdriver.h"
 #include "model/randomtree.h"
-#include "shownwindow.h"
-#include "temporarytree.h"
+#include "windowtest.h"
 
-#include <QObject>
 #include <QStringList>
 
 #include <future>
-#include <memory>
 
 namespace testsupport
 {
 
-class RestlessUser : public QObject
+class RestlessUser : public WindowTest
 {
     Q_OBJECT
 
-public:
+protected slots:
+    void init();
+    void cleanup();
+
+protected:
     static constexpr int mostRows = 200;
 
-    explicit RestlessUser(quint32 seed);
-    ~RestlessUser() override;
+    explicit RestlessUser(quint32 seed)
+        : chance(seed)
+    {
+    }
 
     /// Leaves the files of the last round behind and begins one with none.
     void beginRound();
@@ -37,14 +39,10 @@ public:
     /// Ends what is going on, and waits until nothing moves any more.
     void comeToRest();
 
-    ShownWindow &window() { return shown; }
-    DialogDriver &dialogs() { return answers; }
-    Dice &dice() { return chance; }
-    /// The files and folders that the window was shown in this round.
-    const QStringList &files() const { return shownFiles; }
-    /// A file it was not shown.
-    const QString &bystander() const { return neverShown; }
-    int requests() const { return made; }
+    Dice chance;
+    QStringList shownFiles; ///< the files and folders that the window was shown in this round
+    QString neverShown;     ///< a file it was not shown
+    int requests = 0;
 
 private:
     void act();
@@ -56,19 +54,12 @@ private:
     QStringList someFiles();
     QString nextName();
     void answerEveryDialog();
-    bool isHistoryOpen() const { return shown.find("historyWindow")->isVisible(); }
-    QString runState() const { return shown.textOf("crushButton"); }
+    bool isHistoryOpen() const { return window->find("historyWindow")->isVisible(); }
+    QString runState() const { return window->textOf("crushButton"); }
 
-    Dice chance;
-    ShownWindow shown;
-    DialogDriver answers;
-    std::unique_ptr<TemporaryTree> tree;
     std::future<void> leavingFiles;
-    QStringList shownFiles;
     QStringList chosen; ///< for the file dialog that opens next
-    QString neverShown;
     int names = 0;
-    int made = 0;
 };
 
 } // namespace testsupport

@@ -3,11 +3,30 @@
 
 #include "windowtest.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTableWidget>
 #include <QtTest>
 
 namespace testsupport
 {
+
+const SandboxHome &testHome()
+{
+    static const SandboxHome home;
+    return home;
+}
+
+void moveIntoTestHome()
+{
+    const QString home = testHome().path();
+    const QString runtime = home + QStringLiteral("/runtime");
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("HOME", home.toUtf8());
+    qputenv("XDG_CONFIG_HOME", home.toUtf8());
+    qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
+}
 
 void WindowTest::init()
 {

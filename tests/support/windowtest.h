@@ -8,9 +8,9 @@
 
 #include "dialogdriver.h"
 #include "promptly.h"
+#include "sandboxhome.h"
 #include "shownwindow.h"
 #include "temporarytree.h"
-#include "windowtesthome.h"
 
 #include <QObject>
 #include <QStringList>
@@ -19,6 +19,14 @@
 
 namespace testsupport
 {
+
+/// The home of this test program.
+const SandboxHome &testHome();
+
+/// Brings the home and points Qt's environment to it, for Qt's own settings. Before the
+/// application exists: Qt looks a user name up while it starts, and from then on the user database
+/// is what it was.
+void moveIntoTestHome();
 
 class WindowTest : public QObject
 {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "suites.h"
-#include "windowtesthome.h"
+#include "windowtest.h"
 
 #include <QApplication>
 

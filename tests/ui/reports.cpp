@@ -62,20 +62,20 @@ void TestReports::refusalListsReasonsInOrder_data()
         reasonLines.prepend(rejectionHeader);
         QTest::newRow(name) << reasons << lines(reasonLines);
     };
-    row("none", 0, {});
-    row("missing", 0x01, {"文件或目录不存在"});
+    row("none: the header alone", 0, {});
+    row("one has no number", 0x01, {"文件或目录不存在"});
     row("unknown type", 0x02, {"不能确定文件或目录的类型"});
     row("no permission", 0x04, {"文件或目录没有读写权限"});
     row("twice", 0x08, {"重复添加文件或目录"});
     row("too many", 0x10, {"已经超出文件粉碎机的单次处理上限(200个)"});
     row("system", 0x20, {"属于系统目录"});
     row("two", 0x06, {"1.不能确定文件或目录的类型", "2.文件或目录没有读写权限"});
-    row("three", 0x31,
+    row("three are numbered", 0x31,
         {"1.文件或目录不存在", "2.已经超出文件粉碎机的单次处理上限(200个)", "3.属于系统目录"});
     row("all", 0x3f,
         {"1.文件或目录不存在", "2.不能确定文件或目录的类型", "3.文件或目录没有读写权限",
          "4.重复添加文件或目录", "5.已经超出文件粉碎机的单次处理上限(200个)", "6.属于系统目录"});
-    row("unknown reason alone", 0x40, {});
+    row("an unknown one: the header alone", 0x40, {});
     row("unknown reasons beside one", 0xffffffc8, {"重复添加文件或目录"});
 }
 
@@ -102,7 +102,7 @@ void TestReports::resultNamesTheCountsThatAreNotZero_data()
     row("success", 3, 0, "ico_ok", {"3 个文件(文件夹)已被成功粉碎"});
     row("both", 2, 1, "ico_war2", {"2 个文件(文件夹)已被成功粉碎", "1 个文件(文件夹)未能完成粉碎"});
     row("failure", 0, 4, "ico_war", {"4 个文件(文件夹)未能完成粉碎"});
-    row("nothing", 0, 0, "ico_war", {});
+    row("nothing: the header alone", 0, 0, "ico_war", {});
     row("most", 2147483647, 200, "ico_war2",
         {"2147483647 个文件(文件夹)已被成功粉碎", "200 个文件(文件夹)未能完成粉碎"});
 }

@@ -11,17 +11,13 @@
 
 #include "eventually.h"
 #include "guiwatchdog.h"
-#include "promptly.h"
 #include "restlessuser.h"
 #include "suites.h"
-#include "windowtesthome.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSet>
 #include <QtTest>
-
-#include <memory>
 
 using testsupport::entryExists;
 using testsupport::RestlessUser;
@@ -42,9 +38,15 @@ int fromEnvironment(const char *name, int usual)
 
 } // namespace
 
-class TestSoak : public QObject
+class TestSoak : public RestlessUser
 {
     Q_OBJECT
+
+public:
+    TestSoak()
+        : RestlessUser(static_cast<quint32>(fromEnvironment("FILESHREDDER_SOAK_SEED", 1)))
+    {
+    }
 
 private slots:
     void restlessUserMeetsAgreement();
@@ -54,59 +56,53 @@ private:
     void emptyTheList();
     void checkRows();
     void checkRun();
-    MainWindow &mainWindow() { return *user->window(); }
-
-    std::unique_ptr<RestlessUser> user;
 };
 
 void TestSoak::restlessUserMeetsAgreement()
 {
-    const int seed = fromEnvironment("FILESHREDDER_SOAK_SEED", 1);
     const int seconds = fromEnvironment("FILESHREDDER_SOAK_SECONDS", usualSeconds);
-    user = std::make_unique<RestlessUser>(static_cast<quint32>(seed));
     const testsupport::GuiWatchdog watchdog(
         fromEnvironment("FILESHREDDER_SOAK_STANDSTILL", testsupport::patience));
     int rounds = 0;
     QElapsedTimer clock;
     clock.start();
     for (; clock.elapsed() < seconds * 1000LL && !QTest::currentTestFailed(); ++rounds) {
-        user->beginRound();
+        beginRound();
         for (int number = 0; number < requestsARound; ++number)
-            user->doSomething();
-        user->comeToRest();
+            doSomething();
+        comeToRest();
         checkFiles();
-        user->dice().onceIn(2) ? checkRows() : checkRun();
+        chance.onceIn(2) ? checkRows() : checkRun();
     }
-    qInfo("seed %d: %d requests in %d rounds, longest standstill %d ms", seed, user->requests(),
-          rounds, watchdog.longest());
-    user.reset();
+    qInfo("%d requests in %d rounds, longest standstill %d ms", requests, rounds,
+          watchdog.longest());
 }
 
 /// What is there was not touched, and what is gone the user had in the list.
 void TestSoak::checkFiles()
 {
-    QCOMPARE(TemporaryTree::contentsOf(user->bystander()), QByteArray(5000, 'x'));
-    for (const QString &file : user->files()) {
+    QCOMPARE(TemporaryTree::contentsOf(neverShown), QByteArray(5000, 'x'));
+    for (const QString &file : qAsConst(shownFiles)) {
         if (QFileInfo(file).isFile()) {
             const QByteArray bytes = TemporaryTree::contentsOf(file);
             QCOMPARE(bytes, QByteArray(bytes.size(), 'x'));
         }
     }
-    const QStringList rows = user->window().rows();
+    const QStringList rows = window->rows();
     for (const QString &row : rows)
-        QVERIFY2(user->files().contains(row), qPrintable(row));
+        QVERIFY2(shownFiles.contains(row), qPrintable(row));
     QCOMPARE(rows.toSet().size(), rows.size());
 }
 
 /// Ticks every row and removes it.
 void TestSoak::emptyTheList()
 {
-    mainWindow().selectAllEva(true);
-    QVERIFY(user->window().settle());
-    QCOMPARE(user->window().tickedRows(), user->window().rows());
-    mainWindow().removeSomeFilesEva();
-    QVERIFY(user->window().settle());
-    QCOMPARE(user->window().rows(), QStringList());
+    mainWindow->selectAllEva(true);
+    settle();
+    QCOMPARE(window->tickedRows(), window->rows());
+    mainWindow->removeSomeFilesEva();
+    settle();
+    QCOMPARE(window->rows(), QStringList());
 }
 
 /// Takes everything out and puts back what is left: the list refuses what it still holds.
@@ -114,18 +110,18 @@ void TestSoak::checkRows()
 {
     emptyTheList();
     QStringList left;
-    for (const QString &file : user->files()) {
-        if (entryExists(file) && left.size() < RestlessUser::mostRows)
+    for (const QString &file : qAsConst(shownFiles)) {
+        if (entryExists(file) && left.size() < mostRows)
             left.append(file);
     }
-    const int reports = user->dialogs().seen().size();
-    user->window().drop(left);
-    QVERIFY(user->window().settle());
-    QCOMPARE(user->window().rows(), left);
-    QCOMPARE(user->dialogs().seen().size(), reports);
-    mainWindow().selectAllEva(false);
-    QVERIFY(user->window().settle());
-    QCOMPARE(user->window().tickedRows(), QStringList());
+    const int reports = dialogs->seen().size();
+    window->drop(left);
+    settle();
+    QCOMPARE(window->rows(), left);
+    QCOMPARE(dialogs->seen().size(), reports);
+    mainWindow->selectAllEva(false);
+    settle();
+    QCOMPARE(window->tickedRows(), QStringList());
     emptyTheList();
 }
 
@@ -133,22 +129,22 @@ void TestSoak::checkRows()
 void TestSoak::checkRun()
 {
     // A row that failed in a run that was stopped is drawn with a tick and has none.
-    mainWindow().selectAllEva(true);
-    QVERIFY(user->window().settle());
-    const QStringList rows = user->window().rows();
+    mainWindow->selectAllEva(true);
+    settle();
+    const QStringList rows = window->rows();
     QStringList failing;
     for (const QString &row : rows) {
         if (entryExists(row + QStringLiteral("/fifo")))
             failing.append(row);
     }
     if (!rows.isEmpty()) {
-        const int reports = user->dialogs().seen().size();
-        user->window().click("crushButton");
-        PROMPTLY_COMPARE(user->dialogs().seen().size(), reports + 2);
-        QVERIFY(user->window().settle());
+        const int reports = dialogs->seen().size();
+        window->click("crushButton");
+        PROMPTLY_COMPARE(dialogs->seen().size(), reports + 2);
+        settle();
     }
-    QCOMPARE(user->window().rows(), failing);
-    QCOMPARE(user->window().tickedRows(), QStringList());
+    QCOMPARE(window->rows(), failing);
+    QCOMPARE(window->tickedRows(), QStringList());
     for (const QString &row : rows)
         QCOMPARE(entryExists(row), failing.contains(row));
     emptyTheList();
