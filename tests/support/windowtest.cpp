@@ -3,6 +3,8 @@
 
 #include "windowtest.h"
 
+#include "widgets/zztablecell.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTableWidget>
@@ -72,6 +74,18 @@ void WindowTest::drop(const QStringList &paths)
     window->drop(paths);
     settle();
     QCOMPARE(window->rows().mid(before), paths);
+}
+
+QStringList WindowTest::dropFiles(int count)
+{
+    const QStringList files = makeFiles(count);
+    drop(files);
+    return files;
+}
+
+QWidget *WindowTest::overlayOf(int row) const
+{
+    return window->cell(row)->findChild<QWidget *>(QStringLiteral("progressOverlay"));
 }
 
 void WindowTest::settle()

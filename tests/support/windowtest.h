@@ -45,6 +45,10 @@ protected:
     QString makeFailingFolder() const;
     /// Drops @p paths on the window and waits until they are its last rows.
     void drop(const QStringList &paths);
+    /// Makes @p count files as above, drops them and waits for their rows.
+    QStringList dropFiles(int count);
+    /// What darkens @p row of the main table.
+    QWidget *overlayOf(int row) const;
     /// Waits until the controller has answered everything, and the window has shown it.
     void settle();
     /// Clicks the button @p name and waits for what comes of it.

@@ -58,7 +58,7 @@ QStringList TestAccessibility::namesIn(const QAccessibleInterface *list)
 
 void TestAccessibility::tableIsAListOfItsCells()
 {
-    drop(makeFiles(2));
+    dropFiles(2);
     const QAccessibleInterface *rows = list("mainTable");
     QCOMPARE(rows->role(), QAccessible::List);
     QCOMPARE(namesIn(rows), (QStringList{QStringLiteral("0"), QStringLiteral("1")}));
@@ -71,7 +71,7 @@ void TestAccessibility::tableIsAListOfItsCells()
 
 void TestAccessibility::rowIsFoundUnderThePointer()
 {
-    drop(makeFiles(2));
+    dropFiles(2);
     const QAccessibleInterface *rows = list("mainTable");
     const QPoint second = rows->child(1)->rect().center();
     QCOMPARE(rows->childAt(second.x(), second.y()), rows->child(1));

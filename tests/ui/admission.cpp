@@ -63,7 +63,7 @@ QStringList TestAdmission::reportOf(const QStringList &paths)
 
 void TestAdmission::disableSelectAllBox()
 {
-    drop(makeFiles(1));
+    dropFiles(1);
     QVERIFY(window->isEnabled("selectAllCheckBox"));
     mainWindow->setSelectAllCheckBoxEnabledEva(false);
 }

@@ -46,7 +46,7 @@ private slots:
 
 void TestCrushButton::questionStandsOverTheWindow()
 {
-    drop(makeFiles(1));
+    dropFiles(1);
     mainWindow->move(100, 20);
     dialogs->next(Answer::Cancel);
     window->click("crushButton");
@@ -60,8 +60,7 @@ void TestCrushButton::questionStandsOverTheWindow()
 
 void TestCrushButton::declinedQuestionPostsNothing()
 {
-    const QStringList files = makeFiles(1);
-    drop(files);
+    const QStringList files = dropFiles(1);
     const QString subtitle = window->textOf("subtitleLabel");
     dialogs->next(Answer::Cancel);
     press("crushButton");
@@ -113,8 +112,7 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
         QVERIFY(dialogs->isDone());
     };
     // A run in which a file became a fifo stays open until it is stopped.
-    const QStringList files = makeFiles(1);
-    drop(files);
+    const QStringList files = dropFiles(1);
     QVERIFY(QFile::remove(files.first()));
     tree->makeFifo(QStringLiteral("0"));
     start();
@@ -133,7 +131,7 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
 
 void TestCrushButton::doesNothingWhileStopping()
 {
-    drop(makeFiles(1));
+    dropFiles(1);
     mainWindow->setCrushStartedEva(3);
     press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());
@@ -144,7 +142,7 @@ void TestCrushButton::doesNothingWhileStopping()
 
 void TestCrushButton::stopsWithoutAQuestion()
 {
-    drop(makeFiles(1));
+    dropFiles(1);
     mainWindow->setCrushStartedEva(2);
     press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());

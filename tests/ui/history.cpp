@@ -70,6 +70,10 @@ private:
     template <class Action>
     void openAndInTheMiddle(Action action);
     QTableWidget *table() const { return window->find<QTableWidget>("historyTable"); }
+    void addRow()
+    {
+        mainWindow->historyTableAddItemEva(QString(), QStringLiteral("added"), QString());
+    }
     QString textIn(int row, const char *label = "nameLabel") const;
     QStringList names() const;
     bool areButtonsEnabled(bool copy, bool clear) const
@@ -150,8 +154,7 @@ void TestHistory::newestEntryIsOnTop()
 void TestHistory::openingEmptiesTheTableAndDisablesTheButtons()
 {
     mainWindow->setHistoryButtonEnabledEva(true, 3);
-    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                       QStringLiteral("p"));
+    addRow();
     QCOMPARE(table()->rowCount(), 1);
     mainWindow->slotShowHistoryEva();
     QVERIFY(areButtonsEnabled(false, false));
@@ -243,8 +246,7 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
     QCOMPARE(names(), QStringList());
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     QVERIFY(areButtonsEnabled(false, false));
-    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                       QStringLiteral("p"));
+    addRow();
     QCOMPARE(names(), QStringList());
     PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
     window->click("historyCloseButton");
@@ -259,9 +261,8 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
 void TestHistory::slotsHoldForEveryCaller()
 {
     mainWindow->slotShowHistoryEva();
-    mainWindow->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"),
-                                       QStringLiteral("p"));
-    QCOMPARE(names(), QStringList(QStringLiteral("n")));
+    addRow();
+    QCOMPARE(names(), QStringList(QStringLiteral("added")));
     mainWindow->removeAllFromHistoryEva();
     mainWindow->setHistoryButtonEnabledEva(true, 3);
     QVERIFY(areButtonsEnabled(true, true));

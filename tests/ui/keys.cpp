@@ -67,7 +67,7 @@ QTableWidget *TestKeys::focusedTable(const char *name)
 {
     auto *table = window->find<QTableWidget>(name);
     if (table == window->table()) {
-        drop(makeFiles(manyRows));
+        dropFiles(manyRows);
     } else {
         testHome().writeHistory(
             QByteArray("2026-01-02 03:04:05\nname\n/folder\n").repeated(manyRows));

@@ -120,8 +120,7 @@ void TestReports::resultNamesTheCountsThatAreNotZero()
 
 void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     const auto isAnythingTicked = [this] {
         return !window->tickedRows().isEmpty() || window->isTicked("selectAllCheckBox");
     };
@@ -145,8 +144,7 @@ void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 /// What is shown as unticked is not shredded by the next run, nor removed.
 void TestReports::resultUnticksTheListBeforeItIsClosed()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     QVERIFY(window->isEnabled("removeButton"));
     dialogs->next([&](QDialog &report) {
         PROMPTLY_VERIFY(!window->isEnabled("removeButton"));

@@ -61,12 +61,6 @@ private slots:
     void rowsCanBeAddedDuringARun();
     void stoppedFolderKeepsItsRow();
     void stopBetweenFilesTellsTheUserWhatIsGone();
-
-private:
-    QWidget *overlayOf(int row) const
-    {
-        return window->cell(row)->findChild<QWidget *>(QStringLiteral("progressOverlay"));
-    }
 };
 
 void TestRun::confirmedFilesAndFoldersAreGone()
@@ -100,8 +94,7 @@ void TestRun::confirmedFilesAndFoldersAreGone()
 
 void TestRun::untickedRowsAreSpared()
 {
-    const QStringList files = makeFiles(3);
-    drop(files);
+    const QStringList files = dropFiles(3);
     window->clickTickBox(1);
     settle();
     crush();
@@ -147,10 +140,10 @@ void TestRun::failureIsReportedAsSuch()
 
 void TestRun::secondRunTellsItsOwnCount()
 {
-    drop(makeFiles(2));
+    dropFiles(2);
     crush();
     QCOMPARE(window->textOf("subtitleLabel"), header(2));
-    drop(makeFiles(1));
+    dropFiles(1);
     QCOMPARE(window->textOf("subtitleLabel"), header(2));
     crush();
     QCOMPARE(window->textOf("subtitleLabel"), header(1));
@@ -212,8 +205,7 @@ void TestRun::stoppedFolderKeepsItsRow()
 void TestRun::stopBetweenFilesTellsTheUserWhatIsGone()
 {
     constexpr int manyFiles = 100;
-    const QStringList files = makeFiles(manyFiles);
-    drop(files);
+    const QStringList files = dropFiles(manyFiles);
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
     window->click("crushButton");

@@ -37,12 +37,6 @@ private slots:
     void selectAllBoxFollowsWithoutAsking();
     void tickedRowsAreRemoved();
     void tableStaysInItsPlace();
-
-private:
-    QWidget *overlayOf(int row) const
-    {
-        return window->cell(row)->findChild<QWidget *>(QStringLiteral("progressOverlay"));
-    }
 };
 
 void TestTable::firstRowHidesBothPanels()
@@ -87,7 +81,7 @@ void TestTable::rowsShowTheProgramsOwnIcons()
 
 void TestTable::rowIsThirtyPixelsHighAndFillsTheFirstColumn()
 {
-    drop(makeFiles(3));
+    dropFiles(3);
     for (int row = 0; row < 3; ++row) {
         QCOMPARE(window->table()->rowHeight(row), 30);
         QCOMPARE(window->cell(row)->size(), QSize(778, 30));
@@ -111,8 +105,7 @@ void TestTable::rowsThatComeTogetherAreAllDrawn()
 
 void TestTable::cellsBehindARemovedRowReportTheirNewRows()
 {
-    QStringList files = makeFiles(5);
-    drop(files);
+    QStringList files = dropFiles(5);
     mainWindow->removeRowFromMainTableEva(2);
     files.removeAt(2);
     QCOMPARE(window->rows(), files);
@@ -126,7 +119,7 @@ void TestTable::cellsBehindARemovedRowReportTheirNewRows()
 
 void TestTable::progressDarkensTheRow()
 {
-    drop(makeFiles(2));
+    dropFiles(2);
     QVERIFY(!overlayOf(1)->isVisible());
     mainWindow->setTableRowHeightEva(1, 50);
     QVERIFY(overlayOf(1)->isVisible());
@@ -139,8 +132,7 @@ void TestTable::progressDarkensTheRow()
 
 void TestTable::rowsThatAreNotThereAreIgnored()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     for (const int row : {2, 3, -1}) {
         mainWindow->setTableRowHeightEva(row, 50);
         mainWindow->setTableItemCheckBoxStateEva(row, false);
@@ -155,8 +147,7 @@ void TestTable::rowsThatAreNotThereAreIgnored()
 
 void TestTable::clickInAnotherColumnDoesNothing()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     mainWindow->tableCellClickedEva(0, 1);
     mainWindow->tableCellClickedEva(1, -1);
     settle();
@@ -182,8 +173,7 @@ void TestTable::clickTogglesTheRow()
             onTickBox ? window->clickTickBox(row) : window->clickRow(row);
         settle();
     };
-    const QStringList files = makeFiles(3);
-    drop(files);
+    const QStringList files = dropFiles(3);
     click({1});
     QCOMPARE(window->tickedRows(), (QStringList{files.at(0), files.at(2)}));
     QVERIFY(!window->isTicked("selectAllCheckBox"));
@@ -202,8 +192,7 @@ void TestTable::clickTogglesTheRow()
 
 void TestTable::selectAllTicksAndUnticksEveryRow()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     press("selectAllCheckBox");
     QCOMPARE(window->tickedRows(), QStringList());
     QVERIFY(!window->isEnabled("crushButton"));
@@ -218,8 +207,7 @@ void TestTable::selectAllTicksAndUnticksEveryRow()
 
 void TestTable::selectAllBoxFollowsWithoutAsking()
 {
-    const QStringList files = makeFiles(2);
-    drop(files);
+    const QStringList files = dropFiles(2);
     for (const bool state : {false, true}) {
         mainWindow->setSelectAllCheckBoxStateEva(state);
         mainWindow->setSelectAllCheckBoxEnabledEva(state);
@@ -233,8 +221,7 @@ void TestTable::selectAllBoxFollowsWithoutAsking()
 
 void TestTable::tickedRowsAreRemoved()
 {
-    const QStringList files = makeFiles(3);
-    drop(files);
+    const QStringList files = dropFiles(3);
     pressRow(1);
     press("removeButton");
     QCOMPARE(window->rows(), files.mid(1, 1));
