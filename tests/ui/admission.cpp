@@ -8,15 +8,19 @@
 #include "suites.h"
 #include "windowtest.h"
 
+#include <QDeadlineTimer>
 #include <QDragEnterEvent>
+#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableWidget>
+#include <QThread>
 #include <QtTest>
 
 using testsupport::Answer;
 using testsupport::DialogDriver;
+using testsupport::testHome;
 using testsupport::WindowTest;
 
 namespace
@@ -43,6 +47,7 @@ private slots:
     void dropWithoutUrlsPostsNothing();
     void everyReasonIsReported();
     void allRowsAreThereBeforeTheRefusalReport();
+    void controllerWaitsUntilEachRowIsThere();
     void controllerWaitsUntilTheRefusalReportIsClosed();
 
 private:
@@ -175,6 +180,21 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
     PROMPTLY_VERIFY(dialogs->isDone());
     QCOMPARE(rowsDuringReport, files);
     QVERIFY(crushEnabledDuringReport);
+}
+
+void TestAdmission::controllerWaitsUntilEachRowIsThere()
+{
+    testHome().writeHistory("2026-01-02 03:04:05\nname\n/folder\n");
+    window->drop(makeFiles(1));
+    mainWindow->removeAllFromHistoryEva();
+    // No event is served meanwhile, so no row is added.
+    const auto isCleared = [] { return !QFile::exists(testHome().historyFile()); };
+    constexpr int manyTurns = 300; // milliseconds
+    for (const QDeadlineTimer deadline(manyTurns); !deadline.hasExpired() && !isCleared();)
+        QThread::msleep(1);
+    QVERIFY(!isCleared());
+    PROMPTLY_VERIFY(isCleared());
+    QCOMPARE(window->table()->rowCount(), 1);
 }
 
 void TestAdmission::controllerWaitsUntilTheRefusalReportIsClosed()

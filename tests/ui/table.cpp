@@ -33,6 +33,7 @@ private slots:
     void clickInAnotherColumnDoesNothing();
     void clickTogglesTheRow_data();
     void clickTogglesTheRow();
+    void clickHoldsForItsEntryWhenTheRowMoves();
     void selectAllTicksAndUnticksEveryRow();
     void selectAllBoxFollowsWithoutAsking();
     void tickedRowsAreRemoved();
@@ -188,6 +189,19 @@ void TestTable::clickTogglesTheRow()
     click({0, 1});
     QCOMPARE(window->tickedRows(), files);
     QVERIFY(window->isTicked("selectAllCheckBox"));
+}
+
+void TestTable::clickHoldsForItsEntryWhenTheRowMoves()
+{
+    const QStringList files = dropFiles(3);
+    pressRow(1);
+    pressRow(2);
+    // Not performed yet when the row below is clicked.
+    mainWindow->removeSomeFilesEva();
+    mainWindow->tableCellClickedEva(1, 0);
+    settle();
+    QCOMPARE(window->rows(), files.mid(1));
+    QCOMPARE(window->tickedRows(), files.mid(1, 1));
 }
 
 void TestTable::selectAllTicksAndUnticksEveryRow()
