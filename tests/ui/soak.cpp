@@ -36,6 +36,8 @@ int fromEnvironment(const char *name, int usual)
     return isSet ? value : usual;
 }
 
+const int seed = fromEnvironment("FILESHREDDER_SOAK_SEED", 1);
+
 } // namespace
 
 class TestSoak : public RestlessUser
@@ -44,7 +46,7 @@ class TestSoak : public RestlessUser
 
 public:
     TestSoak()
-        : RestlessUser(static_cast<quint32>(fromEnvironment("FILESHREDDER_SOAK_SEED", 1)))
+        : RestlessUser(static_cast<quint32>(seed))
     {
     }
 
@@ -74,7 +76,7 @@ void TestSoak::restlessUserMeetsAgreement()
         checkFiles();
         chance.onceIn(2) ? checkRows() : checkRun();
     }
-    qInfo("%d requests in %d rounds, longest standstill %d ms", requests, rounds,
+    qInfo("seed %d: %d requests in %d rounds, longest standstill %d ms", seed, requests, rounds,
           watchdog.longest());
 }
 
