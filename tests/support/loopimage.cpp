@@ -12,11 +12,13 @@
 #include <cerrno>
 #include <cstring>
 
+// In older C libraries it does not compile after linux/fs.h.
+#include <sys/mount.h>
+
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <sys/ioctl.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 namespace testsupport

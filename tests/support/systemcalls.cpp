@@ -271,6 +271,7 @@ PASS_ON(FILE *, nullptr, fdopen, (int file, const char *mode) noexcept, (file, m
         about(CallKind::Open, "fdopen", file), nullptr)
 PASS_ON_CONTROLLING(fcntl)
 PASS_ON_CONTROLLING(fcntl64)
+PASS_ON_CONTROLLING(__fcntl_time64)
 
 PASS_ON(int, -1, access, (const char *path, int mode) noexcept, (path, mode),
         about(CallKind::Look, "access", AT_FDCWD, path), nullptr)
