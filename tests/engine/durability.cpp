@@ -327,7 +327,7 @@ void TestDurability::everyFileIsSyncedWhereRangesAreNotWritten_data()
     QTest::newRow("the kernel does not know them") << qint64{EXT4_SUPER_MAGIC} << ENOSYS;
     // These answer sync_file_range with success.
     QTest::newRow("overlay") << qint64{OVERLAYFS_SUPER_MAGIC} << 0;
-    QTest::newRow("FUSE") << qint64{FUSE_SUPER_MAGIC} << 0;
+    QTest::newRow("FUSE") << qint64{0x65735546} << 0; // not named in older linux/magic.h
 }
 
 void TestDurability::everyFileIsSyncedWhereRangesAreNotWritten()
