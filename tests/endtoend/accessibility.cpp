@@ -5,7 +5,6 @@
 // reader says, and pressed the way a screen reader presses.
 
 #include "endtoendtest.h"
-#include "screenreader.h"
 #include "suites.h"
 
 #include <QTest>
@@ -32,11 +31,6 @@ private slots:
     void dialogsTellTheirMessageAndAreAnswered();
     void historyIsReadEntryByEntry();
     void escapeAnswersAsCancelDoes();
-
-private:
-    std::optional<HeardNode> hear(const QString &window) const;
-
-    ScreenReader reader;
 };
 
 void TestEndToEndAccessibility::initTestCase()
@@ -44,8 +38,7 @@ void TestEndToEndAccessibility::initTestCase()
     if (!ScreenReader::isInstalled())
         QSKIP("needs dbus-daemon and at-spi2-core");
     EndToEndTest::initTestCase();
-    QVERIFY(reader.start(desktop.environment()));
-    desktop.addVariables(reader.variables());
+    QVERIFY(startReader());
 }
 
 void TestEndToEndAccessibility::everyControlHasAName()
@@ -87,11 +80,7 @@ void TestEndToEndAccessibility::rowTellsNameFolderAndTick()
 
 void TestEndToEndAccessibility::rowTellsItsProgress()
 {
-    // Enough to be met and stopped half-way.
-    constexpr int many = 8000;
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    for (int i = 0; i < many; ++i)
-        tree->makeFile(QStringLiteral("folder/%1").arg(i), 8192);
+    const QString folder = makeBusyFolder();
     QVERIFY(openWith({folder}));
     const auto window = hear(mainwindow::title());
     QVERIFY(window);
@@ -204,11 +193,6 @@ void TestEndToEndAccessibility::escapeAnswersAsCancelDoes()
     }));
     QVERIFY(shredder->isRunning() && entryExists(file));
     QVERIFY(window->find(row, QStringLiteral("file"))->isChecked());
-}
-
-std::optional<HeardNode> TestEndToEndAccessibility::hear(const QString &window) const
-{
-    return reader.waitForWindow(shredder->processId(), window);
 }
 
 TEST_SUITE(accessibility, TestEndToEndAccessibility)

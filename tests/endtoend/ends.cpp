@@ -6,13 +6,10 @@
 // whole history entries for what is gone, touches nothing that was not chosen, and can
 // be started again at once. FILESHREDDER_ENDS says how often each way is taken.
 
-#include "desktopsession.h"
 #include "drivenshredder.h"
-#include "eventually.h"
+#include "endtoendtest.h"
 #include "inventory.h"
-#include "shredderuser.h"
 #include "suites.h"
-#include "temporarytree.h"
 
 #include <QDir>
 #include <QRandomGenerator>
@@ -20,7 +17,6 @@
 #include <QTest>
 
 #include <csignal>
-#include <memory>
 
 using namespace testsupport;
 
@@ -43,14 +39,11 @@ enum class Way { Signal, CloseWindow, LoseDisplay };
 
 Q_DECLARE_METATYPE(Way)
 
-class TestEndToEndEnds : public QObject
+class TestEndToEndEnds : public EndToEndTest
 {
     Q_OBJECT
 
 private slots:
-    void init() { user = std::make_unique<ShredderUser>(); }
-    void cleanup();
-
     void endDuringARun_data();
     void endDuringARun();
     void oneOfTwoStartsWins();
@@ -61,23 +54,8 @@ private:
     void checkHistory() const;
     QByteArray history() const;
 
-    std::unique_ptr<DesktopSession> desktop;
-    std::unique_ptr<ShredderUser> user;
-    std::unique_ptr<TemporaryTree> tree;
     QRandomGenerator random{seed};
 };
-
-void TestEndToEndEnds::cleanup()
-{
-    desktop.reset();
-    tree.reset();
-    QFile messages(user->messagesFile());
-    if (messages.open(QIODevice::ReadOnly)) {
-        const QByteArray said = messages.readAll();
-        QVERIFY2(!said.contains("Sanitizer") && !said.contains("runtime error"), said.constData());
-    }
-    user.reset();
-}
 
 void TestEndToEndEnds::endDuringARun_data()
 {
@@ -98,26 +76,22 @@ void TestEndToEndEnds::endDuringARun()
     QFETCH(Way, way);
     QFETCH(int, signal);
     QFETCH(QList<int>, outcomes);
-    QProcessEnvironment display;
-    if (way == Way::LoseDisplay) {
-        desktop = std::make_unique<DesktopSession>();
-        QVERIFY2(desktop->start(), qPrintable(desktop->problem()));
-        display = desktop->environment();
-    }
+    const QProcessEnvironment display =
+        way == Way::LoseDisplay ? desktop.environment() : QProcessEnvironment();
     int unfinished = 0;
     // All in one home: each start comes right after the end of the one before.
     for (int round = 0; round < wantedEnds(); ++round) {
         makeFiles();
         const QStringList before = inventoryOf(tree->path(QStringLiteral("outside")));
-        DrivenShredder shredder(*user);
-        shredder.start(tree->path(QStringLiteral("folder")), display);
-        QVERIFY(shredder.waitUntilShown());
+        DrivenShredder driven(*user);
+        driven.start(tree->path(QStringLiteral("folder")), display);
+        QVERIFY(driven.waitUntilShown());
         const int entries = random.bounded(files / 2);
         QVERIFY(eventually([&] { return history().count('\n') >= 3 * entries; }));
-        end(shredder, way, signal);
-        QVERIFY(shredder.waitForEnd());
-        QVERIFY2(outcomes.contains(shredder.outcome()),
-                 qPrintable(QString::number(shredder.outcome())));
+        end(driven, way, signal);
+        QVERIFY(driven.waitForEnd());
+        QVERIFY2(outcomes.contains(driven.outcome()),
+                 qPrintable(QString::number(driven.outcome())));
         checkHistory();
         QCOMPARE(inventoryOf(tree->path(QStringLiteral("outside"))), before);
         QVERIFY(QDir(user->home()).entryList({QStringLiteral("core*")}, QDir::Files).isEmpty());
@@ -131,20 +105,22 @@ void TestEndToEndEnds::makeFiles()
 {
     tree = std::make_unique<TemporaryTree>();
     QFile::remove(user->historyFile());
-    for (int file = 0; file < files; ++file)
-        tree->makeFile(QStringLiteral("folder/file-%1").arg(file), 100);
+    // Many names of one file, as they are made quickly.
+    const QString first = tree->makeFile(QStringLiteral("folder/file-0"), 100);
+    for (int file = 1; file < files; ++file)
+        tree->makeHardLink(QStringLiteral("folder/file-%1").arg(file), first);
     tree->makeFile(QStringLiteral("outside/folder/kept"), 100);
     tree->makeLink(QStringLiteral("folder/link"), tree->path(QStringLiteral("outside/folder")));
 }
 
-void TestEndToEndEnds::end(DrivenShredder &shredder, Way way, int signal) const
+void TestEndToEndEnds::end(DrivenShredder &driven, Way way, int signal) const
 {
     if (way == Way::Signal)
-        shredder.sendSignal(signal);
+        driven.sendSignal(signal);
     else if (way == Way::CloseWindow)
-        shredder.closeWindow();
+        driven.closeWindow();
     else
-        desktop->takeDisplayFrom(shredder.windowNumber());
+        desktop.takeDisplayFrom(driven.windowNumber());
 }
 
 QByteArray TestEndToEndEnds::history() const

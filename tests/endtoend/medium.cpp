@@ -50,7 +50,7 @@ void TestEndToEndMedium::nothingIsLeftWhenTheReportIsShown()
     QVERIFY2(image.problem().isEmpty(), qPrintable(image.problem()));
 
     OldBytes old;
-    for (int file = 0; file < 1500; ++file) {
+    for (int file = 0; file < 500; ++file) {
         image.makeFile(QStringLiteral("folder/%1/%2").arg(file % 30).arg(file),
                        old.take(OldBytes::pieceSize + (file * 997) % 9000));
     }

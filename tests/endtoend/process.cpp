@@ -9,7 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QScopeGuard>
 #include <QTest>
 
 #include <unistd.h>
@@ -37,10 +36,12 @@ private slots:
     void closeButtonEndsTheProgram();
     void windowManagerEndsTheProgram();
     void closingDuringARunEndsTheProgram();
-    void openReportKeepsTheMainWindowOpen();
-    void openQuestionKeepsTheMainWindowOpen();
+    void openDialogKeepsTheMainWindowOpen_data();
+    void openDialogKeepsTheMainWindowOpen();
 
 private:
+    /// Starts the program once more and waits until that one has ended, as it should.
+    void startAgain();
     /// Clicks the close button and waits for the end with status 0.
     bool closeEndsWell();
 };
@@ -48,11 +49,7 @@ private:
 void TestEndToEndProcess::secondStartEndsAtOnceAndTheFirstKeepsRunning()
 {
     QVERIFY(openWith());
-    RunningShredder second(desktop, *user);
-    second.start();
-    QVERIFY(second.waitForEnd());
-    QCOMPARE(second.exitStatus(), 0);
-    QVERIFY(shredder->isRunning());
+    startAgain();
     QVERIFY(shredder->onlyMainWindowIsOpen());
     QVERIFY(shredder->drop({tree->makeFolder(QStringLiteral("folder"))}));
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
@@ -64,27 +61,14 @@ void TestEndToEndProcess::secondStartEndsAtOnceAndTheFirstKeepsRunning()
 /// the pid file among them.
 void TestEndToEndProcess::fileDialogOfADesktopKeepsTheOnlyInstance()
 {
-    const auto desktopIs = [this](const QString &name) {
-        QProcessEnvironment variable;
-        variable.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), name);
-        desktop.addVariables(variable);
-    };
-    const auto noDesktopAgain = qScopeGuard([&] { desktopIs(QString()); });
-    desktopIs(QStringLiteral("GNOME"));
+    user->set(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("GNOME"));
     QVERIFY(openWith());
     shredder->click(mainwindow::addButton);
     shredder->rest();
     const std::optional<WindowId> fileDialog = shredder->waitForOtherWindow();
     QVERIFY(fileDialog && !shredder->drawnWindow(*fileDialog).isNull());
-    QVERIFY(eventually([this] {
-        desktop.pressKey(QStringLiteral("Escape"));
-        return shredder->onlyMainWindowIsOpen();
-    }));
-    RunningShredder second(desktop, *user);
-    second.start();
-    QVERIFY(second.waitForEnd());
-    QCOMPARE(second.exitStatus(), 0);
-    QVERIFY(shredder->isRunning());
+    QVERIFY(escape());
+    startAgain();
 }
 
 void TestEndToEndProcess::pidFileHoldsThePidAndNothingElse()
@@ -146,9 +130,10 @@ void TestEndToEndProcess::twoUsersRunSideBySide()
 
 void TestEndToEndProcess::closeButtonEndsTheProgram()
 {
-    QVERIFY(openWith({tree->makeFile(QStringLiteral("file"), 10)}));
+    const QString file = tree->makeFile(QStringLiteral("file"), 10);
+    QVERIFY(openWith({file}));
     QVERIFY(closeEndsWell());
-    QVERIFY(entryExists(tree->path(QStringLiteral("file"))));
+    QVERIFY(entryExists(file));
 }
 
 void TestEndToEndProcess::windowManagerEndsTheProgram()
@@ -161,42 +146,48 @@ void TestEndToEndProcess::windowManagerEndsTheProgram()
 
 void TestEndToEndProcess::closingDuringARunEndsTheProgram()
 {
-    constexpr int many = 8000;
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    for (int i = 0; i < many; ++i)
-        tree->makeFile(QStringLiteral("folder/%1").arg(i), 8192);
+    const QString folder = makeBusyFolder();
     QVERIFY(openWith({folder}));
     QVERIFY(shredder->startShredding());
-    QTRY_VERIFY_WITH_TIMEOUT(QDir(folder).entryList(QDir::Files).size() < many, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(QDir(folder).entryList(QDir::Files).size() < busyNames, patience);
     QVERIFY(closeEndsWell());
     QVERIFY2(!QDir(folder).isEmpty(), "the run was over before the window was closed");
 }
 
-void TestEndToEndProcess::openReportKeepsTheMainWindowOpen()
+void TestEndToEndProcess::openDialogKeepsTheMainWindowOpen_data()
 {
-    QVERIFY(openWith());
-    QVERIFY(shredder->drop({tree->path(QStringLiteral("nothing"))}));
-    QVERIFY(shredder->waitForDialog().has_value());
-    // The report is modal: the window behind it takes no press and no request to
-    // close, and the user is not left without an answer.
-    shredder->click(mainwindow::closeButton);
-    desktop.closeByWindowManager(shredder->mainWindowId());
-    QVERIFY(shredder->answerDialog(dialog::reportOk));
-    QVERIFY(shredder->isRunning());
-    QVERIFY(closeEndsWell());
+    QTest::addColumn<bool>("question");
+    QTest::newRow("report of a refusal") << false;
+    QTest::newRow("question before a run") << true;
 }
 
-void TestEndToEndProcess::openQuestionKeepsTheMainWindowOpen()
+/// The dialog is modal: the window behind it takes no press and no request to close, and the user
+/// is not left without an answer.
+void TestEndToEndProcess::openDialogKeepsTheMainWindowOpen()
 {
+    QFETCH(bool, question);
     const QString file = tree->makeFile(QStringLiteral("file"), 10);
     QVERIFY(openWith({file}));
-    shredder->click(mainwindow::crushButton);
-    QVERIFY(shredder->waitForDialog().has_value());
+    if (question)
+        shredder->click(mainwindow::crushButton);
+    else
+        QVERIFY(shredder->drop({file}));
+    QVERIFY(shredder->waitForDialog());
     shredder->click(mainwindow::closeButton);
-    QVERIFY(shredder->answerDialog(dialog::questionCancel));
+    desktop.closeByWindowManager(shredder->mainWindowId());
+    QVERIFY(shredder->answerDialog(question ? dialog::questionCancel : dialog::reportOk));
     QVERIFY(shredder->isRunning());
     QVERIFY(closeEndsWell());
     QVERIFY(entryExists(file));
+}
+
+void TestEndToEndProcess::startAgain()
+{
+    RunningShredder second(desktop, *user);
+    second.start();
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitStatus(), 0);
+    QVERIFY(shredder->isRunning());
 }
 
 bool TestEndToEndProcess::closeEndsWell()

@@ -6,7 +6,6 @@
 // pointer; what is in the program's windows is heard.
 
 #include "endtoendtest.h"
-#include "screenreader.h"
 #include "suites.h"
 
 #include <QFileInfo>
@@ -68,8 +67,6 @@ private:
     void dragByTheStrip(const QImage &image);
     std::optional<HeardNode> openWithRow(const QString &file);
     bool startCompositor();
-    std::optional<HeardNode> hear(const QString &window) const;
-    ScreenReader reader;
     TiedProcess compositor;
 };
 
@@ -83,8 +80,7 @@ void TestEndToEndWayland::initTestCase()
                            + QStringLiteral("/platforms/libqwayland-generic.so")))
         QSKIP("needs qtwayland5");
     EndToEndTest::initTestCase();
-    QVERIFY(reader.start(desktop.environment()));
-    desktop.addVariables(reader.variables());
+    QVERIFY(startReader());
     QVERIFY(startCompositor());
 }
 
@@ -135,7 +131,6 @@ void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
     const QString file = tree->makeFile(QStringLiteral("file"), 5000);
     const auto window = openWithRow(file);
     QVERIFY(window);
-    keepPicture("wayland-row");
 
     QVERIFY(window->press(QStringLiteral("粉碎文件")));
     auto message = hear(dialog::title());
@@ -144,7 +139,6 @@ void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
                                  ->description()
                                  .contains(QStringLiteral("1 个文件(文件夹)已被成功粉碎")),
                              patience);
-    keepPicture("wayland-report");
     QVERIFY(!entryExists(file));
     QVERIFY(message->press(QStringLiteral("确定")));
     QVERIFY(window->press(QStringLiteral("关闭")));
@@ -237,11 +231,6 @@ void TestEndToEndWayland::dialogFollowsItsStrip()
     QVERIFY(window);
     QVERIFY(window->press(QStringLiteral("粉碎文件")));
     dragByTheStrip(background("bk_dialog"));
-}
-
-std::optional<HeardNode> TestEndToEndWayland::hear(const QString &window) const
-{
-    return reader.waitForWindow(shredder->processId(), window);
 }
 
 TEST_SUITE(wayland, TestEndToEndWayland)

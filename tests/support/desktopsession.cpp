@@ -27,29 +27,9 @@ constexpr int coloursWord = 19;
 constexpr int headerWords = 25;
 constexpr int colourBytes = 12;
 
-int headerWord(const QByteArray &screen, int index)
+int headerWord(const uchar *screen, int index)
 {
-    const auto *words = screen.constData();
-    return static_cast<int>(qFromBigEndian<quint32>(words + sizeof(quint32) * size_t(index)));
-}
-
-QImage decodeScreen(const QByteArray &screen)
-{
-    if (screen.size() < headerWords * int(sizeof(quint32)))
-        return QImage();
-    const int offset = headerWord(screen, 0) + headerWord(screen, coloursWord) * colourBytes;
-    const int width = headerWord(screen, widthWord);
-    const int height = headerWord(screen, heightWord);
-    const int lineBytes = headerWord(screen, lineBytesWord);
-    if (screen.size() < offset + height * lineBytes)
-        return QImage();
-    const auto *lines = reinterpret_cast<const uchar *>(screen.constData()) + offset;
-    return QImage(lines, width, height, lineBytes, QImage::Format_RGB32).copy();
-}
-
-QString number(int value)
-{
-    return QString::number(value);
+    return static_cast<int>(qFromBigEndian<quint32>(screen + sizeof(quint32) * size_t(index)));
 }
 
 } // namespace
@@ -77,47 +57,45 @@ bool DesktopSession::hasMonitors()
     return !QStandardPaths::findExecutable(QStringLiteral("Xephyr")).isEmpty();
 }
 
+bool DesktopSession::startServer(const QSize &size, int dotsPerInch)
+{
+    return startDisplay(server,
+                        QStringLiteral("Xvfb -screen 0 %1x%2x24 -dpi %3")
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(dotsPerInch),
+                        {QStringLiteral("-fbdir"), scratch.path()});
+}
+
 /// The first server has one monitor, whatever it is told. The second shows each of its two as a
 /// window of the first, where pictures can be taken of them.
 bool DesktopSession::startMonitors(const QSize &left, const QSize &right)
 {
-    const QString pixels = QStringLiteral("%1x%2+%3+0");
     monitors.setProcessEnvironment(environment());
-    monitors.setStandardErrorFile(scratch.filePath(QStringLiteral("monitor-messages")));
     // Qt would take the two for copies of each other by what RANDR says of them.
-    monitors.start(QStringLiteral("Xephyr"),
-                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("+xinerama"),
-                    QStringLiteral("-extension"), QStringLiteral("RANDR"),
-                    QStringLiteral("-screen"), pixels.arg(left.width()).arg(left.height()).arg(0),
-                    QStringLiteral("-origin"), QStringLiteral("%1,0").arg(left.width()),
-                    QStringLiteral("-screen"),
-                    pixels.arg(right.width()).arg(right.height()).arg(left.width()),
-                    QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-ac"),
-                    QStringLiteral("-noreset")});
-    return learnDisplay(monitors);
+    return startDisplay(monitors, QStringLiteral("Xephyr +xinerama -extension RANDR"
+                                                 " -screen %1x%2+0+0 -origin %1,0"
+                                                 " -screen %3x%4+%1+0")
+                                      .arg(left.width())
+                                      .arg(left.height())
+                                      .arg(right.width())
+                                      .arg(right.height()));
 }
 
-bool DesktopSession::startServer(const QSize &size, int dotsPerInch)
+/// Access control is off because a second user's shredder shows itself here too; nothing but test
+/// windows is ever on this screen.
+bool DesktopSession::startDisplay(TiedProcess &process, const QString &command,
+                                  const QStringList &more)
 {
-    // Access control is off because a second user's shredder shows itself here
-    // too; nothing but test windows is ever on this screen.
-    server.setStandardErrorFile(scratch.filePath(QStringLiteral("server-messages")));
-    const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
-    server.start(QStringLiteral("Xvfb"),
-                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                  QStringLiteral("0"), screen, QStringLiteral("-dpi"), number(dotsPerInch),
-                  QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-ac"),
-                  QStringLiteral("-noreset"), QStringLiteral("-fbdir"), scratch.path()});
-    return learnDisplay(server);
-}
-
-bool DesktopSession::learnDisplay(TiedProcess &ofServer)
-{
-    while (!ofServer.canReadLine() && ofServer.waitForReadyRead(patience))
+    const QStringList words = (command + QStringLiteral(" -displayfd 1 -nolisten tcp -ac -noreset"))
+                                  .split(QLatin1Char(' '));
+    process.setStandardErrorFile(scratch.filePath(words.first()));
+    process.start(words.first(), words.mid(1) + more);
+    while (!process.canReadLine() && process.waitForReadyRead(patience))
         continue;
-    const QByteArray line = ofServer.readLine().trimmed();
+    const QByteArray line = process.readLine().trimmed();
     if (line.isEmpty()) {
-        problemText = QStringLiteral("no virtual X server: ") + ofServer.errorString();
+        problemText = QStringLiteral("no virtual X server: ") + process.errorString();
         return false;
     }
     displayName = QLatin1Char(':') + QString::fromLatin1(line);
@@ -156,97 +134,109 @@ QProcessEnvironment DesktopSession::environment() const
     least.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     least.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     least.insert(QStringLiteral("XDG_RUNTIME_DIR"), scratch.path());
-    least.insert(more);
+    least.insert(additions);
     return least;
 }
 
-QByteArray DesktopSession::xdotool(const QStringList &arguments) const
+/// @p command has no blanks within its words.
+QByteArray DesktopSession::xdotool(const QString &command) const
 {
-    return outputOf(QStringLiteral("xdotool"), arguments, environment());
+    return outputOf(QStringLiteral("xdotool"), command.split(QLatin1Char(' ')), environment());
 }
 
-void DesktopSession::movePointer(const QPoint &position) const
+void DesktopSession::movePointer(const QPoint &place) const
 {
-    xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y())});
+    xdotool(QStringLiteral("mousemove %1 %2").arg(place.x()).arg(place.y()));
 }
 
 void DesktopSession::movePointerInto(WindowId window, const QPoint &place) const
 {
-    xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), QString::number(window),
-             number(place.x()), number(place.y())});
+    xdotool(
+        QStringLiteral("mousemove --window %1 %2 %3").arg(window).arg(place.x()).arg(place.y()));
 }
 
 void DesktopSession::moveWindow(WindowId window, const QRect &place) const
 {
-    xdotool({QStringLiteral("windowsize"), QString::number(window), number(place.width()),
-             number(place.height()), QStringLiteral("windowmove"), QString::number(window),
-             number(place.x()), number(place.y())});
+    xdotool(QStringLiteral("windowsize %1 %2 %3 windowmove %1 %4 %5")
+                .arg(window)
+                .arg(place.width())
+                .arg(place.height())
+                .arg(place.x())
+                .arg(place.y()));
 }
 
-void DesktopSession::click(const QPoint &position) const
+void DesktopSession::click(const QPoint &place) const
 {
-    xdotool({QStringLiteral("mousemove"), number(position.x()), number(position.y()),
-             QStringLiteral("click"), QStringLiteral("1")});
+    xdotool(QStringLiteral("mousemove %1 %2 click 1").arg(place.x()).arg(place.y()));
 }
 
 void DesktopSession::pressButton(int button) const
 {
-    xdotool({QStringLiteral("mousedown"), number(button)});
+    xdotool(QStringLiteral("mousedown %1").arg(button));
 }
 
 void DesktopSession::releaseButton(int button) const
 {
-    xdotool({QStringLiteral("mouseup"), number(button)});
+    xdotool(QStringLiteral("mouseup %1").arg(button));
+}
+
+void DesktopSession::carryPointer(const QPoint &from, const QPoint &to) const
+{
+    constexpr int steps = 8;
+    QStringList moves;
+    for (int step = 1; step <= steps; ++step) {
+        const QPoint place = from + (to - from) * step / steps;
+        moves << QStringLiteral("mousemove %1 %2 sleep 0.01").arg(place.x()).arg(place.y());
+    }
+    xdotool(moves.join(QLatin1Char(' ')));
 }
 
 void DesktopSession::drag(const QPoint &from, const QPoint &to, int button) const
 {
-    constexpr int steps = 8;
     movePointer(from);
     pressButton(button);
-    for (int step = 1; step <= steps; ++step)
-        movePointer(from + (to - from) * step / steps);
+    carryPointer(from, to);
     releaseButton(button);
 }
 
 void DesktopSession::type(const QString &text) const
 {
-    xdotool({QStringLiteral("type"), QStringLiteral("--"), text});
+    outputOf(QStringLiteral("xdotool"), {QStringLiteral("type"), QStringLiteral("--"), text},
+             environment());
 }
 
 void DesktopSession::pressKey(const QString &key) const
 {
-    xdotool({QStringLiteral("key"), key});
+    xdotool(QStringLiteral("key ") + key);
 }
 
 QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) const
 {
-    // A window that goes while all are searched ends the search without an answer.
-    const QVector<WindowId> windows = searchWindowsOf(pid, title);
-    return windows.isEmpty() ? searchWindowsOf(pid, title) : windows;
-}
-
-QVector<WindowId> DesktopSession::searchWindowsOf(qint64 pid, const QString &title) const
-{
-    const QList<QByteArray> lines =
-        xdotool({QStringLiteral("search"), QStringLiteral("--all"), QStringLiteral("--onlyvisible"),
-                 QStringLiteral("--pid"), QString::number(pid), QStringLiteral("--name"),
-                 title.isEmpty() ? QString() : QLatin1Char('^') + title + QLatin1Char('$')})
-            .split('\n');
+    const QString name = title.isEmpty() ? QString() : QLatin1Char('^') + title + QLatin1Char('$');
+    const QStringList search{QStringLiteral("search"),
+                             QStringLiteral("--all"),
+                             QStringLiteral("--onlyvisible"),
+                             QStringLiteral("--pid"),
+                             QString::number(pid),
+                             QStringLiteral("--name"),
+                             name};
     QVector<WindowId> windows;
-    for (const QByteArray &line : lines) {
-        if (!line.isEmpty())
-            windows.append(line.toUInt());
+    // A window that goes while all are searched ends the search without an answer.
+    for (int attempt = 0; attempt < 2 && windows.isEmpty(); ++attempt) {
+        const auto lines = outputOf(QStringLiteral("xdotool"), search, environment()).split('\n');
+        for (const QByteArray &line : lines) {
+            if (!line.isEmpty())
+                windows.append(line.toUInt());
+        }
     }
     return windows;
 }
 
 QRect DesktopSession::geometryOf(WindowId window) const
 {
-    // The answer is lines such as X=560, of which the first four count.
-    const QList<QByteArray> lines = xdotool({QStringLiteral("getwindowgeometry"),
-                                             QStringLiteral("--shell"), QString::number(window)})
-                                        .split('\n');
+    // The answer is lines such as X=560.
+    const auto lines =
+        xdotool(QStringLiteral("getwindowgeometry --shell %1").arg(window)).split('\n');
     const auto value = [&lines](const char *name) {
         for (const QByteArray &line : lines) {
             if (line.startsWith(name))
@@ -265,7 +255,7 @@ void DesktopSession::closeByWindowManager(WindowId window) const
 
 void DesktopSession::takeDisplayFrom(const QString &window) const
 {
-    xdotool({QStringLiteral("windowkill"), window});
+    xdotool(QStringLiteral("windowkill ") + window);
 }
 
 QString DesktopSession::clipboardText() const
@@ -281,8 +271,17 @@ QImage DesktopSession::picture(const QRect &area) const
     QFile screen(scratch.filePath(QStringLiteral("Xvfb_screen0")));
     if (!screen.open(QIODevice::ReadOnly))
         return QImage();
-    const QImage whole = decodeScreen(screen.readAll());
-    return area.isNull() ? whole : whole.copy(area);
+    const uchar *words = screen.map(0, screen.size());
+    if (words == nullptr || screen.size() < headerWords * qint64(sizeof(quint32)))
+        return QImage();
+    const int offset = headerWord(words, 0) + headerWord(words, coloursWord) * colourBytes;
+    const int height = headerWord(words, heightWord);
+    const int lineBytes = headerWord(words, lineBytesWord);
+    if (screen.size() < offset + qint64(height) * lineBytes)
+        return QImage();
+    const QImage whole(words + offset, headerWord(words, widthWord), height, lineBytes,
+                       QImage::Format_RGB32);
+    return whole.copy(area);
 }
 
 bool DesktopSession::savePicture(const QString &file) const

@@ -43,18 +43,20 @@ public:
     /// The least a program needs to show itself here, nothing of the caller's desktop.
     QProcessEnvironment environment() const;
     /// Has every program started from now on find @p variables in its environment too.
-    void addVariables(const QProcessEnvironment &variables) { more.insert(variables); }
+    void addVariables(const QProcessEnvironment &variables) { additions.insert(variables); }
 
-    void movePointer(const QPoint &position) const;
+    void movePointer(const QPoint &place) const;
     /// Moves the pointer to a place inside @p window, below its title bar if it has one.
     void movePointerInto(WindowId window, const QPoint &place) const;
     /// Moves a window of another program out of the way.
     void moveWindow(WindowId window, const QRect &place) const;
-    void click(const QPoint &position) const;
+    void click(const QPoint &place) const;
     /// Button 1 is the left one, 3 the right one.
     void pressButton(int button = 1) const;
     void releaseButton(int button = 1) const;
-    /// Moves the pointer to @p to in steps, as a hand does, with @p button held down.
+    /// Moves the pointer in steps, as a hand does.
+    void carryPointer(const QPoint &from, const QPoint &to) const;
+    /// The same with @p button held down.
     void drag(const QPoint &from, const QPoint &to, int button = 1) const;
     void type(const QString &text) const;
     void pressKey(const QString &key) const;
@@ -77,16 +79,15 @@ public:
 private:
     bool startServer(const QSize &size, int dotsPerInch);
     bool startMonitors(const QSize &left, const QSize &right);
-    bool learnDisplay(TiedProcess &ofServer);
+    bool startDisplay(TiedProcess &process, const QString &command, const QStringList &more = {});
     bool startWindowManager();
-    QByteArray xdotool(const QStringList &arguments) const;
-    QVector<WindowId> searchWindowsOf(qint64 pid, const QString &title) const;
+    QByteArray xdotool(const QString &command) const;
 
     TiedProcess server;
     TiedProcess monitors;
     TiedProcess windowManager;
     QTemporaryDir scratch;
-    QProcessEnvironment more;
+    QProcessEnvironment additions;
     QString displayName;
     QString problemText;
 };

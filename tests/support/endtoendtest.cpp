@@ -3,7 +3,10 @@
 
 #include "endtoendtest.h"
 
+#include <QDir>
 #include <QTest>
+
+#include <algorithm>
 
 namespace testsupport
 {
@@ -36,15 +39,53 @@ void EndToEndTest::cleanup()
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char('\n'))));
 }
 
-void EndToEndTest::keepPicture(const char *name) const
-{
-    desktop.savePicture(QStringLiteral(PICTURE_FOLDER "/%1.png").arg(QString::fromLatin1(name)));
-}
-
 bool EndToEndTest::openWith(const QStringList &paths)
 {
     return shredder->openWindow() && (paths.isEmpty() || shredder->drop(paths))
            && eventually([&] { return shredder->rowsShown() == paths.size(); });
+}
+
+bool EndToEndTest::escape()
+{
+    return eventually([this] {
+        desktop.pressKey(QStringLiteral("Escape"));
+        return shredder->onlyMainWindowIsOpen();
+    });
+}
+
+bool EndToEndTest::startReader()
+{
+    const bool started = reader.start(desktop.environment());
+    desktop.addVariables(reader.variables());
+    return started;
+}
+
+std::optional<HeardNode> EndToEndTest::hear(const QString &title) const
+{
+    return reader.waitForWindow(shredder->processId(), title);
+}
+
+QString EndToEndTest::makeBusyFolder() const
+{
+    constexpr int eachOwn = 50;
+    const QString folder = tree->makeFolder(QStringLiteral("folder"));
+    const QString shared = tree->makeFile(QStringLiteral("shared"), 8192);
+    for (int i = 0; i < busyNames; ++i) {
+        if (i % eachOwn == 0)
+            tree->makeFile(QStringLiteral("folder/own-%1").arg(i), 8192);
+        else
+            tree->makeHardLink(QStringLiteral("folder/%1").arg(i), shared);
+    }
+    return folder;
+}
+
+bool EndToEndTest::spareFilesAreWhole() const
+{
+    const QDir folder(tree->path(QStringLiteral("folder")));
+    const QStringList names = folder.entryList({QStringLiteral("own-*")}, QDir::Files);
+    return std::all_of(names.cbegin(), names.cend(), [&](const QString &name) {
+        return TemporaryTree::contentsOf(folder.filePath(name)) == QByteArray(8192, 'x');
+    });
 }
 
 } // namespace testsupport

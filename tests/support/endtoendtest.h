@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What every end-to-end test starts from: one desktop per test program, and for
-// each test function a new user, a new folder of victims and no shredder yet.
-// At its end the shredder is ended, and a Qt warning or a sanitizer report it
-// left behind fails the function. A failed function leaves a picture of the
-// screen in the build folder.
+// What every end-to-end test starts from: one desktop for a suite, and for each test
+// function a new user, a new folder of victims and no shredder yet. At its end a Qt
+// warning or a sanitizer report of the shredder fails the function, and a failed one
+// leaves a picture of the screen in the build folder.
 
 #pragma once
 
 #include "desktopsession.h"
 #include "eventually.h"
 #include "runningshredder.h"
+#include "screenreader.h"
 #include "shredderuser.h"
 #include "temporarytree.h"
 #include "windowmap.h"
@@ -35,10 +35,21 @@ protected slots:
 protected:
     /// Opens the window and drops the files and folders @p paths, if any, on it.
     bool openWith(const QStringList &paths = {});
-    /// Leaves a picture of the screen in the build folder, for whoever wants to look.
-    void keepPicture(const char *name) const;
+    /// Presses Escape until only the main window is open.
+    bool escape();
+    /// Has every shredder from now on be heard by the reader.
+    bool startReader();
+    /// The shredder's window of that title, once it is there.
+    std::optional<HeardNode> hear(const QString &title) const;
+    /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
+    /// those are made quickly, and among them some files of their own.
+    QString makeBusyFolder() const;
+    static constexpr int busyNames = 6000;
+    /// Whether each file of its own that is left in the busy folder is as it was made.
+    bool spareFilesAreWhole() const;
 
     DesktopSession desktop;
+    ScreenReader reader;
     std::unique_ptr<ShredderUser> user;
     std::unique_ptr<TemporaryTree> tree;
     std::unique_ptr<RunningShredder> shredder;

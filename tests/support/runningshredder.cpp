@@ -19,13 +19,14 @@ namespace
 /// Far left of the main window, so that nothing lies over it.
 constexpr QPoint dragSourcePlace{100, 100};
 constexpr QPoint dragGrip{140, 140};
-/// Moves of a drag: enough for source and target to talk while it goes on.
-constexpr int dragSteps = 12;
-constexpr int hoverTime = 1000;
+constexpr int hoverTime = 500;
 constexpr int longestTable = 12;
 
-bool isBare(const QImage &picture)
+/// Whether no window is on the screen; the pointer may be in its corner.
+bool isBare(const QImage &screen)
 {
+    constexpr int pointer = 64;
+    const QImage picture = screen.copy(screen.rect().adjusted(pointer, pointer, 0, 0));
     QImage bare = picture;
     bare.fill(Qt::black);
     return samePixels(picture, bare);
@@ -76,7 +77,7 @@ bool RunningShredder::openWindow()
     // The window of a shredder that has just ended may still be on the screen, and
     // would look like this one, already drawn.
     desktop.movePointer(QPoint(0, 0));
-    if (!eventually([this] { return isBare(desktop.picture(mainwindow::onScreen)); }))
+    if (!eventually([this] { return isBare(desktop.picture()); }))
         return false;
     desktop.movePointer(mainwindow::onScreen.topLeft() + mainwindow::restingPlace);
     screenBefore = desktop.picture();
@@ -141,6 +142,17 @@ int RunningShredder::rowsShown() const
     return rows;
 }
 
+std::optional<QImage> RunningShredder::untick(int row)
+{
+    const QRect box = mainwindow::rowTickBox(row);
+    const QImage ticked = picture(box);
+    click(box);
+    rest();
+    if (!eventually([&] { return !samePixels(picture(box), ticked); }))
+        return std::nullopt;
+    return picture(box);
+}
+
 bool RunningShredder::drop(const QStringList &dragArguments)
 {
     const QString outcome = drag(dragArguments, patience);
@@ -181,8 +193,7 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
     const bool begun = prints("begin", patience);
     // Where the empty table's hint is not, so that pictures of it are not spoilt.
     const QPoint target = windowOnScreen.topLeft() + QPoint(500, 400);
-    for (int step = 1; step <= dragSteps; ++step)
-        desktop.movePointer(dragGrip + (target - dragGrip) * step / dragSteps);
+    desktop.carryPointer(dragGrip, target);
     prints("over copy", waitForConsent);
     screenBefore = desktop.picture();
     desktop.releaseButton();

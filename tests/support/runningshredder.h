@@ -42,6 +42,8 @@ public:
     /// Whether a place looks different from how it looked when the window opened.
     bool hasChanged(const QRect &placeInMainWindow) const;
     int rowsShown() const;
+    /// Clicks the tick box of a ticked row; what the box looks like then, or nothing.
+    std::optional<QImage> untick(int row);
 
     /// Drags from another process what @p dragArguments say (see dragsource.cpp; plain
     /// paths will do), and drops it on the table once the window agrees.

@@ -90,6 +90,7 @@ void ShredderUser::forgetPasswdEntry() const
 
 QProcessEnvironment ShredderUser::environment(QProcessEnvironment base) const
 {
+    base.insert(wishes);
     base.insert(QStringLiteral("HOME"), homePath);
     base.insert(QStringLiteral("XDG_RUNTIME_DIR"), directory.filePath(QStringLiteral("runtime")));
     base.insert(QStringLiteral("NSS_WRAPPER_PASSWD"), directory.filePath(QStringLiteral("passwd")));

@@ -42,7 +42,9 @@ public:
 
     /// Takes the user out of the passwd file: a user id without a home.
     void forgetPasswdEntry() const;
-    /// @p base, with this user's home and passwd file.
+    /// Has the programs this user starts from now on find @p variable in their environment.
+    void set(const QString &variable, const QString &value) { wishes.insert(variable, value); }
+    /// @p base, with this user's home, passwd file and variables.
     QProcessEnvironment environment(QProcessEnvironment base) const;
 
 private:
@@ -50,6 +52,7 @@ private:
     void writeAccounts(bool listed) const;
 
     QTemporaryDir directory;
+    QProcessEnvironment wishes;
     uid_t uid;
     QString homePath;
 };

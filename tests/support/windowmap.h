@@ -73,6 +73,8 @@ inline QString title()
 }
 
 constexpr QSize size{420, 230};
+/// Relative to the main window, in whose middle it opens.
+constexpr QPoint overMainWindow{190, 160};
 constexpr QRect closeButton{394, 2, 27, 27};
 constexpr QRect icon{30, 89, 45, 45};
 constexpr QRect message{95, 40, 295, 140};

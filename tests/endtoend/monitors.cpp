@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 Brenvale
+// SPDX-License-Identifier: MIT
+
+// The window dragged from one to the other of two monitors.
+
+#include "endtoendtest.h"
+#include "suites.h"
+
+#include <QTest>
+
+using namespace testsupport;
+
+namespace
+{
+/// The right one has room for the window at twice its size.
+constexpr QSize leftMonitor(1920, 1080);
+constexpr QSize rightMonitor(2000, 1300);
+/// Where the strip is held, unless a test says otherwise.
+constexpr QPoint grip(200, 20);
+
+constexpr QRect scaled(const QRect &place, int scale)
+{
+    return {place.topLeft() * scale, place.size() * scale};
+}
+} // namespace
+
+class TestEndToEndMonitors : public EndToEndTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void windowIsDraggedToTheOtherMonitor_data();
+    void windowIsDraggedToTheOtherMonitor();
+    void windowIsWholeWhereverItIsReleased_data();
+    void windowIsWholeWhereverItIsReleased();
+
+private:
+    bool openScaled(int left, int right);
+};
+
+void TestEndToEndMonitors::initTestCase()
+{
+    if (!DesktopSession::hasMonitors())
+        QSKIP("needs Xephyr");
+    QVERIFY2(desktop.startWithMonitors(leftMonitor, rightMonitor), qPrintable(desktop.problem()));
+}
+
+void TestEndToEndMonitors::windowIsDraggedToTheOtherMonitor_data()
+{
+    QTest::addColumn<int>("leftScale");
+    QTest::addColumn<int>("rightScale");
+    QTest::newRow("of the same scale") << 1 << 1;
+    QTest::newRow("of the same scale, both dense") << 2 << 2;
+    QTest::newRow("of twice the scale") << 1 << 2;
+    QTest::newRow("of half the scale") << 2 << 1;
+}
+
+void TestEndToEndMonitors::windowIsDraggedToTheOtherMonitor()
+{
+    QFETCH(int, leftScale);
+    QFETCH(int, rightScale);
+    QVERIFY(openScaled(leftScale, rightScale));
+    const QPoint start = shredder->mainWindowOnScreen().topLeft();
+    const QPoint target(leftMonitor.width() + 600, 200);
+    desktop.drag(start + grip * leftScale, target);
+    const QRect window(target - grip * rightScale, mainwindow::size * rightScale);
+    QTRY_COMPARE_WITH_TIMEOUT(desktop.geometryOf(shredder->mainWindowId()), window, patience);
+    const auto click = [&](const QRect &place) {
+        desktop.click(window.topLeft() + scaled(place, rightScale).center());
+    };
+    const auto isOver = [&](WindowId opened, const QRect &place) {
+        return eventually([&] {
+            return desktop.geometryOf(opened)
+                   == scaled(place, rightScale).translated(window.topLeft());
+        });
+    };
+
+    click(mainwindow::historyLink);
+    const auto history = shredder->waitForOtherWindow();
+    QVERIFY(history);
+    QVERIFY(isOver(*history, {historywindow::overMainWindow, historywindow::size}));
+    QVERIFY(!shredder->drawnWindow(*history).isNull());
+    click(historywindow::closeButton.translated(historywindow::overMainWindow));
+    QVERIFY(eventually([&] { return shredder->onlyMainWindowIsOpen(); }));
+
+    click(mainwindow::addButton);
+    QVERIFY(shredder->waitForOtherWindow());
+    desktop.type(tree->makeFile(QStringLiteral("file"), 10));
+    desktop.pressKey(QStringLiteral("Return"));
+    QVERIFY(eventually([&] {
+        click(mainwindow::crushButton);
+        return shredder->dialogIsOpen();
+    }));
+    QVERIFY(isOver(*shredder->waitForDialog(), {dialog::overMainWindow, dialog::size}));
+}
+
+void TestEndToEndMonitors::windowIsWholeWhereverItIsReleased_data()
+{
+    QTest::addColumn<int>("leftScale");
+    QTest::addColumn<int>("rightScale");
+    QTest::newRow("twice the scale on the right") << 1 << 2;
+    QTest::newRow("half the scale on the right") << 2 << 1;
+}
+
+void TestEndToEndMonitors::windowIsWholeWhereverItIsReleased()
+{
+    QFETCH(int, leftScale);
+    QFETCH(int, rightScale);
+    QVERIFY(openScaled(leftScale, rightScale));
+    QRect window = shredder->mainWindowOnScreen();
+    int scale = leftScale;
+    for (const int held : {100, 700}) {
+        for (const int beyondTheBorder : {-300, 0, -1, 300, -300}) {
+            const QPoint target(leftMonitor.width() + beyondTheBorder, 200);
+            desktop.drag(window.topLeft() + QPoint(held, grip.y()) * scale, target);
+            // The monitor of the pointer has the window's middle and says its size.
+            scale = beyondTheBorder < 0 ? leftScale : rightScale;
+            const bool isThere = eventually([&] {
+                window = desktop.geometryOf(shredder->mainWindowId());
+                return window.size() == mainwindow::size * scale
+                       && window.y() == target.y() - grip.y() * scale
+                       && (window.center().x() < leftMonitor.width()) == (beyondTheBorder < 0)
+                       && window.contains(target);
+            });
+            QVERIFY2(isThere, qPrintable(QStringLiteral("held at %1, released at %2: %3 x %4 at %5")
+                                             .arg(held)
+                                             .arg(target.x())
+                                             .arg(window.width())
+                                             .arg(window.height())
+                                             .arg(window.x())));
+        }
+    }
+}
+
+bool TestEndToEndMonitors::openScaled(int left, int right)
+{
+    if (left == right) // all that a desktop can say is one for all
+        user->set(QStringLiteral("QT_FONT_DPI"), QString::number(96 * left));
+    else
+        user->set(QStringLiteral("QT_SCREEN_SCALE_FACTORS"),
+                  QStringLiteral("%1;%2").arg(left).arg(right));
+    return shredder->openWindow()
+           && shredder->mainWindowOnScreen().size() == mainwindow::size * left;
+}
+
+TEST_SUITE(monitors, TestEndToEndMonitors)
+#include "monitors.moc"
