@@ -201,7 +201,10 @@ void DesktopSession::drag(const QPoint &from, const QPoint &to, int button) cons
 
 void DesktopSession::type(const QString &text) const
 {
-    outputOf(QStringLiteral("xdotool"), {QStringLiteral("type"), QStringLiteral("--"), text},
+    // Not at the pace of a typist.
+    outputOf(QStringLiteral("xdotool"),
+             {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("1"),
+              QStringLiteral("--"), text},
              environment());
 }
 

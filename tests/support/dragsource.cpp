@@ -1,14 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The other program of a drag: a small window at a given place of the screen
-// from which the pointer drags files, raw URLs or plain text, as often as asked.
+// The other program of a drag: a small window at a given place of the screen from
+// which the pointer drags files, raw URLs or plain text.
 //
-//     dragsource --at X,Y PATH...
-//     dragsource --at X,Y --propose-move PATH...
-//     dragsource --at X,Y --offer-move PATH...
-//     dragsource --at X,Y --url URL...
-//     dragsource --at X,Y --text TEXT
+//     dragsource X Y [--propose-move|--offer-move|--url|--text] CONTENT...
 //
 // It prints "ready" once, and for each drag "begin", "over ACTION" whenever the
 // target under the pointer changes its mind, "end ACTION" with what the drop came
@@ -17,7 +13,6 @@
 // offered and proposed, unless a move is proposed beside it or is all that is offered.
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -123,47 +118,37 @@ private:
     bool announced = false;
 };
 
-QPoint pointFrom(const QString &text)
-{
-    return QPoint(text.section(QLatin1Char(','), 0, 0).toInt(),
-                  text.section(QLatin1Char(','), 1, 1).toInt());
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    QCommandLineParser parser;
-    const QCommandLineOption at(QStringLiteral("at"), QStringLiteral("Place."),
-                                QStringLiteral("X,Y"), QStringLiteral("0,0"));
-    const QCommandLineOption asUrls(QStringLiteral("url"), QStringLiteral("Drag raw URLs."));
-    const QCommandLineOption asText(QStringLiteral("text"), QStringLiteral("Drag plain text."));
-    const QCommandLineOption proposeMove(QStringLiteral("propose-move"),
-                                         QStringLiteral("Propose a move, offer a copy too."));
-    const QCommandLineOption offerMove(QStringLiteral("offer-move"),
-                                       QStringLiteral("Offer a move only."));
-    parser.addOptions({at, asUrls, asText, proposeMove, offerMove});
-    parser.addPositionalArgument(QStringLiteral("content"), QStringLiteral("What is dragged."));
-    parser.process(application);
+    QStringList words = QApplication::arguments().mid(1);
+    if (words.size() < 3)
+        return 2;
+    const QPoint place(words.at(0).toInt(), words.at(1).toInt());
+    words = words.mid(2);
+    const QString kind =
+        words.first().startsWith(QLatin1String("--")) ? words.takeFirst() : QString();
 
     DragSource source;
-    const QStringList content = parser.positionalArguments();
-    if (parser.isSet(asText)) {
-        source.text = content.join(QLatin1Char(' '));
+    if (kind == QLatin1String("--text")) {
+        source.text = words.join(QLatin1Char(' '));
     } else {
-        for (const QString &item : content)
-            source.urls.append(parser.isSet(asUrls) ? QUrl(item) : QUrl::fromLocalFile(item));
+        const bool raw = kind == QLatin1String("--url");
+        for (const QString &item : qAsConst(words))
+            source.urls.append(raw ? QUrl(item) : QUrl::fromLocalFile(item));
     }
-    if (parser.isSet(proposeMove) || parser.isSet(offerMove))
-        source.proposed = Qt::MoveAction;
-    if (parser.isSet(proposeMove))
+    if (kind == QLatin1String("--propose-move")) {
         source.offered = Qt::CopyAction | Qt::MoveAction;
-    if (parser.isSet(offerMove))
+        source.proposed = Qt::MoveAction;
+    } else if (kind == QLatin1String("--offer-move")) {
         source.offered = Qt::MoveAction;
+        source.proposed = Qt::MoveAction;
+    }
     // Without the window manager's help the window stands exactly where asked.
     source.setWindowFlags(Qt::X11BypassWindowManagerHint);
-    source.setGeometry(QRect(pointFrom(parser.value(at)), windowSize));
+    source.setGeometry(QRect(place, windowSize));
     source.show();
     return QApplication::exec();
 }

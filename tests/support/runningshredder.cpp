@@ -181,9 +181,9 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
     // The last drag's source has been asked for its data, and may go.
     dragSource = std::make_unique<TiedProcess>();
     dragSource->setProcessEnvironment(desktop.environment());
-    const QString place = QStringLiteral("%1,%2").arg(dragSourcePlace.x()).arg(dragSourcePlace.y());
-    dragSource->start(QStringLiteral(DRAG_SOURCE_PROGRAM),
-                      QStringList{QStringLiteral("--at"), place} + dragArguments);
+    const QStringList place{QString::number(dragSourcePlace.x()),
+                            QString::number(dragSourcePlace.y())};
+    dragSource->start(QStringLiteral(DRAG_SOURCE_PROGRAM), place + dragArguments);
     if (!prints("ready", patience))
         return QStringLiteral("no source");
 

@@ -26,32 +26,6 @@ const auto prefix = QStringLiteral("org.a11y.atspi.");
 const auto registryName = QStringLiteral("org.a11y.atspi.Registry");
 constexpr int answerTime = 10000;
 
-/// A node as programs name it to each other.
-struct NodeName {
-    QString program;
-    QString path;
-};
-
-QVector<NodeName> nodesIn(const QDBusMessage &answer)
-{
-    QVector<NodeName> nodes;
-    if (answer.type() != QDBusMessage::ReplyMessage)
-        return nodes;
-    const auto list = answer.arguments().value(0).value<QDBusArgument>();
-    list.beginArray();
-    while (!list.atEnd()) {
-        NodeName node;
-        QDBusObjectPath path;
-        list.beginStructure();
-        list >> node.program >> path;
-        list.endStructure();
-        node.path = path.path();
-        nodes.append(node);
-    }
-    list.endArray();
-    return nodes;
-}
-
 } // namespace
 
 HeardNode::HeardNode(const QDBusConnection &onBus, const QString &ofProgram, const QString &atPath)
@@ -95,21 +69,24 @@ bool HeardNode::hasState(int number) const
            && (words.value().value(number / wordBits) >> (number % wordBits) & 1U) != 0;
 }
 
-QString HeardNode::text() const
-{
-    return call(prefix + QStringLiteral("Text"), QStringLiteral("GetText"), {0, -1})
-        .arguments()
-        .value(0)
-        .toString();
-}
-
 QVector<HeardNode> HeardNode::children() const
 {
     QVector<HeardNode> nodes;
-    const QVector<NodeName> names =
-        nodesIn(call(prefix + QStringLiteral("Accessible"), QStringLiteral("GetChildren")));
-    for (const NodeName &name : names)
-        nodes.append(HeardNode(bus, name.program, name.path));
+    const QDBusMessage answer =
+        call(prefix + QStringLiteral("Accessible"), QStringLiteral("GetChildren"));
+    if (answer.type() != QDBusMessage::ReplyMessage)
+        return nodes;
+    const auto list = answer.arguments().value(0).value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString itsProgram;
+        QDBusObjectPath itsPath;
+        list.beginStructure();
+        list >> itsProgram >> itsPath;
+        list.endStructure();
+        nodes.append(HeardNode(bus, itsProgram, itsPath.path()));
+    }
+    list.endArray();
     return nodes;
 }
 

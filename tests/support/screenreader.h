@@ -42,7 +42,6 @@ public:
     bool isShowing() const { return hasState(showingState); }
     /// Of a progress bar, in percent.
     int value() const { return property(QStringLiteral("Value.CurrentValue")).toInt(); }
-    QString text() const;
 
     QVector<HeardNode> children() const;
     /// The first node below this one, in reading order, with that role and, if it is not empty,
