@@ -23,7 +23,6 @@ private:
     /// Opens the history window and waits until it is there.
     bool openHistory();
     bool closeHistory();
-    void click(const QRect &inHistoryWindow) const;
 
     WindowId window = 0;
 };
@@ -38,7 +37,7 @@ void TestEndToEndHistory::historyIsCopiedToTheClipboard()
         "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：信件 1.txt\t路径：/home/某人/1\n");
     // The button takes no click before the entries are there.
     QVERIFY(eventually([&] {
-        click(historywindow::copyButton);
+        desktop.clickIn(window, historywindow::copyButton);
         return desktop.clipboardText() == expected;
     }));
 }
@@ -49,7 +48,7 @@ void TestEndToEndHistory::clearDeletesTheFileAndCopiesNothing()
     QVERIFY(openWith());
     QVERIFY(openHistory());
     QVERIFY(eventually([this] {
-        click(historywindow::clearButton);
+        desktop.clickIn(window, historywindow::clearButton);
         return !entryExists(user->historyFile());
     }));
     QCOMPARE(desktop.clipboardText(), QString());
@@ -78,14 +77,9 @@ bool TestEndToEndHistory::openHistory()
 
 bool TestEndToEndHistory::closeHistory()
 {
-    click(historywindow::closeButton);
+    desktop.clickIn(window, historywindow::closeButton);
     shredder->rest();
     return eventually([this] { return shredder->onlyMainWindowIsOpen(); });
-}
-
-void TestEndToEndHistory::click(const QRect &inHistoryWindow) const
-{
-    desktop.click(desktop.geometryOf(window).topLeft() + inHistoryWindow.center());
 }
 
 TEST_SUITE(history, TestEndToEndHistory)

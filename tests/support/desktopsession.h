@@ -51,6 +51,11 @@ public:
     /// Moves a window of another program out of the way.
     void moveWindow(WindowId window, const QRect &place) const;
     void click(const QPoint &place) const;
+    /// In the middle of @p place of @p window.
+    void clickIn(WindowId window, const QRect &place) const
+    {
+        click(geometryOf(window).topLeft() + place.center());
+    }
     /// Button 1 is the left one, 3 the right one.
     void pressButton(int button = 1) const;
     void releaseButton(int button = 1) const;

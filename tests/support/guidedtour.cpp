@@ -116,11 +116,12 @@ bool GuidedTour::shred()
         return false;
     step("question");
     begin = std::time(nullptr);
-    shredder.clickInDialog(*question, dialog::questionOk);
+    desktop.clickIn(*question, dialog::questionOk);
     eventually([&] { return !entryExists(victims.first()); });
     step("shredding");
     shredder.rest();
-    const bool reported = !shredder.pictureOfDialog(dialog::message).isNull();
+    const std::optional<WindowId> report = shredder.waitForDialog();
+    const bool reported = report && !shredder.drawnWindow(*report).isNull();
     end = std::time(nullptr);
     step("result");
     return check(reported && shredder.answerDialog(dialog::reportOk),
@@ -157,7 +158,7 @@ bool GuidedTour::lookAtHistory()
                QStringLiteral("the history window opens")))
         return false;
     step("history");
-    desktop.click(desktop.geometryOf(*history).topLeft() + historywindow::closeButton.center());
+    desktop.clickIn(*history, historywindow::closeButton);
     return check(eventually([&] { return shredder.onlyMainWindowIsOpen(); }),
                  QStringLiteral("the history window closes"));
 }

@@ -210,13 +210,11 @@ QString RunningShredder::drag(const QStringList &dragArguments, int waitForConse
 std::optional<WindowId> RunningShredder::waitForDialog() const
 {
     QVector<WindowId> dialogs;
-    eventually([&] {
+    const bool opened = eventually([&] {
         dialogs = desktop.windowsOf(process.processId(), dialog::title());
         return !dialogs.isEmpty();
     });
-    if (dialogs.isEmpty())
-        return std::nullopt;
-    return dialogs.first();
+    return opened ? std::make_optional(dialogs.first()) : std::nullopt;
 }
 
 bool RunningShredder::dialogIsOpen() const
@@ -224,23 +222,12 @@ bool RunningShredder::dialogIsOpen() const
     return !desktop.windowsOf(process.processId(), dialog::title()).isEmpty();
 }
 
-void RunningShredder::clickInDialog(WindowId id, const QRect &place) const
-{
-    desktop.click(desktop.geometryOf(id).topLeft() + place.center());
-}
-
-QImage RunningShredder::pictureOfDialog(const QRect &place) const
-{
-    const std::optional<WindowId> opened = waitForDialog();
-    return opened ? drawnWindow(*opened).copy(place) : QImage();
-}
-
 bool RunningShredder::answerDialog(const QRect &button) const
 {
     const std::optional<WindowId> question = waitForDialog();
     if (!question)
         return false;
-    clickInDialog(*question, button);
+    desktop.clickIn(*question, button);
     rest();
     // Another dialog may follow at once, the report of a short run for one.
     return eventually([&] {
@@ -250,18 +237,13 @@ bool RunningShredder::answerDialog(const QRect &button) const
 
 std::optional<WindowId> RunningShredder::waitForOtherWindow() const
 {
-    WindowId other = 0;
-    eventually([&] {
-        const auto windows = desktop.windowsOf(process.processId());
-        for (const WindowId candidate : windows) {
-            if (candidate != window)
-                other = candidate;
-        }
-        return other != 0;
+    QVector<WindowId> others;
+    const bool opened = eventually([&] {
+        others = desktop.windowsOf(process.processId());
+        others.removeAll(window);
+        return !others.isEmpty();
     });
-    if (other == 0)
-        return std::nullopt;
-    return other;
+    return opened ? std::make_optional(others.last()) : std::nullopt;
 }
 
 bool RunningShredder::onlyMainWindowIsOpen() const

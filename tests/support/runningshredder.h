@@ -54,9 +54,6 @@ public:
     /// The dialog now open, waiting for it to appear.
     std::optional<WindowId> waitForDialog() const;
     bool dialogIsOpen() const;
-    void clickInDialog(WindowId id, const QRect &place) const;
-    /// What a place of the dialog that appears looks like once it is drawn.
-    QImage pictureOfDialog(const QRect &place) const;
     /// Presses @p button of the dialog that appears, and waits for the dialog to go.
     bool answerDialog(const QRect &button) const;
     /// Another window than the main one and the dialogs: file dialog or history.

@@ -26,7 +26,6 @@ constexpr QSize size{800, 550};
 /// Centred on the 1920 x 1080 screen of a DesktopSession.
 constexpr QRect onScreen{QPoint{560, 265}, size};
 
-constexpr QRect titleBar{0, 0, 800, 40};
 constexpr QRect closeButton{768, 0, 27, 27};
 constexpr QRect subtitle{84, 79, 600, 28};
 constexpr QRect historyLink{700, 84, 84, 20};
@@ -53,10 +52,6 @@ constexpr QRect rowIcon(int row)
 {
     return {rowOrigin(row) + QPoint(42, 7), QSize(16, 16)};
 }
-constexpr QRect rowName(int row)
-{
-    return {rowOrigin(row) + QPoint(60, 0), QSize(240, rowHeight)};
-}
 
 /// A place of the window that reacts to nothing: a pointer left here lights up
 /// no button and covers nothing a test looks at.
@@ -76,8 +71,6 @@ constexpr QSize size{420, 230};
 /// Relative to the main window, in whose middle it opens.
 constexpr QPoint overMainWindow{190, 160};
 constexpr QRect closeButton{394, 2, 27, 27};
-constexpr QRect icon{30, 89, 45, 45};
-constexpr QRect message{95, 40, 295, 140};
 /// A report has its OK where a question has its Cancel.
 constexpr QRect reportOk{323, 180, 76, 27};
 constexpr QRect questionOk{230, 180, 76, 27};
@@ -94,13 +87,6 @@ constexpr QPoint overMainWindow{50, 25};
 constexpr QRect closeButton{668, 0, 27, 27};
 constexpr QRect copyButton{490, 466, 90, 27};
 constexpr QRect clearButton{597, 466, 90, 27};
-
-constexpr QRect row(int row)
-{
-    return {1, 42 + mainwindow::headerHeight + row * mainwindow::rowHeight, 678,
-            mainwindow::rowHeight};
-}
-constexpr QPoint restingPlace{300, 480};
 
 } // namespace historywindow
 
