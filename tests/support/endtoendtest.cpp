@@ -65,12 +65,12 @@ std::optional<HeardNode> EndToEndTest::hear(const QString &title) const
     return reader.waitForWindow(shredder->processId(), title);
 }
 
-QString EndToEndTest::makeBusyFolder() const
+QString EndToEndTest::makeBusyFolder(int names) const
 {
     constexpr int eachOwn = 50;
     const QString folder = tree->makeFolder(QStringLiteral("folder"));
     const QString shared = tree->makeFile(QStringLiteral("shared"), 8192);
-    for (int i = 0; i < busyNames; ++i) {
+    for (int i = 0; i < names; ++i) {
         if (i % eachOwn == 0)
             tree->makeFile(QStringLiteral("folder/own-%1").arg(i), 8192);
         else

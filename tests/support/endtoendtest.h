@@ -33,6 +33,7 @@ protected slots:
     void cleanup();
 
 protected:
+    static constexpr int busyNames = 6000;
     /// Opens the window and drops the files and folders @p paths, if any, on it.
     bool openWith(const QStringList &paths = {});
     /// Presses Escape until only the main window is open.
@@ -43,8 +44,7 @@ protected:
     std::optional<HeardNode> hear(const QString &title) const;
     /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
     /// those are made quickly, and among them some files of their own.
-    QString makeBusyFolder() const;
-    static constexpr int busyNames = 6000;
+    QString makeBusyFolder(int names = busyNames) const;
     /// Whether each file of its own that is left in the busy folder is as it was made.
     bool spareFilesAreWhole() const;
 
