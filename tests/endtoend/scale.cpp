@@ -57,7 +57,7 @@ void TestEndToEndScale::windowHasTheSizeThatTheScreenAsksFor_data()
 {
     QTest::addColumn<int>("dotsPerInch");
     // The first that is scaled, and sizes that desktops offer.
-    for (const int dotsPerInch : {108, 120, 168, 192, 288})
+    for (const int dotsPerInch : {108, 120, 144, 168, 192, 288})
         QTest::addRow("%d dots per inch", dotsPerInch) << dotsPerInch;
 }
 
@@ -102,7 +102,7 @@ void TestEndToEndScale::hardlyAnotherResolutionChangesNoPixel_data()
 {
     QTest::addColumn<int>("ofScreen");
     QTest::addColumn<QString>("ofDesktop");
-    for (const int dotsPerInch : {75, 107})
+    for (const int dotsPerInch : {75, 100, 107})
         QTest::addRow("screen of %d dots per inch", dotsPerInch) << dotsPerInch << QString();
     for (const int dotsPerInch : {75, 90, 100, 107})
         QTest::addRow("desktop of %d dots per inch", dotsPerInch)
