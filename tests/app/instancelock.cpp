@@ -6,13 +6,17 @@
 #include "app/instancelock.h"
 
 #include "instance.h"
+#include "inventory.h"
+#include "ordinaryuser.h"
 #include "suites.h"
 #include "temporarytree.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QtTest>
 
 #include <cerrno>
-#include <cstdarg>
 #include <memory>
 
 #include <fcntl.h>
@@ -20,49 +24,30 @@
 #include <unistd.h>
 
 using testsupport::Instance;
+using testsupport::inventoryOf;
+using testsupport::LockRefusal;
 using testsupport::TemporaryTree;
 
 namespace
 {
 
-int lockError = 0;        ///< what locking fails with; 0 leaves it to the system
-bool kernelIsOld = false; ///< it knows no open file description locks
-
-} // namespace
-
-// NOLINTBEGIN(bugprone-reserved-identifier, cert-dcl50-cpp): the linker chooses these names
-extern "C" {
-int __real_fcntl(int fd, int command, ...);
-
-int __wrap_fcntl(int fd, int command, ...)
+QString name()
 {
-    std::va_list arguments;
-    va_start(arguments, command);
-    void *lock = va_arg(arguments, void *);
-    va_end(arguments);
-    const bool unknown = kernelIsOld && command == F_OFD_SETLK;
-    const bool failing = lockError != 0 && (command == F_OFD_SETLK || command == F_SETLK);
-    if (!unknown && !failing)
-        return __real_fcntl(fd, command, lock);
-    errno = unknown ? EINVAL : lockError;
-    return -1;
+    return QStringLiteral("home/.fileshredder.pid");
 }
-}
-// NOLINTEND(bugprone-reserved-identifier, cert-dcl50-cpp)
 
-namespace
-{
-
-/// Who holds a lock that keeps others from byte @p start of @p fd.
-struct flock holderOf(int fd, off_t start)
+/// Which lock keeps others from byte @p start of the file @p path.
+struct flock lockOn(const QString &path, off_t start)
 {
     struct flock question = {};
     question.l_type = F_RDLCK;
     question.l_whence = SEEK_SET;
     question.l_start = start;
     question.l_len = 1;
+    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
     if (::fcntl(fd, F_GETLK, &question) != 0)
         question.l_type = -1;
+    ::close(fd);
     return question;
 }
 
@@ -83,22 +68,22 @@ class TestInstanceLock : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { tree.reset(); }
 
-    void firstInstanceWritesItsPidWithoutANewline();
-    void longerOldContentsAreCutOff();
-    void secondInstanceIsTurnedAwayAndChangesNothing();
-    void thirdInstanceIsTurnedAwayAfterTheSecondEnded();
+    void fileHoldsThePidAlone_data();
+    void fileHoldsThePidAlone();
+    void furtherInstancesAreTurnedAwayAndChangeNothing();
     void lockCanBeHadAgainWhenItsHolderEnded();
     void filesOfTwoUsersDoNotExcludeEachOther();
     void newFileHasItsMode_data();
     void newFileHasItsMode();
-    void pathThatCannotBeOpenedEndsTheProcess();
-    void directoryInTheFilesPlaceEndsTheProcess();
-    void bothErrorsOfAHeldLockMeanAnotherInstance_data();
-    void bothErrorsOfAHeldLockMeanAnotherInstance();
-    void anyOtherErrorEndsTheProcess_data();
-    void anyOtherErrorEndsTheProcess();
+    void linkIsFollowed_data();
+    void linkIsFollowed();
+    void fifoIsNotWaitedFor();
+    void fileThatCannotBeOpenedEndsTheProcess_data();
+    void fileThatCannotBeOpenedEndsTheProcess();
+    void refusedLockMeansAnotherInstanceOrEndsTheProcess_data();
+    void refusedLockMeansAnotherInstanceOrEndsTheProcess();
     void lockCoversTheWholeFileHoweverItGrows();
     void lockOutlivesAnotherDescriptorOfTheFile();
     void lockAndOneOfAProcessExcludeEachOther();
@@ -113,53 +98,40 @@ private:
 void TestInstanceLock::init()
 {
     tree = std::make_unique<TemporaryTree>();
-    path = tree->path(QStringLiteral(".fileshredder.pid"));
-    lockError = 0;
-    kernelIsOld = false;
+    tree->makeFolder(QStringLiteral("home"));
+    path = tree->path(name());
 }
 
-void TestInstanceLock::cleanup()
+void TestInstanceLock::fileHoldsThePidAlone_data()
 {
-    lockError = 0;
-    kernelIsOld = false;
-    tree.reset();
+    QTest::addColumn<QByteArray>("before");
+    QTest::newRow("new file") << QByteArray();
+    QTest::newRow("longer old contents") << QByteArray("4194304000 and more\n");
 }
 
-void TestInstanceLock::firstInstanceWritesItsPidWithoutANewline()
+void TestInstanceLock::fileHoldsThePidAlone()
 {
+    QFETCH(QByteArray, before);
+    if (!before.isEmpty())
+        tree->makeFile(name(), before);
     const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
 }
 
-void TestInstanceLock::longerOldContentsAreCutOff()
-{
-    tree->makeFile(QStringLiteral(".fileshredder.pid"), QByteArray("4194304000 and more\n"));
-    const Instance instance(path);
-    QCOMPARE(instance.lockResult(), instancelock::Acquired);
-    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
-}
-
-void TestInstanceLock::secondInstanceIsTurnedAwayAndChangesNothing()
+void TestInstanceLock::furtherInstancesAreTurnedAwayAndChangeNothing()
 {
     const Instance first(path);
-    const Instance second(path);
     QCOMPARE(first.lockResult(), instancelock::Acquired);
-    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
-    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
     QVERIFY(first.keepsFileOpen());
-    QVERIFY(!second.keepsFileOpen());
-}
-
-void TestInstanceLock::thirdInstanceIsTurnedAwayAfterTheSecondEnded()
-{
-    const Instance first(path);
-    Instance second(path);
-    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
-    QCOMPARE(second.end(), 0);
-    const Instance third(path);
-    QCOMPARE(third.lockResult(), instancelock::HeldByAnother);
-    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
+    // The end of the second must not release the lock of the first.
+    for (int further = 2; further <= 3; ++further) {
+        Instance instance(path);
+        QCOMPARE(instance.lockResult(), instancelock::HeldByAnother);
+        QVERIFY(!instance.keepsFileOpen());
+        QCOMPARE(instance.end(), 0);
+        QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(first.pid()));
+    }
 }
 
 void TestInstanceLock::lockCanBeHadAgainWhenItsHolderEnded()
@@ -174,12 +146,10 @@ void TestInstanceLock::lockCanBeHadAgainWhenItsHolderEnded()
 
 void TestInstanceLock::filesOfTwoUsersDoNotExcludeEachOther()
 {
-    const QString otherPath = tree->path(QStringLiteral("other.pid"));
     const Instance one(path);
-    const Instance other(otherPath);
+    const Instance other(tree->path(QStringLiteral("other.pid")));
     QCOMPARE(one.lockResult(), instancelock::Acquired);
     QCOMPARE(other.lockResult(), instancelock::Acquired);
-    QCOMPARE(TemporaryTree::contentsOf(otherPath), QByteArray::number(other.pid()));
 }
 
 void TestInstanceLock::newFileHasItsMode_data()
@@ -187,91 +157,124 @@ void TestInstanceLock::newFileHasItsMode_data()
     QTest::addColumn<uint>("mask");
     QTest::addColumn<uint>("mode");
     QTest::newRow("nothing masked") << 0U << 0644U;
-    QTest::newRow("usual mask") << 0022U << 0644U;
     QTest::newRow("strict mask") << 0077U << 0600U;
 }
 
 void TestInstanceLock::newFileHasItsMode()
 {
     QFETCH(uint, mask);
-    QFETCH(uint, mode);
     const mode_t before = ::umask(mask);
     const Instance instance(path);
     ::umask(before);
-    QCOMPARE(instance.lockResult(), instancelock::Acquired);
     struct stat status = {};
     QCOMPARE(::stat(path.toUtf8().constData(), &status), 0);
-    QCOMPARE(status.st_mode & 07777U, mode);
+    QTEST(static_cast<uint>(status.st_mode & 07777U), "mode");
 }
 
-void TestInstanceLock::pathThatCannotBeOpenedEndsTheProcess()
+void TestInstanceLock::linkIsFollowed_data()
 {
-    Instance instance(tree->path(QStringLiteral("no folder/pid")));
+    QTest::addColumn<bool>("exists");
+    QTest::newRow("to a file") << true;
+    QTest::newRow("dangling") << false;
+}
+
+/// The user put it there: the pid goes into what it leads to, and that file is what is locked.
+void TestInstanceLock::linkIsFollowed()
+{
+    QFETCH(bool, exists);
+    const QString target = tree->path(QStringLiteral("target"));
+    if (exists)
+        tree->makeFile(QStringLiteral("target"), 1000);
+    tree->makeLink(name(), target);
+    const Instance instance(path);
+    QCOMPARE(instance.lockResult(), instancelock::Acquired);
+    QVERIFY(QFileInfo(path).isSymLink());
+    QCOMPARE(TemporaryTree::contentsOf(target), QByteArray::number(instance.pid()));
+    const Instance second(target);
+    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
+}
+
+void TestInstanceLock::fifoIsNotWaitedFor()
+{
+    // A fifo takes the lock and the pid like a file.
+    tree->makeFifo(name());
+    const Instance first(path);
+    QCOMPARE(first.lockResult(), instancelock::Acquired);
+    const Instance second(path);
+    QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
+}
+
+void TestInstanceLock::fileThatCannotBeOpenedEndsTheProcess_data()
+{
+    QTest::addColumn<QString>("preparation");
+    QTest::newRow("no folder") << QStringLiteral("rmdir home");
+    QTest::newRow("a folder in its place") << QStringLiteral("mkdir $file");
+    QTest::newRow("a link to a folder") << QStringLiteral("ln -s ../elsewhere $file");
+    QTest::newRow("a link to itself") << QStringLiteral("ln -s .fileshredder.pid $file");
+    QTest::newRow("a link into nowhere") << QStringLiteral("ln -s nowhere/pid $file");
+    QTest::newRow("a link through a file") << QStringLiteral("ln -s ../elsewhere/other/pid $file");
+    QTest::newRow("a file that may not be written")
+        << QStringLiteral("echo 12345 > $file; chmod 400 $file");
+    QTest::newRow("a folder that may not be written") << QStringLiteral("chmod 500 home");
+}
+
+void TestInstanceLock::fileThatCannotBeOpenedEndsTheProcess()
+{
+    QFETCH(QString, preparation);
+    const testsupport::OrdinaryUser user;
+    const TemporaryTree place;
+    const QString home = place.makeFolder(QStringLiteral("home"));
+    place.makeFile(QStringLiteral("elsewhere/other"), QByteArray("kept"));
+    QProcess shell;
+    shell.setWorkingDirectory(place.path());
+    shell.start(QStringLiteral("sh"),
+                {QStringLiteral("-ec"),
+                 QStringLiteral("file=") + name() + QLatin1Char('\n') + preparation});
+    QVERIFY(shell.waitForFinished() && shell.exitCode() == 0);
+    const QStringList before = inventoryOf(place.path());
+    Instance instance(place.path(name()));
     QCOMPARE(instance.lockResult(), -1);
     QCOMPARE(instance.end(), 1);
+    QCOMPARE(inventoryOf(place.path()), before);
+    QFile::setPermissions(home, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-void TestInstanceLock::directoryInTheFilesPlaceEndsTheProcess()
-{
-    tree->makeFolder(QStringLiteral(".fileshredder.pid"));
-    Instance instance(path);
-    QCOMPARE(instance.lockResult(), -1);
-    QCOMPARE(instance.end(), 1);
-}
-
-void TestInstanceLock::bothErrorsOfAHeldLockMeanAnotherInstance_data()
+void TestInstanceLock::refusedLockMeansAnotherInstanceOrEndsTheProcess_data()
 {
     QTest::addColumn<int>("error");
-    QTest::newRow("EAGAIN") << EAGAIN;
-    QTest::newRow("EACCES") << EACCES;
+    QTest::addColumn<int>("result");
+    QTest::addColumn<int>("status");
+    QTest::newRow("EAGAIN") << EAGAIN << instancelock::HeldByAnother << 0;
+    QTest::newRow("EACCES") << EACCES << instancelock::HeldByAnother << 0;
+    QTest::newRow("no locks left") << ENOLCK << -1 << 1;
+    QTest::newRow("interrupted") << EINTR << -1 << 1;
+    QTest::newRow("no such thing here") << EINVAL << -1 << 1;
 }
 
-void TestInstanceLock::bothErrorsOfAHeldLockMeanAnotherInstance()
+void TestInstanceLock::refusedLockMeansAnotherInstanceOrEndsTheProcess()
 {
     QFETCH(int, error);
-    lockError = error;
-    Instance instance(path);
-    QCOMPARE(instance.lockResult(), instancelock::HeldByAnother);
-    QCOMPARE(instance.end(), 0);
-    QCOMPARE(TemporaryTree::contentsOf(path), QByteArray());
-}
-
-void TestInstanceLock::anyOtherErrorEndsTheProcess_data()
-{
-    QTest::addColumn<int>("error");
-    QTest::newRow("no locks left") << ENOLCK;
-    QTest::newRow("interrupted") << EINTR;
-    QTest::newRow("no such thing here") << EINVAL;
-}
-
-void TestInstanceLock::anyOtherErrorEndsTheProcess()
-{
-    QFETCH(int, error);
-    lockError = error;
-    Instance instance(path);
-    QCOMPARE(instance.lockResult(), -1);
-    QCOMPARE(instance.end(), 1);
+    Instance instance(path, LockRefusal{error, false});
+    QTEST(instance.lockResult(), "result");
+    QTEST(instance.end(), "status");
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray());
 }
 
 void TestInstanceLock::lockCoversTheWholeFileHoweverItGrows()
 {
     const Instance instance(path);
-    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
-    QVERIFY(fd >= 0);
     for (const off_t start : {off_t{0}, off_t{1}, off_t{1} << 40}) {
-        const struct flock held = holderOf(fd, start);
+        const struct flock held = lockOn(path, start);
         QCOMPARE(held.l_type, static_cast<short>(F_WRLCK));
         QCOMPARE(held.l_start, off_t{0});
         QCOMPARE(held.l_len, off_t{0});
     }
-    ::close(fd);
 }
 
 /// File dialogs open and close every file of a folder to find its icon.
 void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 {
-    const QByteArray file = tree->makeFile(QStringLiteral(".fileshredder.pid"), 0).toUtf8();
+    const QByteArray file = tree->makeFile(name(), 0).toUtf8();
     const int locked = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     QCOMPARE(instancelock::lockWholeFile(locked), 0);
     ::close(::open(file.constData(), O_RDONLY | O_CLOEXEC));
@@ -282,7 +285,7 @@ void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 
 void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
 {
-    const QByteArray file = tree->makeFile(QStringLiteral(".fileshredder.pid"), 0).toUtf8();
+    const QByteArray file = tree->makeFile(name(), 0).toUtf8();
     const int fd = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     {
         const Instance instance(path);
@@ -298,16 +301,14 @@ void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
 
 void TestInstanceLock::oldKernelLocksForTheProcess()
 {
-    kernelIsOld = true;
-    const Instance instance(path);
+    const LockRefusal oldKernel{EINVAL, true};
+    const Instance instance(path, oldKernel);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
-    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
-    const struct flock held = holderOf(fd, 0);
-    ::close(fd);
+    const struct flock held = lockOn(path, 0);
     QCOMPARE(held.l_type, static_cast<short>(F_WRLCK));
     QCOMPARE(held.l_pid, instance.pid());
     QCOMPARE(held.l_len, off_t{0});
-    const Instance second(path);
+    const Instance second(path, oldKernel);
     QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
 }
 
@@ -315,17 +316,11 @@ void TestInstanceLock::lockWholeFileReturnsWhatTheSystemSays()
 {
     QCOMPARE(instancelock::lockWholeFile(-1), -1);
     QCOMPARE(errno, EBADF);
-
-    const QByteArray free = tree->makeFile(QStringLiteral("free"), 10).toUtf8();
-    const int freeFile = ::open(free.constData(), O_RDWR | O_CLOEXEC);
-    QCOMPARE(instancelock::lockWholeFile(freeFile), 0);
-    ::close(freeFile);
-
     const Instance holder(path);
-    const int heldFile = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
-    QCOMPARE(instancelock::lockWholeFile(heldFile), -1);
+    const int fd = ::open(path.toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(instancelock::lockWholeFile(fd), -1);
     QVERIFY(errno == EAGAIN || errno == EACCES);
-    ::close(heldFile);
+    ::close(fd);
 }
 
 TEST_SUITE(instancelock, TestInstanceLock)
