@@ -14,15 +14,10 @@ class TestElision : public QObject
 
 private slots:
     void textThatFitsIsUnchanged();
-    void textExactlyAsWideAsTheLimitIsUnchanged();
-    void longTextKeepsItsLastSixCharacters();
-    void resultIsTheLongestThatFits();
+    void longTextKeepsItsLastSixCharactersAndAllThatFits();
     void sixCharactersOrFewerAreNeverShortened();
-    void sevenCharactersKeepOneBeforeTheStops();
     void textThatNeverFitsKeepsOneLeadingCharacter();
-    void emptyTextStaysEmpty();
-    void widthBelowOneChangesNothing();
-    void missingWidgetChangesNothing();
+    void emptyTextNoWidthOrNoWidgetChangesNothing();
     void fontOfTheWidgetDecides();
     void charactersAreCodeUnits();
     void equalsStepByStepShortening_data();
@@ -49,29 +44,17 @@ QString TestElision::stepByStep(const QString &text, int pixelWidth) const
 
 void TestElision::textThatFitsIsUnchanged()
 {
-    const QString name = QStringLiteral("report.pdf");
-    QCOMPARE(elidedKeepingTail(name, 240, &label), name);
-}
-
-void TestElision::textExactlyAsWideAsTheLimitIsUnchanged()
-{
     const QString name = QStringLiteral("a name of some length.pdf");
     QCOMPARE(elidedKeepingTail(name, widthOf(name), &label), name);
     QVERIFY(elidedKeepingTail(name, widthOf(name) - 1, &label) != name);
 }
 
-void TestElision::longTextKeepsItsLastSixCharacters()
+void TestElision::longTextKeepsItsLastSixCharactersAndAllThatFits()
 {
     const QString name = QString(200, QLatin1Char('m')) + QStringLiteral("12.pdf");
     const QString shortened = elidedKeepingTail(name, 240, &label);
     QVERIFY(shortened.endsWith(QStringLiteral("m...12.pdf")));
     QVERIFY(widthOf(shortened) <= 240);
-}
-
-void TestElision::resultIsTheLongestThatFits()
-{
-    const QString name = QString(200, QLatin1Char('m')) + QStringLiteral("12.pdf");
-    const QString shortened = elidedKeepingTail(name, 240, &label);
     QVERIFY(widthOf(QLatin1Char('m') + shortened) > 240);
 }
 
@@ -83,33 +66,20 @@ void TestElision::sixCharactersOrFewerAreNeverShortened()
     }
 }
 
-void TestElision::sevenCharactersKeepOneBeforeTheStops()
-{
-    // Longer than the name itself: nothing can be left out, but the stops come in.
-    QCOMPARE(elidedKeepingTail(QStringLiteral("WabcdeF"), 1, &label), QStringLiteral("W...abcdeF"));
-}
-
 void TestElision::textThatNeverFitsKeepsOneLeadingCharacter()
 {
+    // Of seven characters nothing can be left out, but the stops come in.
+    QCOMPARE(elidedKeepingTail(QStringLiteral("WabcdeF"), 1, &label), QStringLiteral("W...abcdeF"));
     QCOMPARE(elidedKeepingTail(QStringLiteral("a much too long name.txt"), 1, &label),
              QStringLiteral("a...me.txt"));
 }
 
-void TestElision::emptyTextStaysEmpty()
-{
-    QCOMPARE(elidedKeepingTail(QString(), 240, &label), QString());
-}
-
-void TestElision::widthBelowOneChangesNothing()
+void TestElision::emptyTextNoWidthOrNoWidgetChangesNothing()
 {
     const QString name(100, QLatin1Char('W'));
+    QCOMPARE(elidedKeepingTail(QString(), 240, &label), QString());
     QCOMPARE(elidedKeepingTail(name, 0, &label), name);
     QCOMPARE(elidedKeepingTail(name, -5, &label), name);
-}
-
-void TestElision::missingWidgetChangesNothing()
-{
-    const QString name(100, QLatin1Char('W'));
     QCOMPARE(elidedKeepingTail(name, 10, nullptr), name);
 }
 

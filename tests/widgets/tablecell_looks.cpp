@@ -31,22 +31,6 @@ QImage pictureOf(QWidget *widget)
     return widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-bool isDark(QRgb pixel)
-{
-    return qGray(pixel) < 100;
-}
-
-bool hasDarkPixels(const QImage &picture, const QRect &area)
-{
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (isDark(picture.pixel(x, y)))
-                return true;
-        }
-    }
-    return false;
-}
-
 QLabel *visibleTip()
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
@@ -78,7 +62,7 @@ QString readableText(const QLabel *tip)
 
 } // namespace
 
-class TestZZTableCellLooks : public QObject
+class TestTableCellLooks : public QObject
 {
     Q_OBJECT
 
@@ -92,21 +76,20 @@ private slots:
     void progressCoversItsShareOfTheRow();
     void zeroProgressTakesTheDarkeningAway();
     void boxUnderTheDarkeningStillTakesClicks();
-    void darkeningLetsTheRowShowThrough();
-    void darkeningEndsWhereTheProgressDoes();
+    void darkeningLetsItsShareOfTheRowShowThrough();
     void nameWithLineFeedsIsDrawnOnOneLine();
     void tipShowsTheWholeNameLiterally_data();
     void tipShowsTheWholeNameLiterally();
     void tipLooksLikeAnyOther();
 
 private:
-    ZZTableCell *build(const QString &path, const QIcon &icon = QIcon());
+    ZZTableCell *build(const QString &path = QStringLiteral("/folder/name.txt"));
 
     std::unique_ptr<QTableWidget> table;
 };
 
 /// A row of a table that has a style sheet of its own, as in the main window.
-ZZTableCell *TestZZTableCellLooks::build(const QString &path, const QIcon &icon)
+ZZTableCell *TestTableCellLooks::build(const QString &path)
 {
     table = std::make_unique<QTableWidget>(1, 1);
     table->setStyleSheet(QStringLiteral("border:none;background:none;"));
@@ -115,7 +98,7 @@ ZZTableCell *TestZZTableCellLooks::build(const QString &path, const QIcon &icon)
     table->setShowGrid(false);
     table->resize(800, 100);
     auto *cell = new ZZTableCell(table.get());
-    cell->build(path, icon, QImage(), 0, 0);
+    cell->build(path, QIcon(), QImage(), 0, 0);
     table->setColumnWidth(0, rowSize.width());
     table->setRowHeight(0, rowSize.height());
     table->setCellWidget(0, 0, cell);
@@ -123,14 +106,14 @@ ZZTableCell *TestZZTableCellLooks::build(const QString &path, const QIcon &icon)
     return cell;
 }
 
-void TestZZTableCellLooks::cleanup()
+void TestTableCellLooks::cleanup()
 {
     QToolTip::hideText();
     QTRY_VERIFY(visibleTip() == nullptr);
     table.reset();
 }
 
-void TestZZTableCellLooks::rowImageIsDrawnOnce()
+void TestTableCellLooks::rowImageIsDrawnOnce()
 {
     // The root directory has no name; what else would stand out from the row goes.
     ZZTableCell *cell = build(QStringLiteral("/"));
@@ -145,7 +128,7 @@ void TestZZTableCellLooks::rowImageIsDrawnOnce()
     }
 }
 
-void TestZZTableCellLooks::labelsAddNoBackgroundOfTheirOwn_data()
+void TestTableCellLooks::labelsAddNoBackgroundOfTheirOwn_data()
 {
     QTest::addColumn<int>("opacity");
     QTest::newRow("iconLabel") << 0;
@@ -154,15 +137,15 @@ void TestZZTableCellLooks::labelsAddNoBackgroundOfTheirOwn_data()
     QTest::newRow("progressOverlay") << 70;
 }
 
-void TestZZTableCellLooks::labelsAddNoBackgroundOfTheirOwn()
+void TestTableCellLooks::labelsAddNoBackgroundOfTheirOwn()
 {
-    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    ZZTableCell *cell = build();
     cell->setProgress(100);
     auto *label = cell->findChild<QLabel *>(QString::fromLatin1(QTest::currentDataTag()));
     QTEST(label->grab().toImage().pixelColor(label->rect().bottomRight()).alpha(), "opacity");
 }
 
-void TestZZTableCellLooks::progressCoversItsShareOfTheRow_data()
+void TestTableCellLooks::progressCoversItsShareOfTheRow_data()
 {
     QTest::addColumn<int>("percent");
     QTest::addColumn<int>("width");
@@ -175,10 +158,10 @@ void TestZZTableCellLooks::progressCoversItsShareOfTheRow_data()
     QTest::newRow("negative") << -50 << 0;
 }
 
-void TestZZTableCellLooks::progressCoversItsShareOfTheRow()
+void TestTableCellLooks::progressCoversItsShareOfTheRow()
 {
     QFETCH(int, percent);
-    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    ZZTableCell *cell = build();
     const auto *overlay = cell->findChild<QLabel *>(QStringLiteral("progressOverlay"));
     cell->setProgress(percent);
     QVERIFY(!overlay->isHidden());
@@ -187,9 +170,9 @@ void TestZZTableCellLooks::progressCoversItsShareOfTheRow()
     QTEST(overlay->width(), "width");
 }
 
-void TestZZTableCellLooks::zeroProgressTakesTheDarkeningAway()
+void TestTableCellLooks::zeroProgressTakesTheDarkeningAway()
 {
-    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    ZZTableCell *cell = build();
     const QImage before = pictureOf(cell);
     cell->setProgress(50);
     cell->setProgress(0);
@@ -197,9 +180,9 @@ void TestZZTableCellLooks::zeroProgressTakesTheDarkeningAway()
     QCOMPARE(pictureOf(cell), before);
 }
 
-void TestZZTableCellLooks::boxUnderTheDarkeningStillTakesClicks()
+void TestTableCellLooks::boxUnderTheDarkeningStillTakesClicks()
 {
-    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    ZZTableCell *cell = build();
     const QSignalSpy reports(cell, &ZZTableCell::tableCellClicked);
     cell->setProgress(100);
     QVERIFY(QTest::qWaitForWindowExposed(table.get()));
@@ -209,34 +192,24 @@ void TestZZTableCellLooks::boxUnderTheDarkeningStillTakesClicks()
     QCOMPARE(reports.count(), 1);
 }
 
-void TestZZTableCellLooks::darkeningLetsTheRowShowThrough()
+void TestTableCellLooks::darkeningLetsItsShareOfTheRowShowThrough()
 {
     ZZTableCell *cell = build(QStringLiteral("/folder/WWWWWWWW.txt"));
-    const QImage before = pictureOf(cell);
-    cell->setProgress(100);
-    const QImage after = pictureOf(cell);
-
-    QCOMPARE(after.pixel(0, 15), before.pixel(0, 15));
-    QCOMPARE(after.pixel(777, 15), before.pixel(777, 15));
-    for (int x = 1; x <= 776; ++x) {
-        const int expected = qRed(before.pixel(x, 15)) * (255 - 70) / 255;
-        QVERIFY(qAbs(qRed(after.pixel(x, 15)) - expected) <= 1);
-    }
-    QVERIFY(hasDarkPixels(after, QRect(60, 0, 100, 30)));
-}
-
-void TestZZTableCellLooks::darkeningEndsWhereTheProgressDoes()
-{
-    ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
     const QImage before = pictureOf(cell);
     cell->setProgress(50);
     const QImage after = pictureOf(cell);
     constexpr int last = 388;
-    QVERIFY(after.pixel(last, 25) != before.pixel(last, 25));
-    QCOMPARE(after.pixel(last + 1, 25), before.pixel(last + 1, 25));
+    bool nameIsSeen = false;
+    for (int x = 0; x < after.width(); ++x) {
+        const bool darkened = x >= 1 && x <= last;
+        const int expected = qRed(before.pixel(x, 15)) * (darkened ? 255 - 70 : 255) / 255;
+        QVERIFY(qAbs(qRed(after.pixel(x, 15)) - expected) <= (darkened ? 1 : 0));
+        nameIsSeen = nameIsSeen || (darkened && qGray(after.pixel(x, 15)) < 100);
+    }
+    QVERIFY(nameIsSeen);
 }
 
-void TestZZTableCellLooks::nameWithLineFeedsIsDrawnOnOneLine()
+void TestTableCellLooks::nameWithLineFeedsIsDrawnOnOneLine()
 {
     const QString name = QStringLiteral("W\nW\nW\nW");
     ZZTableCell *cell = build(QStringLiteral("/folder/") + name);
@@ -247,7 +220,7 @@ void TestZZTableCellLooks::nameWithLineFeedsIsDrawnOnOneLine()
     QCOMPARE(drawn, pictureOf(label));
 }
 
-void TestZZTableCellLooks::tipShowsTheWholeNameLiterally_data()
+void TestTableCellLooks::tipShowsTheWholeNameLiterally_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("plain") << QStringLiteral("name.txt");
@@ -257,7 +230,7 @@ void TestZZTableCellLooks::tipShowsTheWholeNameLiterally_data()
     QTest::newRow("line feed") << QStringLiteral("<i>a\nb");
 }
 
-void TestZZTableCellLooks::tipShowsTheWholeNameLiterally()
+void TestTableCellLooks::tipShowsTheWholeNameLiterally()
 {
     QFETCH(QString, name);
     const ZZTableCell *cell = build(QStringLiteral("/folder/") + name);
@@ -268,9 +241,9 @@ void TestZZTableCellLooks::tipShowsTheWholeNameLiterally()
     QCOMPARE(readableText(tip), name);
 }
 
-void TestZZTableCellLooks::tipLooksLikeAnyOther()
+void TestTableCellLooks::tipLooksLikeAnyOther()
 {
-    const ZZTableCell *cell = build(QStringLiteral("/folder/name.txt"));
+    const ZZTableCell *cell = build();
     QLabel *tip = tipOf(cell->findChild<QLabel *>(QStringLiteral("nameLabel")));
     QVERIFY(tip != nullptr);
     const QImage ofRow = pictureOf(tip);
@@ -284,5 +257,5 @@ void TestZZTableCellLooks::tipLooksLikeAnyOther()
     QCOMPARE(ofRow, pictureOf(tip));
 }
 
-TEST_SUITE(zztablecell_looks, TestZZTableCellLooks)
-#include "zztablecell_looks.moc"
+TEST_SUITE(tablecell_looks, TestTableCellLooks)
+#include "tablecell_looks.moc"

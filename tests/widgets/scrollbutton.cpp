@@ -1,8 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-#include "widgets/zzscrollbutton.h"
+// The three widgets for scrolling by dragging.
+
 #include "suites.h"
+#include "widgets/zzscrollarea.h"
+#include "widgets/zzscrollbutton.h"
+#include "widgets/zzwidget.h"
 
 #include <QMouseEvent>
 #include <QSignalSpy>
@@ -15,9 +19,10 @@ namespace
 {
 constexpr QPoint start(100, 60);
 constexpr QPoint held(5, 5);
+constexpr int bothAxes = ZZScrollButton::Vertical | ZZScrollButton::Horizontal;
 } // namespace
 
-class TestZZScrollButton : public QObject
+class TestScrollButton : public QObject
 {
     Q_OBJECT
 
@@ -25,21 +30,20 @@ private slots:
     void init();
     void cleanup();
 
-    void isNotDraggableAtFirst();
     void movesAlongItsAxesOnly_data();
     void movesAlongItsAxesOnly();
     void stepOutOfTheBoundsIsNotTakenOnTheOtherAxisEither();
-    void boundsBelongToTheRange();
-    void reportsZeroAtTheFirstBoundAndHundredAtTheLast();
+    void boundsBelongToTheRangeAndReportZeroAndHundred();
     void percentagesAreTruncated_data();
     void percentagesAreTruncated();
     void rangeWithoutWidthCountsAsHundred();
     void withoutBoundsItMovesFreelyAndReportsHundred();
     void rightDragUsesTheGrabPointOfTheLastLeftPress();
     void releaseOfAnyButtonEndsTheDrag();
-    void pointerMovingOverItWithoutAPressChangesNothing();
+    void isDraggedOnlyWithAnAxisAndAPress();
     void isNeverClicked();
     void fractionsOfPixelsAreRounded();
+    void containersAreNamedChildrenWithoutStyling();
 
 private:
     void press(Qt::MouseButton button = Qt::LeftButton, QPoint inside = held);
@@ -53,7 +57,7 @@ private:
     QPoint pointer;
 };
 
-void TestZZScrollButton::init()
+void TestScrollButton::init()
 {
     window = std::make_unique<QWidget>(nullptr, Qt::FramelessWindowHint);
     window->resize(600, 400);
@@ -64,32 +68,32 @@ void TestZZScrollButton::init()
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
 }
 
-void TestZZScrollButton::cleanup()
+void TestScrollButton::cleanup()
 {
     reports.reset();
     window.reset();
 }
 
-void TestZZScrollButton::press(Qt::MouseButton mouseButton, QPoint inside)
+void TestScrollButton::press(Qt::MouseButton mouseButton, QPoint inside)
 {
     pointer = button->pos() + inside;
     QTest::mousePress(window->windowHandle(), mouseButton, Qt::NoModifier, pointer);
 }
 
-void TestZZScrollButton::release(Qt::MouseButton mouseButton)
+void TestScrollButton::release(Qt::MouseButton mouseButton)
 {
     QTest::mouseRelease(window->windowHandle(), mouseButton, Qt::NoModifier, pointer);
 }
 
 /// One movement of the pointer, @p step away from the point where the button is held.
-void TestZZScrollButton::dragBy(QPoint step)
+void TestScrollButton::dragBy(QPoint step)
 {
     pointer = button->pos() + held + step;
     QTest::mouseMove(window->windowHandle(), pointer);
 }
 
 /// The percentages reported last; a place no report can name when there is none.
-QPoint TestZZScrollButton::lastReport() const
+QPoint TestScrollButton::lastReport() const
 {
     if (reports->isEmpty())
         return {-1, -1};
@@ -97,17 +101,7 @@ QPoint TestZZScrollButton::lastReport() const
     return {arguments.at(0).toInt(), arguments.at(1).toInt()};
 }
 
-void TestZZScrollButton::isNotDraggableAtFirst()
-{
-    button->setBounds(0, 0, 500, 300);
-    press();
-    dragBy(QPoint(10, 10));
-    release();
-    QCOMPARE(button->pos(), start);
-    QCOMPARE(reports->count(), 0);
-}
-
-void TestZZScrollButton::movesAlongItsAxesOnly_data()
+void TestScrollButton::movesAlongItsAxesOnly_data()
 {
     QTest::addColumn<int>("axes");
     QTest::addColumn<QPoint>("step");
@@ -118,7 +112,7 @@ void TestZZScrollButton::movesAlongItsAxesOnly_data()
     QTest::newRow("bits without meaning") << 4 << QPoint(0, 0) << QPoint(20, 20);
 }
 
-void TestZZScrollButton::movesAlongItsAxesOnly()
+void TestScrollButton::movesAlongItsAxesOnly()
 {
     QFETCH(int, axes);
     button->setBounds(0, 0, 500, 300);
@@ -131,10 +125,10 @@ void TestZZScrollButton::movesAlongItsAxesOnly()
     QTEST(lastReport(), "percentages");
 }
 
-void TestZZScrollButton::stepOutOfTheBoundsIsNotTakenOnTheOtherAxisEither()
+void TestScrollButton::stepOutOfTheBoundsIsNotTakenOnTheOtherAxisEither()
 {
     button->setBounds(50, 50, 100, 100);
-    button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
+    button->setDragAxes(bothAxes);
     press();
     dragBy(QPoint(51, 10));
     QCOMPARE(button->pos(), start);
@@ -144,31 +138,21 @@ void TestZZScrollButton::stepOutOfTheBoundsIsNotTakenOnTheOtherAxisEither()
     release();
 }
 
-void TestZZScrollButton::boundsBelongToTheRange()
-{
-    button->setBounds(50, 50, 100, 100);
-    button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
-    press();
-    dragBy(QPoint(50, 90));
-    QCOMPARE(button->pos(), QPoint(150, 150));
-    dragBy(QPoint(-100, -100));
-    QCOMPARE(button->pos(), QPoint(50, 50));
-    release();
-}
-
-void TestZZScrollButton::reportsZeroAtTheFirstBoundAndHundredAtTheLast()
+void TestScrollButton::boundsBelongToTheRangeAndReportZeroAndHundred()
 {
     button->setBounds(50, 50, 100, 77);
-    button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
+    button->setDragAxes(bothAxes);
     press();
     dragBy(QPoint(50, 67));
+    QCOMPARE(button->pos(), QPoint(150, 127));
     QCOMPARE(lastReport(), QPoint(100, 100));
     dragBy(QPoint(-100, -77));
+    QCOMPARE(button->pos(), QPoint(50, 50));
     QCOMPARE(lastReport(), QPoint(0, 0));
     release();
 }
 
-void TestZZScrollButton::percentagesAreTruncated_data()
+void TestScrollButton::percentagesAreTruncated_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("percentage");
@@ -177,7 +161,7 @@ void TestZZScrollButton::percentagesAreTruncated_data()
     QTest::newRow("whole") << 103 << 100;
 }
 
-void TestZZScrollButton::percentagesAreTruncated()
+void TestScrollButton::percentagesAreTruncated()
 {
     QFETCH(int, x);
     button->setBounds(start.x(), start.y(), 3, 3);
@@ -188,7 +172,7 @@ void TestZZScrollButton::percentagesAreTruncated()
     QTEST(lastReport().x(), "percentage");
 }
 
-void TestZZScrollButton::rangeWithoutWidthCountsAsHundred()
+void TestScrollButton::rangeWithoutWidthCountsAsHundred()
 {
     button->setBounds(start.x(), 0, 0, 300);
     button->setDragAxes(ZZScrollButton::Vertical);
@@ -198,9 +182,9 @@ void TestZZScrollButton::rangeWithoutWidthCountsAsHundred()
     QCOMPARE(lastReport(), QPoint(100, 50));
 }
 
-void TestZZScrollButton::withoutBoundsItMovesFreelyAndReportsHundred()
+void TestScrollButton::withoutBoundsItMovesFreelyAndReportsHundred()
 {
-    button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
+    button->setDragAxes(bothAxes);
     press();
     dragBy(QPoint(-140, 90));
     release();
@@ -208,7 +192,7 @@ void TestZZScrollButton::withoutBoundsItMovesFreelyAndReportsHundred()
     QCOMPARE(lastReport(), QPoint(100, 100));
 }
 
-void TestZZScrollButton::rightDragUsesTheGrabPointOfTheLastLeftPress()
+void TestScrollButton::rightDragUsesTheGrabPointOfTheLastLeftPress()
 {
     button->setBounds(0, 0, 500, 300);
     button->setDragAxes(ZZScrollButton::Horizontal);
@@ -220,7 +204,7 @@ void TestZZScrollButton::rightDragUsesTheGrabPointOfTheLastLeftPress()
     QCOMPARE(button->pos(), start + QPoint(20, 0));
 }
 
-void TestZZScrollButton::releaseOfAnyButtonEndsTheDrag()
+void TestScrollButton::releaseOfAnyButtonEndsTheDrag()
 {
     button->setBounds(0, 0, 500, 300);
     button->setDragAxes(ZZScrollButton::Horizontal);
@@ -232,19 +216,21 @@ void TestZZScrollButton::releaseOfAnyButtonEndsTheDrag()
     QCOMPARE(button->pos(), start);
 }
 
-void TestZZScrollButton::pointerMovingOverItWithoutAPressChangesNothing()
+void TestScrollButton::isDraggedOnlyWithAnAxisAndAPress()
 {
-    // With mouse tracking it hears of every movement.
-    QVERIFY(button->hasMouseTracking());
     button->setBounds(0, 0, 500, 300);
-    button->setDragAxes(ZZScrollButton::Horizontal);
+    press();
+    dragBy(QPoint(10, 10));
+    release();
+    // With mouse tracking it is told every movement of the pointer.
+    QVERIFY(button->hasMouseTracking());
+    button->setDragAxes(bothAxes);
     dragBy(QPoint(3, 3));
-    dragBy(QPoint(6, 6));
     QCOMPARE(button->pos(), start);
     QCOMPARE(reports->count(), 0);
 }
 
-void TestZZScrollButton::isNeverClicked()
+void TestScrollButton::isNeverClicked()
 {
     const QSignalSpy clicks(button, &QPushButton::clicked);
     QTest::mouseClick(button, Qt::LeftButton);
@@ -253,9 +239,9 @@ void TestZZScrollButton::isNeverClicked()
     QCOMPARE(clicks.count(), 0);
 }
 
-void TestZZScrollButton::fractionsOfPixelsAreRounded()
+void TestScrollButton::fractionsOfPixelsAreRounded()
 {
-    button->setDragAxes(ZZScrollButton::Vertical | ZZScrollButton::Horizontal);
+    button->setDragAxes(bothAxes);
     QMouseEvent pressed(QEvent::MouseButtonPress, QPointF(4.5, 4.4), Qt::LeftButton, Qt::LeftButton,
                         Qt::NoModifier);
     QApplication::sendEvent(button, &pressed);
@@ -265,5 +251,17 @@ void TestZZScrollButton::fractionsOfPixelsAreRounded()
     QCOMPARE(button->pos(), start + QPoint(10 - 5, 9 - 4));
 }
 
-TEST_SUITE(zzscrollbutton, TestZZScrollButton)
-#include "zzscrollbutton.moc"
+void TestScrollButton::containersAreNamedChildrenWithoutStyling()
+{
+    const ZZWidget *widget = new ZZWidget(window.get());
+    const ZZScrollArea *area = new ZZScrollArea(window.get());
+    QCOMPARE(widget->metaObject()->className(), "ZZWidget");
+    QCOMPARE(area->metaObject()->className(), "ZZScrollArea");
+    for (const QWidget *container : QList<const QWidget *>{widget, area}) {
+        QCOMPARE(container->parentWidget(), window.get());
+        QVERIFY(container->styleSheet().isEmpty());
+    }
+}
+
+TEST_SUITE(scrollbutton, TestScrollButton)
+#include "scrollbutton.moc"
