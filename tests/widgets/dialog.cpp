@@ -62,11 +62,10 @@ private slots:
     void buttonsTakeNoFocus();
     void kindChoosesIconAndButtons_data();
     void kindChoosesIconAndButtons();
-    void messageIsPlainAndWraps();
     void longMessageWrapsInItsPlace();
     void secondContentChangesNothing();
-    void confirmationHasBothButtons();
-    void refusalOfSystemFilesKeepsOkInItsPlace();
+    void formsDifferInTextAndButtons_data();
+    void formsDifferInTextAndButtons();
     void buttonsAnswer_data();
     void buttonsAnswer();
     void escapeRejectsAndEnterAnswersNothing();
@@ -170,19 +169,6 @@ void TestDialog::kindChoosesIconAndButtons()
     QCOMPARE(child(dialog, "okButton")->geometry(), asks ? leftButtonPlace : rightButtonPlace);
 }
 
-void TestDialog::messageIsPlainAndWraps()
-{
-    CustomDialog dialog;
-    dialog.setMessage(QStringLiteral("first\n<b>second"), DialogKind::Success);
-    const auto *text = child<QLabel>(dialog, "messageText");
-    QCOMPARE(text->text(), QStringLiteral("first\n<b>second"));
-    QCOMPARE(text->textFormat(), Qt::PlainText);
-    QVERIFY(text->wordWrap());
-    QCOMPARE(text->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
-    QCOMPARE(text->styleSheet(),
-             QStringLiteral("color:#444444;font-size:14px;background:none;line-height:20px;"));
-}
-
 void TestDialog::longMessageWrapsInItsPlace()
 {
     CustomDialog dialog;
@@ -212,30 +198,48 @@ void TestDialog::secondContentChangesNothing()
     QCOMPARE(child(dialog, "okButton")->geometry(), leftButtonPlace);
 }
 
-void TestDialog::confirmationHasBothButtons()
+void TestDialog::formsDifferInTextAndButtons_data()
 {
-    CustomDialog dialog;
-    dialog.setConfirmCrush();
-    const auto *text = child<QLabel>(dialog, "messageText");
-    QCOMPARE(text->text(), QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"));
-    QCOMPARE(text->alignment(), Qt::AlignLeft | Qt::AlignTop);
-    QCOMPARE(text->styleSheet(), QStringLiteral("color:#444444;font-size:14px;background:none"));
-    QVERIFY(text->wordWrap());
-    QCOMPARE(sheetOf(dialog, "messageIcon"),
-             QStringLiteral("background-image:url(:/images/ico_war)"));
-    QVERIFY(!child(dialog, "cancelButton")->isHidden());
-    QCOMPARE(child(dialog, "okButton")->geometry(), leftButtonPlace);
+    QTest::addColumn<int>("form");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("startsAtTheTop");
+    QTest::addColumn<bool>("hasCancel");
+    QTest::addColumn<QRect>("okPlace");
+    QTest::newRow("message") << 0 << QStringLiteral("first\n<b>second") << false << false
+                             << rightButtonPlace;
+    QTest::newRow("confirmation") << 1
+                                  << QStringLiteral(
+                                         "选中的内容将被彻底删除，确定要粉碎选定的内容吗？")
+                                  << true << true << leftButtonPlace;
+    // Unlike a message it leaves the OK button where it is.
+    QTest::newRow("refusal of system files")
+        << 2 << QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎") << true << false
+        << leftButtonPlace;
 }
 
-void TestDialog::refusalOfSystemFilesKeepsOkInItsPlace()
+void TestDialog::formsDifferInTextAndButtons()
 {
+    QFETCH(int, form);
+    QFETCH(QString, text);
+    QFETCH(bool, startsAtTheTop);
     CustomDialog dialog;
-    dialog.setSystemFileRefusal();
-    const auto *text = child<QLabel>(dialog, "messageText");
-    QCOMPARE(text->text(), QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎"));
-    QCOMPARE(text->alignment(), Qt::AlignLeft | Qt::AlignTop);
-    QVERIFY(child(dialog, "cancelButton")->isHidden());
-    QCOMPARE(child(dialog, "okButton")->geometry(), leftButtonPlace);
+    if (form == 0)
+        dialog.setMessage(text, DialogKind::Failure);
+    else
+        form == 1 ? dialog.setConfirmCrush() : dialog.setSystemFileRefusal();
+    const auto *label = child<QLabel>(dialog, "messageText");
+    QCOMPARE(label->text(), text);
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY(label->wordWrap());
+    QCOMPARE(label->alignment(),
+             Qt::AlignLeft | (startsAtTheTop ? Qt::AlignTop : Qt::AlignVCenter));
+    const QString sheet = QStringLiteral("color:#444444;font-size:14px;background:none");
+    QCOMPARE(label->styleSheet(),
+             startsAtTheTop ? sheet : sheet + QStringLiteral(";line-height:20px;"));
+    QCOMPARE(sheetOf(dialog, "messageIcon"),
+             QStringLiteral("background-image:url(:/images/ico_war)"));
+    QTEST(!child(dialog, "cancelButton")->isHidden(), "hasCancel");
+    QTEST(child(dialog, "okButton")->geometry(), "okPlace");
 }
 
 void TestDialog::buttonsAnswer_data()

@@ -28,16 +28,12 @@ class TestScrollButton : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { reports.reset(); }
 
-    void movesAlongItsAxesOnly_data();
-    void movesAlongItsAxesOnly();
+    void movesAlongItsAxesOnlyAndReportsPercentages_data();
+    void movesAlongItsAxesOnlyAndReportsPercentages();
     void stepOutOfTheBoundsIsNotTakenOnTheOtherAxisEither();
     void boundsBelongToTheRangeAndReportZeroAndHundred();
-    void percentagesAreTruncated_data();
-    void percentagesAreTruncated();
-    void rangeWithoutWidthCountsAsHundred();
-    void withoutBoundsItMovesFreelyAndReportsHundred();
     void rightDragUsesTheGrabPointOfTheLastLeftPress();
     void releaseOfAnyButtonEndsTheDrag();
     void isDraggedOnlyWithAnAxisAndAPress();
@@ -49,7 +45,11 @@ private:
     void press(Qt::MouseButton button = Qt::LeftButton, QPoint inside = held);
     void release(Qt::MouseButton button = Qt::LeftButton);
     void dragBy(QPoint step);
-    QPoint lastReport() const;
+    QPoint lastReport() const
+    {
+        const QList<QVariant> arguments = reports->value(reports->count() - 1);
+        return {arguments.value(0).toInt(), arguments.value(1).toInt()};
+    }
 
     std::unique_ptr<QWidget> window;
     ZZScrollButton *button = nullptr;
@@ -66,12 +66,6 @@ void TestScrollButton::init()
     reports = std::make_unique<QSignalSpy>(button, &ZZScrollButton::mouseDrag);
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-}
-
-void TestScrollButton::cleanup()
-{
-    reports.reset();
-    window.reset();
 }
 
 void TestScrollButton::press(Qt::MouseButton mouseButton, QPoint inside)
@@ -92,33 +86,40 @@ void TestScrollButton::dragBy(QPoint step)
     QTest::mouseMove(window->windowHandle(), pointer);
 }
 
-/// The percentages reported last; a place no report can name when there is none.
-QPoint TestScrollButton::lastReport() const
-{
-    if (reports->isEmpty())
-        return {-1, -1};
-    const QList<QVariant> arguments = reports->last();
-    return {arguments.at(0).toInt(), arguments.at(1).toInt()};
-}
-
-void TestScrollButton::movesAlongItsAxesOnly_data()
+void TestScrollButton::movesAlongItsAxesOnlyAndReportsPercentages_data()
 {
     QTest::addColumn<int>("axes");
+    QTest::addColumn<QRect>("bounds");
+    QTest::addColumn<QPoint>("pulled");
     QTest::addColumn<QPoint>("step");
     QTest::addColumn<QPoint>("percentages");
-    QTest::newRow("vertical") << 1 << QPoint(0, 30) << QPoint(20, 30);
-    QTest::newRow("horizontal") << 2 << QPoint(50, 0) << QPoint(30, 20);
-    QTest::newRow("both") << 3 << QPoint(50, 30) << QPoint(30, 30);
-    QTest::newRow("bits without meaning") << 4 << QPoint(0, 0) << QPoint(20, 20);
+    const QRect wide(0, 0, 500, 300);
+    const QRect narrow(start, QSize(3, 3));
+    const QRect line(start.x(), 0, 0, 300);
+    const auto add = [](const char *name, int axes, const QRect &bounds, QPoint pulled, QPoint step,
+                        QPoint percentages) {
+        QTest::newRow(name) << axes << bounds << pulled << step << percentages;
+    };
+    add("vertical", 1, wide, {50, 30}, {0, 30}, {20, 30});
+    add("horizontal", 2, wide, {50, 30}, {50, 0}, {30, 20});
+    add("both", 3, wide, {50, 30}, {50, 30}, {30, 30});
+    add("bits without meaning", 4, wide, {50, 30}, {0, 0}, {20, 20});
+    add("a third is truncated", 2, narrow, {1, 0}, {1, 0}, {33, 0});
+    add("two thirds are truncated", 2, narrow, {2, 0}, {2, 0}, {66, 0});
+    add("range without width counts as 100", 1, line, {0, 90}, {0, 90}, {100, 50});
+    add("without bounds", 3, QRect(), {-140, 90}, {-140, 90}, {100, 100});
 }
 
-void TestScrollButton::movesAlongItsAxesOnly()
+void TestScrollButton::movesAlongItsAxesOnlyAndReportsPercentages()
 {
     QFETCH(int, axes);
-    button->setBounds(0, 0, 500, 300);
+    QFETCH(QRect, bounds);
+    QFETCH(QPoint, pulled);
+    if (!bounds.isNull())
+        button->setBounds(bounds.x(), bounds.y(), bounds.width(), bounds.height());
     button->setDragAxes(axes);
     press();
-    dragBy(QPoint(50, 30));
+    dragBy(pulled);
     release();
     QTEST(button->pos() - start, "step");
     QCOMPARE(reports->count(), 1);
@@ -150,46 +151,6 @@ void TestScrollButton::boundsBelongToTheRangeAndReportZeroAndHundred()
     QCOMPARE(button->pos(), QPoint(50, 50));
     QCOMPARE(lastReport(), QPoint(0, 0));
     release();
-}
-
-void TestScrollButton::percentagesAreTruncated_data()
-{
-    QTest::addColumn<int>("x");
-    QTest::addColumn<int>("percentage");
-    QTest::newRow("a third") << 101 << 33;
-    QTest::newRow("two thirds") << 102 << 66;
-    QTest::newRow("whole") << 103 << 100;
-}
-
-void TestScrollButton::percentagesAreTruncated()
-{
-    QFETCH(int, x);
-    button->setBounds(start.x(), start.y(), 3, 3);
-    button->setDragAxes(ZZScrollButton::Horizontal);
-    press();
-    dragBy(QPoint(x - start.x(), 0));
-    release();
-    QTEST(lastReport().x(), "percentage");
-}
-
-void TestScrollButton::rangeWithoutWidthCountsAsHundred()
-{
-    button->setBounds(start.x(), 0, 0, 300);
-    button->setDragAxes(ZZScrollButton::Vertical);
-    press();
-    dragBy(QPoint(0, 90));
-    release();
-    QCOMPARE(lastReport(), QPoint(100, 50));
-}
-
-void TestScrollButton::withoutBoundsItMovesFreelyAndReportsHundred()
-{
-    button->setDragAxes(bothAxes);
-    press();
-    dragBy(QPoint(-140, 90));
-    release();
-    QCOMPARE(button->pos(), start + QPoint(-140, 90));
-    QCOMPARE(lastReport(), QPoint(100, 100));
 }
 
 void TestScrollButton::rightDragUsesTheGrabPointOfTheLastLeftPress()
