@@ -68,9 +68,9 @@ void TestEndToEndScale::windowHasTheSizeThatTheScreenAsksFor()
     const QSize screen = QSize(1920, 1080) * scale;
     DesktopSession other;
     QVERIFY2(other.start(screen, dotsPerInch), qPrintable(other.problem()));
-    RunningShredder onOther(other, *user);
-    QVERIFY(onOther.openWindow());
-    QCOMPARE(onOther.mainWindowOnScreen(), middleOf(screen, scale));
+    RunningShredder there(other, *user);
+    QVERIFY(there.openWindow());
+    QCOMPARE(there.mainWindowOnScreen(), middleOf(screen, scale));
 }
 
 void TestEndToEndScale::windowHasTheSizeThatTheUserAsksFor_data()
