@@ -3,7 +3,7 @@
 
 // One instance a user: a write lock on a file in the user's home directory. Only
 // the lock counts, and the kernel releases it when the process ends. The pid in
-// the file is for people to read; a stale file is harmless.
+// the file is for people to read; a stale file is harmless. For the main thread.
 
 #pragma once
 

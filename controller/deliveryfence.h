@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Orders the signals of the controller's two threads. Those of the controller
-// thread are queued, those of its slots in the GUI thread are direct and would
-// arrive earlier, and a row number would then mean another row. So a slot first
-// calls deliverPending(), which delivers what was emitted within each Emission.
-// Lives in the GUI thread; owned by the controller.
+// Orders the signals of the controller thread, which are queued, and of the controller's slots in
+// the GUI thread, which are direct and would arrive earlier: before a slot reads the job list it
+// calls deliverPending(), which delivers what was emitted within each Emission. Lives in the GUI
+// thread; owned by the controller.
 
 #pragma once
 
@@ -23,7 +22,7 @@ public:
     explicit DeliveryFence(QObject *parent = nullptr);
 
     /// Exists from before a change of the job list until its signals are emitted. Meanwhile its
-    /// thread must not wait for a lock that the GUI thread may hold.
+    /// thread must not wait for a lock that the GUI thread may hold, except for leaves.
     class Emission final
     {
     public:

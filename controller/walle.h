@@ -33,7 +33,7 @@ public:
     explicit Walle(QObject *parent = nullptr);
     ~Walle() override;
 
-    // Requests of the window, from the GUI thread. None of them waits.
+    // Requests of the window, from the GUI thread. All but shutDown() return at once.
 
     /// Queues a WalleCommand; any other code is taken and ignored.
     void postCommand(int code);

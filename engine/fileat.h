@@ -53,8 +53,8 @@ struct OpenFile {
     bool isOpen() const { return stream != nullptr; }
 };
 
-/// The names in the folder @p directory, open for reading, but "." and "..", whatever type the file
-/// system reports for them; walking into ".." would leave the tree. Empty when unreadable.
+/// The names in @p directory, which is open for reading and closed then, without "." and "..",
+/// whatever type the file system reports for them. Empty when it cannot be read.
 QVector<QByteArray> namesIn(Descriptor directory);
 /// The names in the open folder @p directory, which need not be open for reading.
 QVector<QByteArray> namesIn(int directory);
