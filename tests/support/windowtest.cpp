@@ -3,15 +3,71 @@
 
 #include "windowtest.h"
 
-#include "widgets/zztablecell.h"
-
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QFile>
-#include <QTableWidget>
+#include <QUrl>
+#include <QWindow>
 #include <QtTest>
 
 namespace testsupport
 {
+
+void ShownWindow::show()
+{
+    window = std::make_unique<MainWindow>();
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get(), patience))
+        qFatal("the window does not appear");
+}
+
+QString ShownWindow::textOf(const char *name) const
+{
+    return find(name)->property("text").toString();
+}
+
+bool ShownWindow::isTicked(const char *name) const
+{
+    return find<QAbstractButton>(name)->isChecked();
+}
+
+ZZTableCell *ShownWindow::cell(int row) const
+{
+    return qobject_cast<ZZTableCell *>(table()->cellWidget(row, 0));
+}
+
+QWidget *ShownWindow::partOf(int row, const char *name) const
+{
+    return cell(row)->findChild<QWidget *>(QString::fromLatin1(name));
+}
+
+QStringList ShownWindow::rows() const
+{
+    QStringList paths;
+    for (int row = 0; row < table()->rowCount(); ++row)
+        paths.append(cell(row)->fullPath());
+    return paths;
+}
+
+QStringList ShownWindow::tickedRows() const
+{
+    QStringList paths;
+    for (int row = 0; row < table()->rowCount(); ++row) {
+        if (cell(row)->isChecked())
+            paths.append(cell(row)->fullPath());
+    }
+    return paths;
+}
+
+void ShownWindow::click(QWidget *widget)
+{
+    const QPoint place = widget->visibleRegion().boundingRect().center();
+    QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      widget->mapTo(widget->window(), place));
+}
 
 const SandboxHome &testHome()
 {
@@ -30,13 +86,22 @@ void moveIntoTestHome()
     qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
 }
 
+std::unique_ptr<QMimeData> dragOf(const QStringList &paths)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    auto data = std::make_unique<QMimeData>();
+    data->setUrls(urls);
+    return data;
+}
+
 void WindowTest::init()
 {
     testHome().forgetHistory();
     tree = std::make_unique<TemporaryTree>();
     dialogs = std::make_unique<DialogDriver>();
-    window = std::make_unique<ShownWindow>();
-    mainWindow = &**window;
+    show();
 }
 
 void WindowTest::cleanup()
@@ -61,19 +126,25 @@ QString WindowTest::makeBigFolder(int files) const
     return tree->path(QStringLiteral("big"));
 }
 
-QString WindowTest::makeFailingFolder() const
+WindowTest::DropOutcome WindowTest::letGo(const QMimeData &data) const
 {
-    const QString folder = tree->makeFolder(QStringLiteral("failing"));
-    tree->makeFifo(QStringLiteral("failing/fifo"));
-    return folder;
+    const QPoint place = window->rect().center();
+    const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(window.get(), &enter);
+    QDropEvent letGo(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    letGo.ignore();
+    QApplication::sendEvent(window.get(), &letGo);
+    return {enter.isAccepted(), letGo.isAccepted()};
 }
 
 void WindowTest::drop(const QStringList &paths)
 {
-    const int before = window->table()->rowCount();
-    window->drop(paths);
+    const int before = table()->rowCount();
+    letGo(paths);
     settle();
-    QCOMPARE(window->rows().mid(before), paths);
+    QCOMPARE(rows().mid(before), paths);
 }
 
 QStringList WindowTest::dropFiles(int count)
@@ -83,34 +154,39 @@ QStringList WindowTest::dropFiles(int count)
     return files;
 }
 
-QWidget *WindowTest::overlayOf(int row) const
-{
-    return window->cell(row)->findChild<QWidget *>(QStringLiteral("progressOverlay"));
-}
-
 void WindowTest::settle()
 {
-    QVERIFY(window->settle());
+    // Commands are performed in order, and a copy answers whatever the state of things.
+    const QString uncopied = QStringLiteral("nothing was copied yet");
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->setText(uncopied);
+    window->copyToClipboardEva();
+    PROMPTLY_VERIFY(clipboard->text() != uncopied);
 }
 
 void WindowTest::press(const char *name)
 {
-    window->click(name);
+    click(name);
     settle();
 }
 
 void WindowTest::pressRow(int row)
 {
-    window->clickRow(row);
+    clickRow(row);
     settle();
+}
+
+void WindowTest::beginCrush()
+{
+    dialogs->next(Answer::Ok);
+    dialogs->next(Answer::Ok);
+    click("crushButton");
 }
 
 void WindowTest::crush()
 {
     const int before = dialogs->seen().size();
-    dialogs->next(Answer::Ok);
-    dialogs->next(Answer::Ok);
-    window->click("crushButton");
+    beginCrush();
     PROMPTLY_COMPARE(dialogs->seen().size(), before + 2);
     PROMPTLY_VERIFY(dialogs->isDone());
 }

@@ -9,16 +9,59 @@
 #include "dialogdriver.h"
 #include "promptly.h"
 #include "sandboxhome.h"
-#include "shownwindow.h"
 #include "temporarytree.h"
+#include "ui/mainwindow.h"
+#include "widgets/zztablecell.h"
 
-#include <QObject>
+#include <QMimeData>
+#include <QPoint>
 #include <QStringList>
+#include <QTableWidget>
 
 #include <memory>
 
 namespace testsupport
 {
+
+/// A main window on screen, met as its user meets it: clicks go through the window, so they land
+/// on whatever is topmost there, and widgets are found by object name. Behind it works a real
+/// controller, which stays behind, silent, when the window goes.
+class ShownWindow
+{
+protected:
+    void show();
+
+    /// The widget called @p name, of this window or of the history window; there must be one.
+    template <class Widget = QWidget>
+    Widget *find(const char *name) const
+    {
+        auto *widget = window->findChild<Widget *>(QString::fromLatin1(name));
+        if (widget == nullptr)
+            qFatal("no widget is called %s", name);
+        return widget;
+    }
+    QString textOf(const char *name) const;
+    bool isEnabled(const char *name) const { return find(name)->isEnabled(); }
+    bool isTicked(const char *name) const;
+
+    QTableWidget *table() const { return find<QTableWidget>("mainTable"); }
+    ZZTableCell *cell(int row) const;
+    /// The widget called @p name of @p row.
+    QWidget *partOf(int row, const char *name) const;
+    QWidget *overlayOf(int row) const { return partOf(row, "progressOverlay"); }
+    /// The paths of the rows, from top to bottom.
+    QStringList rows() const;
+    /// The paths of the rows with a tick.
+    QStringList tickedRows() const;
+
+    void click(const char *name) const { click(find(name)); }
+    /// Clicks the middle of what can be seen of @p widget.
+    static void click(QWidget *widget);
+    void clickRow(int row) const { click(partOf(row, "nameLabel")); }
+    void clickTickBox(int row) const { click(partOf(row, "checkBox")); }
+
+    std::unique_ptr<MainWindow> window;
+};
 
 /// The home of this test program.
 const SandboxHome &testHome();
@@ -28,7 +71,10 @@ const SandboxHome &testHome();
 /// is what it was.
 void moveIntoTestHome();
 
-class WindowTest : public QObject
+/// The data of a drag of the files @p paths.
+std::unique_ptr<QMimeData> dragOf(const QStringList &paths);
+
+class WindowTest : public QObject, protected ShownWindow
 {
     Q_OBJECT
 
@@ -41,29 +87,35 @@ protected:
     QStringList makeFiles(int count) const;
     /// Makes a folder of @p files files and returns its path.
     QString makeBigFolder(int files) const;
-    /// Makes a folder that cannot be shredded, as it holds a fifo, and returns its path.
-    QString makeFailingFolder() const;
-    /// Drops @p paths on the window and waits until they are its last rows.
+
+    struct DropOutcome {
+        bool entered = false;  ///< the window would take the drop
+        bool accepted = false; ///< the drop was accepted
+    };
+    /// Drags @p data over the window and lets go, which a window that refused does not hear of.
+    DropOutcome letGo(const QMimeData &data) const;
+    void letGo(const QStringList &paths) const { letGo(*dragOf(paths)); }
+    /// Drops @p paths and waits until they are the last rows.
     void drop(const QStringList &paths);
     /// Makes @p count files as above, drops them and waits for their rows.
     QStringList dropFiles(int count);
-    /// What darkens @p row of the main table.
-    QWidget *overlayOf(int row) const;
-    /// Waits until the controller has answered everything, and the window has shown it.
+
+    /// Waits until the controller has performed everything that was posted, and the window has
+    /// shown it. Uses the clipboard.
     void settle();
     /// Clicks the button @p name and waits for what comes of it.
     void press(const char *name);
     /// Clicks the name in @p row and waits for what comes of it.
     void pressRow(int row);
-    /// Presses the crush button, says OK to the question and to the report, and waits for that.
+    /// Presses the crush button and plans an OK to the question and one to the report.
+    void beginCrush();
+    /// As beginCrush(), and waits for the end of the report.
     void crush();
     /// The texts of the reports seen so far: of dialogs that ask nothing.
     QStringList reports() const;
 
     std::unique_ptr<TemporaryTree> tree;
-    std::unique_ptr<ShownWindow> window;
     std::unique_ptr<DialogDriver> dialogs;
-    MainWindow *mainWindow = nullptr; ///< the same window, for its slots
 };
 
 // The texts of the crush button.
@@ -80,6 +132,12 @@ inline QString runningText()
 inline QString stoppingText()
 {
     return QStringLiteral("正在停止");
+}
+
+/// What the header says once @p count entries were shredded.
+inline QString headerText(int count)
+{
+    return QStringLiteral("已成功粉碎%1个文件（文件夹）").arg(count);
 }
 
 } // namespace testsupport

@@ -8,10 +8,9 @@
 #include "ui/accessiblerows.h"
 #include "windowtest.h"
 
-#include <QTableWidget>
 #include <QtTest>
 
-using testsupport::WindowTest;
+using namespace testsupport;
 
 class TestAccessibility : public WindowTest
 {
@@ -30,21 +29,21 @@ private slots:
 private:
     QAccessibleInterface *list(const char *table) const
     {
-        return QAccessible::queryAccessibleInterface(window->find(table));
+        return QAccessible::queryAccessibleInterface(find(table));
     }
     QAccessibleInterface *openHistory();
     void record(const QString &name)
     {
-        mainWindow->historyTableAddItemEva(QStringLiteral("2026-01-02"), name,
-                                           QStringLiteral("/folder"));
+        window->historyTableAddItemEva(QStringLiteral("2026-01-02"), name,
+                                       QStringLiteral("/folder"));
     }
     static QStringList namesIn(const QAccessibleInterface *list);
 };
 
 QAccessibleInterface *TestAccessibility::openHistory()
 {
-    window->click("historyLink");
-    window->settle();
+    click("historyLink");
+    settle();
     return list("historyTable");
 }
 
@@ -65,7 +64,7 @@ void TestAccessibility::tableIsAListOfItsCells()
     QCOMPARE(rows->indexOfChild(rows->child(1)), 1);
     QCOMPARE(rows->child(1)->parent(), rows);
     QCOMPARE(rows->child(2), nullptr);
-    mainWindow->removeRowFromMainTableEva(0);
+    window->removeRowFromMainTableEva(0);
     QCOMPARE(namesIn(rows), QStringList(QStringLiteral("1")));
 }
 
@@ -106,7 +105,7 @@ void TestAccessibility::historyRowKeepsItsEntryWhileOthersComeAndGo()
     record(QStringLiteral("first"));
     QCOMPARE(second->text(QAccessible::Name), QStringLiteral("second"));
     QCOMPARE(rows->indexOfChild(second), 1);
-    mainWindow->removeRowFromHistoryTableEva(1);
+    window->removeRowFromHistoryTableEva(1);
     QCOMPARE(namesIn(rows), (QStringList{QStringLiteral("first"), QStringLiteral("third")}));
 }
 
@@ -126,10 +125,10 @@ void TestAccessibility::clearedEntriesAreForgotten()
     const QAccessibleInterface *rows = openHistory();
     record(QStringLiteral("gone"));
     const QAccessible::Id id = QAccessible::uniqueId(rows->child(0));
-    mainWindow->removeAllFromHistoryEva();
+    window->removeAllFromHistoryEva();
     QCOMPARE(rows->childCount(), 0);
     QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
-    window->click("historyCloseButton");
+    click("historyCloseButton");
     openHistory();
     record(QStringLiteral("new"));
     QCOMPARE(namesIn(rows), QStringList(QStringLiteral("new")));

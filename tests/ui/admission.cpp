@@ -13,15 +13,10 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMimeData>
-#include <QTableWidget>
 #include <QThread>
 #include <QtTest>
 
-using testsupport::Answer;
-using testsupport::DialogDriver;
-using testsupport::testHome;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -51,26 +46,15 @@ private slots:
     void controllerWaitsUntilTheRefusalReportIsClosed();
 
 private:
-    /// Drops @p paths and returns what the report says below its header; empty when there is none.
-    QStringList reportOf(const QStringList &paths);
     /// The window with a row and its select-all box disabled, until the next batch is performed.
     void disableSelectAllBox();
 };
 
-QStringList TestAdmission::reportOf(const QStringList &paths)
-{
-    dialogs->next(Answer::Ok);
-    window->drop(paths);
-    if (!window->settle() || dialogs->seen().size() != 1)
-        return {};
-    return dialogs->seen().first().text.split(QLatin1Char('\n')).mid(1);
-}
-
 void TestAdmission::disableSelectAllBox()
 {
     dropFiles(1);
-    QVERIFY(window->isEnabled("selectAllCheckBox"));
-    mainWindow->setSelectAllCheckBoxEnabledEva(false);
+    QVERIFY(isEnabled("selectAllCheckBox"));
+    window->setSelectAllCheckBoxEnabledEva(false);
 }
 
 void TestAdmission::cancelledFileDialogPostsAnEmptyBatch()
@@ -82,10 +66,10 @@ void TestAdmission::cancelledFileDialogPostsAnEmptyBatch()
         isFileDialog = qobject_cast<QFileDialog *>(&dialog) != nullptr;
         DialogDriver::press(dialog, Answer::Escape);
     });
-    window->click("addButton");
+    click("addButton");
     QVERIFY(isFileDialog);
-    PROMPTLY_VERIFY(window->isEnabled("selectAllCheckBox"));
-    QCOMPARE(window->table()->rowCount(), 1);
+    PROMPTLY_VERIFY(isEnabled("selectAllCheckBox"));
+    QCOMPARE(table()->rowCount(), 1);
     QCOMPARE(dialogs->seen().size(), 1);
 }
 
@@ -103,27 +87,26 @@ void TestAdmission::chosenFilesBecomeRows()
     });
     press("addButton");
     QCOMPARE(mode, QFileDialog::ExistingFiles);
-    QCOMPARE(window->rows(), files);
-    QCOMPARE(window->tickedRows(), files);
+    QCOMPARE(rows(), files);
+    QCOMPARE(tickedRows(), files);
 }
 
 void TestAdmission::plainTextIsRefusedAtDragEnter()
 {
     QMimeData text;
     text.setText(QStringLiteral("/etc/passwd"));
-    QVERIFY(!window->drop(text).entered);
+    QVERIFY(!letGo(text).entered);
     settle();
-    QCOMPARE(window->table()->rowCount(), 0);
+    QCOMPARE(table()->rowCount(), 0);
 }
 
 void TestAdmission::listOfUrlsIsTakenAsACopy()
 {
-    QMimeData urls;
-    urls.setUrls({QUrl::fromLocalFile(makeFiles(1).first())});
+    const auto urls = dragOf(makeFiles(1));
     const auto answerTo = [&](Qt::DropActions offered, Qt::KeyboardModifiers modifiers) {
-        QDragEnterEvent enter(QPoint(400, 300), offered, &urls, Qt::LeftButton, modifiers);
+        QDragEnterEvent enter(QPoint(400, 300), offered, urls.get(), Qt::LeftButton, modifiers);
         enter.ignore();
-        QApplication::sendEvent(mainWindow, &enter);
+        QApplication::sendEvent(window.get(), &enter);
         return enter.isAccepted() ? enter.dropAction() : Qt::IgnoreAction;
     };
     const Qt::DropActions all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
@@ -136,12 +119,11 @@ void TestAdmission::listOfUrlsIsTakenAsACopy()
 
 void TestAdmission::dropIsNotAccepted()
 {
-    QMimeData urls;
-    urls.setUrls({QUrl::fromLocalFile(makeFiles(1).first())});
-    const auto outcome = window->drop(urls);
+    const auto urls = dragOf(makeFiles(1));
+    const auto outcome = letGo(*urls);
     QVERIFY(outcome.entered);
     QVERIFY(!outcome.accepted);
-    PROMPTLY_COMPARE(window->table()->rowCount(), 1);
+    PROMPTLY_COMPARE(table()->rowCount(), 1);
 }
 
 void TestAdmission::dropWithoutUrlsPostsNothing()
@@ -149,20 +131,22 @@ void TestAdmission::dropWithoutUrlsPostsNothing()
     disableSelectAllBox();
     QMimeData nothing;
     nothing.setData(QStringLiteral("text/uri-list"), QByteArray());
-    QVERIFY(window->drop(nothing).entered);
+    QVERIFY(letGo(nothing).entered);
     settle();
-    QVERIFY(!window->isEnabled("selectAllCheckBox"));
+    QVERIFY(!isEnabled("selectAllCheckBox"));
 }
 
 void TestAdmission::everyReasonIsReported()
 {
     const QString file = makeFiles(1).first();
     const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
-    QCOMPARE(reportOf({file, file, fifo, tree->path(QStringLiteral("missing"))}),
-             (QStringList{QStringLiteral("1.文件或目录不存在"),
-                          QStringLiteral("2.不能确定文件或目录的类型"),
-                          QStringLiteral("3.重复添加文件或目录")}));
-    QCOMPARE(window->rows(), QStringList(file));
+    dialogs->next(Answer::Ok);
+    letGo({file, file, fifo, tree->path(QStringLiteral("missing"))});
+    settle();
+    QCOMPARE(reports().value(0).section(QLatin1Char('\n'), 1),
+             QStringLiteral("1.文件或目录不存在\n2.不能确定文件或目录的类型\n"
+                            "3.重复添加文件或目录"));
+    QCOMPARE(rows(), QStringList(file));
 }
 
 void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
@@ -171,11 +155,11 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
     QStringList rowsDuringReport;
     bool crushEnabledDuringReport = false;
     dialogs->next([&](QDialog &report) {
-        rowsDuringReport = window->rows();
-        crushEnabledDuringReport = window->isEnabled("crushButton");
+        rowsDuringReport = rows();
+        crushEnabledDuringReport = isEnabled("crushButton");
         DialogDriver::press(report, Answer::Ok);
     });
-    window->drop(files + QStringList(tree->path(QStringLiteral("missing"))));
+    letGo(files + QStringList(tree->path(QStringLiteral("missing"))));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);
     PROMPTLY_VERIFY(dialogs->isDone());
     QCOMPARE(rowsDuringReport, files);
@@ -185,8 +169,8 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
 void TestAdmission::controllerWaitsUntilEachRowIsThere()
 {
     testHome().writeHistory("2026-01-02 03:04:05\nname\n/folder\n");
-    window->drop(makeFiles(1));
-    mainWindow->removeAllFromHistoryEva();
+    letGo(makeFiles(1));
+    window->removeAllFromHistoryEva();
     // No event is served meanwhile, so no row is added.
     const auto isCleared = [] { return !QFile::exists(testHome().historyFile()); };
     constexpr int manyTurns = 300; // milliseconds
@@ -194,23 +178,22 @@ void TestAdmission::controllerWaitsUntilEachRowIsThere()
         QThread::msleep(1);
     QVERIFY(!isCleared());
     PROMPTLY_VERIFY(isCleared());
-    QCOMPARE(window->table()->rowCount(), 1);
+    QCOMPARE(table()->rowCount(), 1);
 }
 
 void TestAdmission::controllerWaitsUntilTheRefusalReportIsClosed()
 {
     bool removedDuringReport = false;
     dialogs->next([&](QDialog &report) {
-        mainWindow->removeSomeFilesEva();
+        window->removeSomeFilesEva();
         // Long enough for many turns of a controller that would not wait.
         constexpr int manyTurns = 300; // milliseconds
-        removedDuringReport =
-            testsupport::eventually([&] { return window->rows().isEmpty(); }, manyTurns);
+        removedDuringReport = eventually([&] { return rows().isEmpty(); }, manyTurns);
         DialogDriver::press(report, Answer::Ok);
     });
-    window->drop(makeFiles(1) + QStringList(tree->path(QStringLiteral("missing"))));
+    letGo(makeFiles(1) + QStringList(tree->path(QStringLiteral("missing"))));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);
-    PROMPTLY_VERIFY(window->rows().isEmpty());
+    PROMPTLY_VERIFY(rows().isEmpty());
     QVERIFY(!removedDuringReport);
 }
 

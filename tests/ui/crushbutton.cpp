@@ -15,13 +15,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-using testsupport::Answer;
-using testsupport::DialogDriver;
-using testsupport::idleText;
-using testsupport::runningText;
-using testsupport::stoppingText;
-using testsupport::TemporaryTree;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 class TestCrushButton : public WindowTest
 {
@@ -47,11 +41,11 @@ private slots:
 void TestCrushButton::questionStandsOverTheWindow()
 {
     dropFiles(1);
-    mainWindow->move(100, 20);
+    window->move(100, 20);
     dialogs->next(Answer::Cancel);
-    window->click("crushButton");
+    click("crushButton");
     QCOMPARE(dialogs->seen().size(), 1);
-    const testsupport::SeenDialog &seen = dialogs->seen().first();
+    const SeenDialog &seen = dialogs->seen().first();
     QCOMPARE(seen.text, QStringLiteral("选中的内容将被彻底删除，确定要粉碎选定的内容吗？"));
     QCOMPARE(seen.iconSheet, QStringLiteral("background-image:url(:/images/ico_war4)"));
     QCOMPARE(seen.buttons, (QStringList{QStringLiteral("确定"), QStringLiteral("取消")}));
@@ -61,14 +55,14 @@ void TestCrushButton::questionStandsOverTheWindow()
 void TestCrushButton::declinedQuestionPostsNothing()
 {
     const QStringList files = dropFiles(1);
-    const QString subtitle = window->textOf("subtitleLabel");
+    const QString subtitle = textOf("subtitleLabel");
     dialogs->next(Answer::Cancel);
     press("crushButton");
     QCOMPARE(dialogs->seen().size(), 1);
     QCOMPARE(TemporaryTree::contentsOf(files.first()), QByteArray(10, 'x'));
-    QCOMPARE(window->tickedRows(), files);
-    QCOMPARE(window->textOf("crushButton"), idleText());
-    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
+    QCOMPARE(tickedRows(), files);
+    QCOMPARE(textOf("crushButton"), idleText());
+    QCOMPARE(textOf("subtitleLabel"), subtitle);
     crush(); // keeps nobody from starting
     QCOMPARE(reports().size(), 1);
 }
@@ -92,7 +86,7 @@ void TestCrushButton::severalConfirmationsOfOneRunStartItOnce()
     const auto start = [&] {
         dialogs->next(sayOk); // to the question
         dialogs->next(sayOk); // to the report
-        mainWindow->crushFilesEva();
+        window->crushFilesEva();
     };
     start();
     start();
@@ -108,7 +102,7 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
 {
     const auto start = [&] {
         dialogs->next(Answer::Ok);
-        mainWindow->crushFilesEva();
+        window->crushFilesEva();
         QVERIFY(dialogs->isDone());
     };
     // A run in which a file became a fifo stays open until it is stopped.
@@ -116,38 +110,38 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
     QVERIFY(QFile::remove(files.first()));
     tree->makeFifo(QStringLiteral("0"));
     start();
-    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
-    auto *button = window->find<QPushButton>("crushButton");
+    PROMPTLY_COMPARE(textOf("crushButton"), runningText());
+    auto *button = find<QPushButton>("crushButton");
     button->setText(idleText()); // as long as the window has not heard of the run
     start();
     settle();
-    QCOMPARE(window->textOf("crushButton"), idleText());
+    QCOMPARE(textOf("crushButton"), idleText());
     button->setText(runningText());
-    mainWindow->crushFilesEva();
-    PROMPTLY_COMPARE(window->textOf("crushButton"), idleText());
+    window->crushFilesEva();
+    PROMPTLY_COMPARE(textOf("crushButton"), idleText());
     start();
-    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
+    PROMPTLY_COMPARE(textOf("crushButton"), runningText());
 }
 
 void TestCrushButton::doesNothingWhileStopping()
 {
     dropFiles(1);
-    mainWindow->setCrushStartedEva(3);
+    window->setCrushStartedEva(3);
     press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());
-    QCOMPARE(window->textOf("crushButton"), stoppingText());
+    QCOMPARE(textOf("crushButton"), stoppingText());
     // A posted stop would have been answered by disabling the button.
-    QVERIFY(window->isEnabled("crushButton"));
+    QVERIFY(isEnabled("crushButton"));
 }
 
 void TestCrushButton::stopsWithoutAQuestion()
 {
     dropFiles(1);
-    mainWindow->setCrushStartedEva(2);
+    window->setCrushStartedEva(2);
     press("crushButton");
     QVERIFY(dialogs->seen().isEmpty());
     // The controller was asked to stop and says so, there being no run to stop.
-    QVERIFY(window->textOf("crushButton") != runningText());
+    QVERIFY(textOf("crushButton") != runningText());
 }
 
 void TestCrushButton::runStateShowsInTheButtons()
@@ -165,74 +159,74 @@ void TestCrushButton::runStateShowsInTheButtons()
         {4, other, true, true},          {-1, other, true, true},
     };
     for (const auto &expected : cases) {
-        mainWindow->setRemoveButtonEnabledEva(expected.removeBefore);
-        window->find<QPushButton>("crushButton")->setText(other);
-        mainWindow->setCrushStartedEva(expected.state);
-        QCOMPARE(window->textOf("crushButton"), expected.text);
-        QCOMPARE(window->isEnabled("removeButton"), expected.removeAfterwards);
-        QVERIFY(window->isEnabled("addButton"));
-        QVERIFY(!window->isEnabled("crushButton"));
+        window->setRemoveButtonEnabledEva(expected.removeBefore);
+        find<QPushButton>("crushButton")->setText(other);
+        window->setCrushStartedEva(expected.state);
+        QCOMPARE(textOf("crushButton"), expected.text);
+        QCOMPARE(isEnabled("removeButton"), expected.removeAfterwards);
+        QVERIFY(isEnabled("addButton"));
+        QVERIFY(!isEnabled("crushButton"));
     }
 }
 
 void TestCrushButton::buttonsAreEnabledAsTold()
 {
     for (const bool enabled : {true, false}) {
-        mainWindow->setRemoveButtonEnabledEva(enabled);
-        mainWindow->setCrushButtonEnabledEva(!enabled);
-        QCOMPARE(window->isEnabled("removeButton"), enabled);
-        QCOMPARE(window->isEnabled("crushButton"), !enabled);
+        window->setRemoveButtonEnabledEva(enabled);
+        window->setCrushButtonEnabledEva(!enabled);
+        QCOMPARE(isEnabled("removeButton"), enabled);
+        QCOMPARE(isEnabled("crushButton"), !enabled);
     }
 }
 
 void TestCrushButton::headerTellsHowManyWereShredded()
 {
-    const QString headline = window->textOf("headlineLabel");
+    const QString headline = textOf("headlineLabel");
     for (const int count : {0, 3, 200}) {
-        window->find("emptyPanel")->show();
-        mainWindow->finishAllEva(count);
-        QCOMPARE(window->textOf("subtitleLabel"),
+        find("emptyPanel")->show();
+        window->finishAllEva(count);
+        QCOMPARE(textOf("subtitleLabel"),
                  QStringLiteral("已成功粉碎%1个文件（文件夹）").arg(count));
-        QVERIFY(!window->find("emptyPanel")->isVisible());
+        QVERIFY(!find("emptyPanel")->isVisible());
     }
-    QCOMPARE(window->textOf("headlineLabel"), headline);
-    QCOMPARE(window->textOf("successLabel"), QStringLiteral("文件粉碎成功！"));
-    QVERIFY(!window->find("successPanel")->isVisible());
+    QCOMPARE(textOf("headlineLabel"), headline);
+    QCOMPARE(textOf("successLabel"), QStringLiteral("文件粉碎成功！"));
+    QVERIFY(!find("successPanel")->isVisible());
 }
 
 void TestCrushButton::negativeCountChangesNothing()
 {
-    const QString subtitle = window->textOf("subtitleLabel");
-    mainWindow->finishAllEva(-1);
-    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
-    QVERIFY(window->find("emptyPanel")->isVisible());
+    const QString subtitle = textOf("subtitleLabel");
+    window->finishAllEva(-1);
+    QCOMPARE(textOf("subtitleLabel"), subtitle);
+    QVERIFY(find("emptyPanel")->isVisible());
 }
 
 void TestCrushButton::finishedFileChangesNothing()
 {
     const QString file = QStringLiteral("/folder/file");
-    mainWindow->addRowToMainTableEva(file);
-    const QString subtitle = window->textOf("subtitleLabel");
-    mainWindow->finishOneFileEva(file);
-    QCOMPARE(window->tickedRows(), QStringList(file));
-    QCOMPARE(window->textOf("subtitleLabel"), subtitle);
-    QCOMPARE(window->textOf("crushButton"), idleText());
+    window->addRowToMainTableEva(file);
+    const QString subtitle = textOf("subtitleLabel");
+    window->finishOneFileEva(file);
+    QCOMPARE(tickedRows(), QStringList(file));
+    QCOMPARE(textOf("subtitleLabel"), subtitle);
+    QCOMPARE(textOf("crushButton"), idleText());
 }
 
 void TestCrushButton::closeButtonQuits()
 {
-    const QSignalSpy quits(mainWindow, &MainWindow::quit);
-    window->click("closeButton");
+    const QSignalSpy quits(window.get(), &MainWindow::quit);
+    click("closeButton");
     QCOMPARE(quits.count(), 1);
 }
 
 void TestCrushButton::windowIsMinimizedButNeverMaximized()
 {
-    mainWindow->windowMaxi();
-    QVERIFY(mainWindow->windowState() == Qt::WindowNoState);
+    window->windowMaxi();
+    QVERIFY(window->windowState() == Qt::WindowNoState);
     // Built and connected, if never shown.
-    window->find<QPushButton>("minimizeButton")->click();
-    QVERIFY(mainWindow->isMinimized());
+    find<QPushButton>("minimizeButton")->click();
+    QVERIFY(window->isMinimized());
 }
 
 TEST_SUITE(crushbutton, TestCrushButton)

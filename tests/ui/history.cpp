@@ -11,14 +11,10 @@
 #include <QLabel>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTableWidget>
 #include <QTimer>
 #include <QtTest>
 
-using testsupport::Answer;
-using testsupport::ShownWindow;
-using testsupport::testHome;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -69,17 +65,13 @@ private:
     /// Opens a long history and does @p action as soon as some rows, but not all, are there.
     template <class Action>
     void openAndInTheMiddle(Action action);
-    QTableWidget *table() const { return window->find<QTableWidget>("historyTable"); }
-    void addRow()
-    {
-        mainWindow->historyTableAddItemEva(QString(), QStringLiteral("added"), QString());
-    }
+    QTableWidget *table() const { return find<QTableWidget>("historyTable"); }
+    void addRow() { window->historyTableAddItemEva(QString(), QStringLiteral("added"), QString()); }
     QString textIn(int row, const char *label = "nameLabel") const;
     QStringList names() const;
     bool areButtonsEnabled(bool copy, bool clear) const
     {
-        return window->isEnabled("copyButton") == copy
-               && window->isEnabled("clearHistoryButton") == clear;
+        return isEnabled("copyButton") == copy && isEnabled("clearHistoryButton") == clear;
     }
 
     int rowsInTheMiddle = 0;
@@ -87,8 +79,8 @@ private:
 
 void TestHistory::openHistory()
 {
-    window->click("historyLink");
-    QVERIFY(QTest::qWaitForWindowExposed(window->find("historyWindow")));
+    click("historyLink");
+    QVERIFY(QTest::qWaitForWindowExposed(find("historyWindow")));
     settle();
 }
 
@@ -106,7 +98,7 @@ void TestHistory::openAndInTheMiddle(Action action)
             action();
         });
     });
-    window->click("historyLink");
+    click("historyLink");
     PROMPTLY_VERIFY(rowsInTheMiddle != 0);
     disconnect(watch);
     QVERIFY(rowsInTheMiddle < manyEntries);
@@ -131,12 +123,11 @@ void TestHistory::opensInTheMiddleOfTheMainWindow()
 {
     // The last is partly off the screen.
     for (const QPoint place : {QPoint(100, 100), QPoint(0, 0), QPoint(-300, 400)}) {
-        mainWindow->move(place);
-        PROMPTLY_COMPARE(mainWindow->pos(), place);
+        window->move(place);
+        PROMPTLY_COMPARE(window->pos(), place);
         openHistory();
-        QCOMPARE(window->find("historyWindow")->geometry(),
-                 QRect(place + QPoint(50, 25), QSize(700, 500)));
-        window->click("historyCloseButton");
+        QCOMPARE(find("historyWindow")->geometry(), QRect(place + QPoint(50, 25), QSize(700, 500)));
+        click("historyCloseButton");
     }
 }
 
@@ -153,10 +144,10 @@ void TestHistory::newestEntryIsOnTop()
 /// And with nothing in the history they stay so.
 void TestHistory::openingEmptiesTheTableAndDisablesTheButtons()
 {
-    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    window->setHistoryButtonEnabledEva(true, 3);
     addRow();
     QCOMPARE(table()->rowCount(), 1);
-    mainWindow->slotShowHistoryEva();
+    window->slotShowHistoryEva();
     QVERIFY(areButtonsEnabled(false, false));
     QCOMPARE(table()->rowCount(), 0);
     settle();
@@ -177,28 +168,28 @@ void TestHistory::repeatedOpeningsShowTheHistoryOnce()
     testHome().writeHistory(entry("a") + entry("b"));
     constexpr int openCloseOpenCloseOpen = 5;
     for (int click = 0; click < openCloseOpenCloseOpen; ++click) {
-        mainWindow->slotShowHistoryEva();
+        window->slotShowHistoryEva();
         if (!inOneTurn)
             settle();
     }
     settle();
-    QVERIFY(window->find("historyWindow")->isVisible());
+    QVERIFY(find("historyWindow")->isVisible());
     QCOMPARE(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a")}));
     QVERIFY(areButtonsEnabled(true, true));
 }
 
 void TestHistory::mainWindowIsBlockedUntilTheHistoryIsClosed()
 {
-    const QSignalSpy quits(mainWindow, &MainWindow::quit);
+    const QSignalSpy quits(window.get(), &MainWindow::quit);
     openHistory();
-    window->click("closeButton");
-    window->click("historyLink");
+    click("closeButton");
+    click("historyLink");
     QCOMPARE(quits.count(), 0);
-    QVERIFY(window->find("historyWindow")->isVisible());
-    window->click("historyCloseButton");
-    QVERIFY(!window->find("historyWindow")->isVisible());
-    QVERIFY(mainWindow->isVisible());
-    window->click("closeButton");
+    QVERIFY(find("historyWindow")->isVisible());
+    click("historyCloseButton");
+    QVERIFY(!find("historyWindow")->isVisible());
+    QVERIFY(window->isVisible());
+    click("closeButton");
     QCOMPARE(quits.count(), 1);
 }
 
@@ -208,11 +199,11 @@ void TestHistory::buttonsAreEnabledByNumber()
     for (const int number : {1, 2, 3, 0, 4, -1}) {
         const bool copy = number == 1 || number == 3;
         const bool clear = number == 2 || number == 3;
-        mainWindow->setHistoryButtonEnabledEva(false, 3);
-        mainWindow->setHistoryButtonEnabledEva(true, number);
+        window->setHistoryButtonEnabledEva(false, 3);
+        window->setHistoryButtonEnabledEva(true, number);
         QVERIFY(areButtonsEnabled(copy, clear));
-        mainWindow->setHistoryButtonEnabledEva(true, 3);
-        mainWindow->setHistoryButtonEnabledEva(false, number);
+        window->setHistoryButtonEnabledEva(true, 3);
+        window->setHistoryButtonEnabledEva(false, number);
         QVERIFY(areButtonsEnabled(!copy, !clear));
     }
 }
@@ -222,7 +213,7 @@ void TestHistory::copyPutsTheHistoryOnTheClipboard()
     testHome().writeHistory(entry("a") + entry("b"));
     openHistory();
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
-    window->click("copyButton");
+    click("copyButton");
     PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(),
                      QStringLiteral("日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：a"
                                     "\t路径：/home/somebody/a\n"
@@ -233,7 +224,7 @@ void TestHistory::copyPutsTheHistoryOnTheClipboard()
 void TestHistory::copyBeforeAnyLoadPutsNothingOnTheClipboard()
 {
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
-    mainWindow->copyToClipboardEva();
+    window->copyToClipboardEva();
     PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(), QString());
 }
 
@@ -242,14 +233,14 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
     testHome().writeHistory(entry("a") + entry("b"));
     openHistory();
     QGuiApplication::clipboard()->setText(QStringLiteral("copied history"));
-    window->click("clearHistoryButton");
+    click("clearHistoryButton");
     QCOMPARE(names(), QStringList());
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     QVERIFY(areButtonsEnabled(false, false));
     addRow();
     QCOMPARE(names(), QStringList());
     PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
-    window->click("historyCloseButton");
+    click("historyCloseButton");
     testHome().writeHistory(entry("later"));
     openHistory();
     QCOMPARE(names(), QStringList(QStringLiteral("later")));
@@ -260,11 +251,11 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
 /// cleared.
 void TestHistory::slotsHoldForEveryCaller()
 {
-    mainWindow->slotShowHistoryEva();
+    window->slotShowHistoryEva();
     addRow();
     QCOMPARE(names(), QStringList(QStringLiteral("added")));
-    mainWindow->removeAllFromHistoryEva();
-    mainWindow->setHistoryButtonEnabledEva(true, 3);
+    window->removeAllFromHistoryEva();
+    window->setHistoryButtonEnabledEva(true, 3);
     QVERIFY(areButtonsEnabled(true, true));
 }
 
@@ -279,13 +270,13 @@ void TestHistory::everyEntryOfALongHistoryBecomesARow()
     QVERIFY(bar->isVisible());
     bar->setValue(bar->maximum());
     QCOMPARE(textIn(manyEntries - 1), QStringLiteral("0"));
-    mainWindow->removeRowFromHistoryTableEva(0);
+    window->removeRowFromHistoryTableEva(0);
     window.reset(); // can go while scrolled to the end
 }
 
 void TestHistory::clearWhileRowsArriveLeavesTheTableEmpty()
 {
-    openAndInTheMiddle([this] { window->click("clearHistoryButton"); });
+    openAndInTheMiddle([this] { click("clearHistoryButton"); });
     QCOMPARE(table()->rowCount(), 0);
     settle();
     QCOMPARE(table()->rowCount(), 0);
@@ -295,8 +286,8 @@ void TestHistory::clearWhileRowsArriveLeavesTheTableEmpty()
 
 void TestHistory::closingWhileRowsArriveEndsTheLoad()
 {
-    openAndInTheMiddle([this] { window->click("historyCloseButton"); });
-    QVERIFY(!window->find("historyWindow")->isVisible());
+    openAndInTheMiddle([this] { click("historyCloseButton"); });
+    QVERIFY(!find("historyWindow")->isVisible());
     settle();
     QVERIFY(table()->rowCount() < manyEntries);
     // The rows stay until the next opening.
@@ -306,8 +297,8 @@ void TestHistory::closingWhileRowsArriveEndsTheLoad()
 void TestHistory::reopeningWhileRowsArriveShowsTheHistoryOnce()
 {
     openAndInTheMiddle([this] {
-        mainWindow->slotShowHistoryEva();
-        mainWindow->slotShowHistoryEva();
+        window->slotShowHistoryEva();
+        window->slotShowHistoryEva();
     });
     settle();
     QCOMPARE(table()->rowCount(), manyEntries);
@@ -320,7 +311,7 @@ void TestHistory::windowCanGoWhileRowsArrive()
     openAndInTheMiddle([] {});
     window.reset();
     // Another one does not hear of the load that the first had asked for.
-    window = std::make_unique<ShownWindow>();
+    show();
     settle();
     QCOMPARE(table()->rowCount(), 0);
 }
@@ -333,10 +324,10 @@ void TestHistory::recordingWhileOpenAddsNoRow()
     openHistory();
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
-    mainWindow->crushFilesEva();
+    window->crushFilesEva();
     PROMPTLY_COMPARE(dialogs->seen().size(), 2);
     settle();
-    QVERIFY(!testsupport::entryExists(files.first()));
+    QVERIFY(!entryExists(files.first()));
     QCOMPARE(testHome().historyLines().size(), 6);
     QCOMPARE(names(), QStringList(QStringLiteral("older")));
 }

@@ -11,10 +11,9 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTableWidget>
 #include <QtTest>
 
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -45,7 +44,7 @@ private slots:
 private:
     void add(const QString &name, const QString &path, const QString &time = {})
     {
-        mainWindow->historyTableAddItemEva(time, name, path);
+        window->historyTableAddItemEva(time, name, path);
     }
     /// Adds the entries @p first to @p end - 1, called by their numbers.
     void addNumbers(int first, int end)
@@ -57,7 +56,7 @@ private:
     {
         return table->cellWidget(row, 0)->findChild<QLabel *>(QString::fromLatin1(name));
     }
-    int frames() const { return mainWindow->findChildren<HistoryRowFrame *>().size(); }
+    int frames() const { return window->findChildren<HistoryRowFrame *>().size(); }
     QList<int> numbersInView() const;
     static QList<int> countingDown(int from, int count);
 
@@ -68,7 +67,7 @@ private:
 void TestHistoryRows::init()
 {
     WindowTest::init();
-    table = window->find<QTableWidget>("historyTable");
+    table = find<QTableWidget>("historyTable");
     bar = table->verticalScrollBar();
     press("historyLink");
 }
@@ -102,7 +101,7 @@ void TestHistoryRows::rowHasItsLabelsInPlace()
     const QWidget *frame = table->cellWidget(0, 0);
     QCOMPARE(table->rowHeight(0), 30);
     QCOMPARE(HistoryRowFrame(nullptr).size(), QSize(678, 30));
-    QVERIFY(HistoryRowFrame(mainWindow).windowFlags().testFlag(Qt::FramelessWindowHint));
+    QVERIFY(HistoryRowFrame(window.get()).windowFlags().testFlag(Qt::FramelessWindowHint));
     QCOMPARE(frame->styleSheet(), QStringLiteral("background:url(:/images/bk_item);border:none;"
                                                  "color:#333;font-size:12px;"));
     // These draw only their text over the row, as it is, and so do their tooltips.
@@ -226,13 +225,13 @@ void TestHistoryRows::rowsArrivingWhileScrolledKeepTheViewRight()
 void TestHistoryRows::removedRowsCloseTheGap()
 {
     addNumbers(0, 50);
-    mainWindow->removeRowFromHistoryTableEva(50);
-    mainWindow->removeRowFromHistoryTableEva(-1);
+    window->removeRowFromHistoryTableEva(50);
+    window->removeRowFromHistoryTableEva(-1);
     QCOMPARE(table->rowCount(), 50);
-    mainWindow->removeRowFromHistoryTableEva(2);
+    window->removeRowFromHistoryTableEva(2);
     QCOMPARE(table->rowCount(), 49);
     QCOMPARE(numbersInView().mid(0, 4), (QList<int>{49, 48, 46, 45}));
-    mainWindow->removeRowFromHistoryTableEva(48);
+    window->removeRowFromHistoryTableEva(48);
     bar->setValue(bar->maximum());
     QCOMPARE(numbersInView().constLast(), 1);
 }
@@ -241,13 +240,13 @@ void TestHistoryRows::clearingTakesEveryRowAway()
 {
     addNumbers(0, manyRows);
     bar->setValue(manyRows / 2);
-    mainWindow->removeAllFromHistoryEva();
+    window->removeAllFromHistoryEva();
     QCOMPARE(table->rowCount(), 0);
     QVERIFY(table->updatesEnabled());
     QTRY_COMPARE(frames(), 0);
     // Those after it start anew.
-    mainWindow->slotShowHistoryEva();
-    mainWindow->slotShowHistoryEva();
+    window->slotShowHistoryEva();
+    window->slotShowHistoryEva();
     addNumbers(0, 20);
     QTRY_COMPARE(numbersInView(), countingDown(19, 13));
     QTRY_VERIFY(frames() <= table->rowCount());

@@ -10,12 +10,10 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QScrollBar>
-#include <QTableWidget>
 #include <QWheelEvent>
 #include <QtTest>
 
-using testsupport::testHome;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -65,19 +63,20 @@ void TestKeys::bothTables()
 
 QTableWidget *TestKeys::focusedTable(const char *name)
 {
-    auto *table = window->find<QTableWidget>(name);
-    if (table == window->table()) {
+    auto *found = find<QTableWidget>(name);
+    if (found == table()) {
         dropFiles(manyRows);
     } else {
         testHome().writeHistory(
             QByteArray("2026-01-02 03:04:05\nname\n/folder\n").repeated(manyRows));
-        window->click("historyLink");
+        click("historyLink");
     }
-    table->window()->activateWindow();
-    if (!QTest::qWaitForWindowActive(table->window()) || !window->settle())
+    found->window()->activateWindow();
+    if (!QTest::qWaitForWindowActive(found->window()))
         qFatal("no table to type into");
-    table->setFocus();
-    return table;
+    settle();
+    found->setFocus();
+    return found;
 }
 
 void TestKeys::neitherClickNorKeyOpensATextField()
@@ -121,7 +120,7 @@ void TestKeys::tabLeavesTheMainTable()
 {
     const QTableWidget *table = focusedTable("mainTable");
     // On its way Tab visits the tick boxes of the rows.
-    const QWidget *beyond = window->find("selectAllCheckBox");
+    const QWidget *beyond = find("selectAllCheckBox");
     for (int key = 0; key <= manyRows && !beyond->hasFocus(); ++key)
         type(table, Qt::Key_Tab);
     QVERIFY(beyond->hasFocus());

@@ -5,9 +5,9 @@
 // style sheet it has and how it is set up. The sheets are read word by word in the test of
 // style sheets.
 
-#include "shownwindow.h"
 #include "suites.h"
 #include "widgets/stylesheets.h"
+#include "windowtest.h"
 
 #include <QApplication>
 #include <QFile>
@@ -17,21 +17,17 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTableWidget>
 #include <QtTest>
 
 #include <memory>
 
-using testsupport::ShownWindow;
+using namespace testsupport;
 
-class TestLayout : public QObject
+class TestLayout : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void init() { window = std::make_unique<ShownWindow>(); }
-    void cleanup() { window.reset(); }
-
     void mainWindowIsFramelessAndOfOneSize();
     void historyWindowIsAWindowOfItsOwn();
     void eachWidgetHasItsPlaceTextAndSheet();
@@ -46,14 +42,11 @@ private slots:
     void tablesAreSetUpForRows();
     void rowsKeepTheirHeightWithALargeFont();
     void buttonsWithoutWordsHaveNames();
-
-private:
-    std::unique_ptr<ShownWindow> window;
 };
 
 void TestLayout::mainWindowIsFramelessAndOfOneSize()
 {
-    const MainWindow &main = **window;
+    const MainWindow &main = *window;
     QVERIFY(main.windowFlags().testFlag(Qt::FramelessWindowHint));
     QCOMPARE(main.minimumSize(), QSize(800, 550));
     QCOMPARE(main.maximumSize(), QSize(800, 550));
@@ -66,8 +59,8 @@ void TestLayout::mainWindowIsFramelessAndOfOneSize()
 
 void TestLayout::historyWindowIsAWindowOfItsOwn()
 {
-    const QWidget *history = window->find("historyWindow");
-    QCOMPARE(history->parentWidget(), &**window);
+    const QWidget *history = find("historyWindow");
+    QCOMPARE(history->parentWidget(), window.get());
     QCOMPARE(history->windowType(), Qt::Dialog);
     QVERIFY(history->windowFlags().testFlag(Qt::FramelessWindowHint));
     QCOMPARE(history->windowModality(), Qt::WindowModal);
@@ -85,12 +78,12 @@ void TestLayout::eachWidgetHasItsPlaceTextAndSheet()
     const char *const main = nullptr;
     const auto check = [&](const char *name, const char *parent, const QRect &place,
                            const QString &sheet, const char *text = "") {
-        const QWidget *widget = window->find(name);
-        const QWidget *expected = parent == nullptr ? &**window : window->find(parent);
+        const QWidget *widget = find(name);
+        const QWidget *expected = parent == nullptr ? window.get() : find(parent);
         QVERIFY2(widget->parentWidget() == expected, name);
         QVERIFY2(widget->geometry() == place, name);
         QVERIFY2(widget->styleSheet() == sheet, name);
-        QCOMPARE(window->textOf(name), QString::fromUtf8(text));
+        QCOMPARE(textOf(name), QString::fromUtf8(text));
     };
     check("background", main, {0, 0, 800, 550}, image("bk"));
     check("titleBar", main, {0, 0, 800, 40}, {});
@@ -105,7 +98,7 @@ void TestLayout::eachWidgetHasItsPlaceTextAndSheet()
           "您可以点击添加文件或直接拖拽想要删除的文件或文件夹到本窗口");
     check("historyLink", main, {700, 84, 84, 20}, historyLink(), "查看粉碎记录");
     check("tableHost", main, {1, 115, 798, 394}, {});
-    check("mainTable", main, {1, 115, 798, 394}, table());
+    check("mainTable", main, {1, 115, 798, 394}, stylesheets::table());
     check("nameHeading", main, {1, 114, 300, 26}, firstHeading(), "名称");
     check("pathHeading", main, {301, 114, 498, 26}, laterHeading(), "文件路径");
     check("headingSeparator", main, {301, 114, 6, 26}, image("sp_table_head"));
@@ -126,8 +119,8 @@ void TestLayout::eachWidgetHasItsPlaceTextAndSheet()
     check("historyTitleText", "historyTitleBar", {40, 0, 380, 40}, titleText(),
           "Brenvale - 文件粉碎记录");
     check("historyCloseButton", "historyTitleBar", {668, 0, 27, 27}, close);
-    check("historyTableHost", "historyWindow", {1, 42, 698, 415}, table());
-    check("historyTable", "historyTableHost", {0, 0, 698, 415}, table());
+    check("historyTableHost", "historyWindow", {1, 42, 698, 415}, stylesheets::table());
+    check("historyTable", "historyTableHost", {0, 0, 698, 415}, stylesheets::table());
     check("historyTimeHeading", "historyWindow", {1, 41, 150, 26}, firstHeading(), "日期");
     check("historyNameHeading", "historyWindow", {151, 41, 200, 26}, laterHeading(),
           "已粉碎文件或目录名");
@@ -143,7 +136,7 @@ void TestLayout::everyImageNamedInASheetExists()
 {
     int images = 0;
     const QRegularExpression url(QStringLiteral("url\\(([^)]*)\\)"));
-    const auto widgets = (*window)->findChildren<QWidget *>();
+    const auto widgets = window->findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
         for (auto found = url.globalMatch(widget->styleSheet()); found.hasNext(); ++images) {
             const QString image = found.next().captured(1);
@@ -156,19 +149,19 @@ void TestLayout::everyImageNamedInASheetExists()
 void TestLayout::onlyWhatTheUserMayDoIsEnabledAndShown()
 {
     for (const char *name : {"selectAllCheckBox", "removeButton", "crushButton"})
-        QVERIFY2(!window->isEnabled(name), name);
+        QVERIFY2(!isEnabled(name), name);
     for (const char *name : {"addButton", "historyLink", "closeButton", "mainTable"})
-        QVERIFY2(window->isEnabled(name) && window->find(name)->isVisible(), name);
-    QVERIFY(!window->isTicked("selectAllCheckBox"));
-    QVERIFY(window->find("emptyPanel")->isVisible());
+        QVERIFY2(isEnabled(name) && find(name)->isVisible(), name);
+    QVERIFY(!isTicked("selectAllCheckBox"));
+    QVERIFY(find("emptyPanel")->isVisible());
     for (const char *name : {"tableHost", "successPanel", "historyWindow", "minimizeButton"})
-        QVERIFY2(!window->find(name)->isVisible(), name);
+        QVERIFY2(!find(name)->isVisible(), name);
 }
 
 void TestLayout::onlyOneTitleButtonIsVisible()
 {
     QStringList visible;
-    const auto buttons = window->find("titleBar")->findChildren<QPushButton *>();
+    const auto buttons = find("titleBar")->findChildren<QPushButton *>();
     for (const QPushButton *button : buttons) {
         if (button->isVisible())
             visible.append(button->objectName());
@@ -178,25 +171,24 @@ void TestLayout::onlyOneTitleButtonIsVisible()
 
 void TestLayout::visibleHeadingDiffersFromTheTables()
 {
-    const QTableWidget *table = window->table();
-    QCOMPARE(table->horizontalHeaderItem(0)->text(), QStringLiteral("名称"));
-    QCOMPARE(table->horizontalHeaderItem(1)->text(), QStringLiteral("文件或文件夹路径"));
-    QCOMPARE(window->textOf("nameHeading"), QStringLiteral("名称"));
-    QCOMPARE(window->textOf("pathHeading"), QStringLiteral("文件路径"));
+    QCOMPARE(table()->horizontalHeaderItem(0)->text(), QStringLiteral("名称"));
+    QCOMPARE(table()->horizontalHeaderItem(1)->text(), QStringLiteral("文件或文件夹路径"));
+    QCOMPARE(textOf("nameHeading"), QStringLiteral("名称"));
+    QCOMPARE(textOf("pathHeading"), QStringLiteral("文件路径"));
     // What the user sees in the middle of both columns' heading is the labels.
-    QCOMPARE((*window)->childAt(100, 126), window->find("nameHeading"));
-    QCOMPARE((*window)->childAt(500, 126), window->find("pathHeading"));
+    QCOMPARE(window->childAt(100, 126), find("nameHeading"));
+    QCOMPARE(window->childAt(500, 126), find("pathHeading"));
 }
 
 void TestLayout::headingLabelsCoverTheTablesHeading()
 {
-    (*window)->slotShowHistoryEva();
+    window->slotShowHistoryEva();
     const auto uncovered = [&](const char *name, const QByteArrayList &headings) {
-        const auto *table = window->find<QTableWidget>(name);
+        const auto *table = find<QTableWidget>(name);
         const QHeaderView *header = table->horizontalHeader();
         QRegion heading(QRect(header->mapTo(table->window(), QPoint()), header->size()));
         for (const QByteArray &label : headings)
-            heading -= window->find(label.constData())->geometry();
+            heading -= find(label.constData())->geometry();
         return heading;
     };
     QVERIFY(uncovered("mainTable", {"nameHeading", "pathHeading"}).isEmpty());
@@ -208,10 +200,10 @@ void TestLayout::headingLabelsCoverTheTablesHeading()
 void TestLayout::titlesAndPanelTextsAreAligned()
 {
     for (const char *name : {"titleText", "historyTitleText"})
-        QCOMPARE(window->find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
+        QCOMPARE(find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
     for (const char *name : {"emptyLabel", "successLabel"}) {
-        QCOMPARE(window->find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignTop);
-        QCOMPARE(window->find<QLabel>(name)->margin(), 3);
+        QCOMPARE(find<QLabel>(name)->alignment(), Qt::AlignLeft | Qt::AlignTop);
+        QCOMPARE(find<QLabel>(name)->margin(), 3);
     }
 }
 
@@ -219,16 +211,16 @@ void TestLayout::buttonsTakeNoFocusAndHaveTheirIcons()
 {
     const QStringList notFlat = {QStringLiteral("copyButton"),
                                  QStringLiteral("clearHistoryButton")};
-    const auto buttons = (*window)->findChildren<QPushButton *>();
+    const auto buttons = window->findChildren<QPushButton *>();
     QCOMPARE(buttons.size(), 9);
     for (const QPushButton *button : buttons) {
         QCOMPARE(button->focusPolicy(), Qt::NoFocus);
         QCOMPARE(button->isFlat(), !notFlat.contains(button->objectName()));
     }
     const auto iconOf = [](const QIcon &icon) { return icon.pixmap(16, 16).toImage(); };
-    QCOMPARE(iconOf(window->find<QPushButton>("addButton")->icon()),
+    QCOMPARE(iconOf(find<QPushButton>("addButton")->icon()),
              iconOf(QIcon(QStringLiteral(":/images/icon_add"))));
-    QCOMPARE(iconOf(window->find<QPushButton>("removeButton")->icon()),
+    QCOMPARE(iconOf(find<QPushButton>("removeButton")->icon()),
              iconOf(QIcon(QStringLiteral(":/images/icon_remove"))));
 }
 
@@ -243,7 +235,7 @@ void TestLayout::tablesAreSetUpForRows_data()
 void TestLayout::tablesAreSetUpForRows()
 {
     QFETCH(QList<int>, columnWidths);
-    const auto *table = window->find<QTableWidget>(QTest::currentDataTag());
+    const auto *table = find<QTableWidget>(QTest::currentDataTag());
     const QHeaderView *header = table->horizontalHeader();
     QCOMPARE(table->rowCount(), 0);
     QCOMPARE(table->columnCount(), columnWidths.size());
@@ -264,7 +256,7 @@ void TestLayout::tablesAreSetUpForRows()
     QCOMPARE(table->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     QCOMPARE(table->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     QTEST(table->verticalScrollBar()->styleSheet(), "scrollBarSheet");
-    const auto *history = window->find<QTableWidget>("historyTable");
+    const auto *history = find<QTableWidget>("historyTable");
     QVERIFY(history->horizontalHeaderItem(0) == nullptr);
     QCOMPARE(history->verticalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
 }
@@ -276,19 +268,19 @@ void TestLayout::rowsKeepTheirHeightWithALargeFont()
     QFont large = usual;
     large.setPixelSize(48);
     QApplication::setFont(large);
-    ShownWindow other;
-    other->addRowToMainTableEva(QStringLiteral("/a"));
-    other->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"), QStringLiteral("p"));
-    QCOMPARE(other.table()->rowHeight(0), 30);
-    QCOMPARE(other.table()->columnWidth(1), 20);
-    QCOMPARE(other.find<QTableWidget>("historyTable")->rowHeight(0), 30);
+    show();
+    window->addRowToMainTableEva(QStringLiteral("/a"));
+    window->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"), QStringLiteral("p"));
+    QCOMPARE(table()->rowHeight(0), 30);
+    QCOMPARE(table()->columnWidth(1), 20);
+    QCOMPARE(find<QTableWidget>("historyTable")->rowHeight(0), 30);
 }
 
 void TestLayout::buttonsWithoutWordsHaveNames()
 {
-    QCOMPARE(window->find("closeButton")->accessibleName(), QStringLiteral("关闭"));
-    QCOMPARE(window->find("historyCloseButton")->accessibleName(), QStringLiteral("关闭"));
-    QCOMPARE(window->find("minimizeButton")->accessibleName(), QStringLiteral("最小化"));
+    QCOMPARE(find("closeButton")->accessibleName(), QStringLiteral("关闭"));
+    QCOMPARE(find("historyCloseButton")->accessibleName(), QStringLiteral("关闭"));
+    QCOMPARE(find("minimizeButton")->accessibleName(), QStringLiteral("最小化"));
 }
 
 TEST_SUITE(layout, TestLayout)

@@ -9,9 +9,7 @@
 
 #include <QtTest>
 
-using testsupport::Answer;
-using testsupport::DialogDriver;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -47,11 +45,11 @@ private:
 void TestReports::checkReport(const QString &text, const QString &icon)
 {
     QCOMPARE(dialogs->seen().size(), 1);
-    const testsupport::SeenDialog &seen = dialogs->seen().first();
+    const SeenDialog &seen = dialogs->seen().first();
     QCOMPARE(seen.text, text);
     QCOMPARE(seen.iconSheet, QStringLiteral("background-image:url(:/images/%1)").arg(icon));
     QCOMPARE(seen.buttons, QStringList(QStringLiteral("确定")));
-    QCOMPARE(seen.place, QRect(mainWindow->pos() + QPoint(190, 160), QSize(420, 230)));
+    QCOMPARE(seen.place, QRect(window->pos() + QPoint(190, 160), QSize(420, 230)));
 }
 
 void TestReports::refusalListsReasonsInOrder_data()
@@ -84,7 +82,7 @@ void TestReports::refusalListsReasonsInOrder()
     QFETCH(uint, reasons);
     QFETCH(QString, text);
     dialogs->next(Answer::Ok);
-    mainWindow->alertDialogEva(reasons);
+    window->alertDialogEva(reasons);
     checkReport(text, QStringLiteral("ico_war"));
 }
 
@@ -114,7 +112,7 @@ void TestReports::resultNamesTheCountsThatAreNotZero()
     QFETCH(QString, icon);
     QFETCH(QString, text);
     dialogs->next(Answer::Ok);
-    mainWindow->showResultDialogEva(1, succeeded, failed);
+    window->showResultDialogEva(1, succeeded, failed);
     checkReport(text, icon);
 }
 
@@ -122,19 +120,19 @@ void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 {
     const QStringList files = dropFiles(2);
     const auto isAnythingTicked = [this] {
-        return !window->tickedRows().isEmpty() || window->isTicked("selectAllCheckBox");
+        return !tickedRows().isEmpty() || isTicked("selectAllCheckBox");
     };
     for (const uint succeeded : {0U, 2U}) {
         for (const uint failed : {0U, 2U}) {
-            mainWindow->selectAllEva(true);
+            window->selectAllEva(true);
             settle();
-            QCOMPARE(window->tickedRows(), files);
+            QCOMPARE(tickedRows(), files);
             bool tickedMeanwhile = true;
             dialogs->next([&](QDialog &report) {
                 tickedMeanwhile = isAnythingTicked();
                 DialogDriver::press(report, Answer::Ok);
             });
-            mainWindow->showResultDialogEva(1, succeeded, failed);
+            window->showResultDialogEva(1, succeeded, failed);
             QVERIFY(!tickedMeanwhile);
             QVERIFY(!isAnythingTicked());
         }
@@ -145,33 +143,33 @@ void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
 void TestReports::resultUnticksTheListBeforeItIsClosed()
 {
     const QStringList files = dropFiles(2);
-    QVERIFY(window->isEnabled("removeButton"));
+    QVERIFY(isEnabled("removeButton"));
     dialogs->next([&](QDialog &report) {
-        PROMPTLY_VERIFY(!window->isEnabled("removeButton"));
+        PROMPTLY_VERIFY(!isEnabled("removeButton"));
         DialogDriver::press(report, Answer::Ok);
     });
-    mainWindow->showResultDialogEva(1, 1, 0);
+    window->showResultDialogEva(1, 1, 0);
     settle();
-    QVERIFY(!window->isEnabled("crushButton"));
-    QVERIFY(!window->isEnabled("removeButton"));
+    QVERIFY(!isEnabled("crushButton"));
+    QVERIFY(!isEnabled("removeButton"));
     // A click ticks the row, in the list as well.
     pressRow(1);
     press("removeButton");
-    QCOMPARE(window->rows(), files.mid(0, 1));
+    QCOMPARE(rows(), files.mid(0, 1));
 }
 
 void TestReports::rowOnItsWayWhenTheResultComesIsUntickedToo()
 {
     const QStringList files = makeFiles(1);
     dialogs->next(Answer::Ok);
-    window->drop(files);
-    mainWindow->showResultDialogEva(1, 1, 0);
+    letGo(files);
+    window->showResultDialogEva(1, 1, 0);
     settle();
-    QCOMPARE(window->rows(), files);
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isEnabled("crushButton"));
+    QCOMPARE(rows(), files);
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isEnabled("crushButton"));
     pressRow(0);
-    QCOMPARE(window->tickedRows(), files);
+    QCOMPARE(tickedRows(), files);
 }
 
 TEST_SUITE(reports, TestReports)

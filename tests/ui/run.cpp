@@ -4,21 +4,14 @@
 // Whole runs, from dropping real files to reading the result.
 
 #include "suites.h"
-#include "widgets/zztablecell.h"
 #include "windowtest.h"
 
 #include <QDir>
-#include <QTableWidget>
 #include <QtTest>
 
 #include <algorithm>
 
-using testsupport::Answer;
-using testsupport::entryExists;
-using testsupport::idleText;
-using testsupport::runningText;
-using testsupport::TemporaryTree;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 namespace
 {
@@ -39,11 +32,6 @@ protected:
         return QObject::eventFilter(watched, event);
     }
 };
-
-QString header(int count)
-{
-    return QStringLiteral("已成功粉碎%1个文件（文件夹）").arg(count);
-}
 
 } // namespace
 
@@ -75,37 +63,37 @@ void TestRun::confirmedFilesAndFoldersAreGone()
                                tree->makeLink(QStringLiteral("link"), kept),
                                tree->path(QStringLiteral("folder"))};
     drop(paths);
-    QVERIFY(!window->find("emptyPanel")->isVisible());
-    QVERIFY(window->isTicked("selectAllCheckBox"));
+    QVERIFY(!find("emptyPanel")->isVisible());
+    QVERIFY(isTicked("selectAllCheckBox"));
     crush();
-    QCOMPARE(window->rows(), QStringList());
+    QCOMPARE(rows(), QStringList());
     for (const QString &path : paths)
         QVERIFY2(!entryExists(path), qPrintable(path));
     QCOMPARE(TemporaryTree::contentsOf(kept), QByteArray(10, 'x'));
-    QCOMPARE(window->textOf("subtitleLabel"), header(7));
+    QCOMPARE(textOf("subtitleLabel"), headerText(7));
     QCOMPARE(dialogs->seen().last().text,
              QStringLiteral("本次文件粉碎任务已经结束\n7 个文件(文件夹)已被成功粉碎"));
-    QCOMPARE(window->textOf("crushButton"), idleText());
+    QCOMPARE(textOf("crushButton"), idleText());
     for (const char *name : {"crushButton", "removeButton", "selectAllCheckBox"})
-        QVERIFY2(!window->isEnabled(name), name);
-    QVERIFY(!window->isTicked("selectAllCheckBox"));
-    QVERIFY(!window->find("successPanel")->isVisible());
+        QVERIFY2(!isEnabled(name), name);
+    QVERIFY(!isTicked("selectAllCheckBox"));
+    QVERIFY(!find("successPanel")->isVisible());
 }
 
 void TestRun::untickedRowsAreSpared()
 {
     const QStringList files = dropFiles(3);
-    window->clickTickBox(1);
+    clickTickBox(1);
     settle();
     crush();
-    QCOMPARE(window->rows(), files.mid(1, 1));
-    QCOMPARE(window->tickedRows(), QStringList());
+    QCOMPARE(rows(), files.mid(1, 1));
+    QCOMPARE(tickedRows(), QStringList());
     QVERIFY(!entryExists(files.at(0)));
     QCOMPARE(TemporaryTree::contentsOf(files.at(1)), QByteArray(10, 'x'));
     QVERIFY(!entryExists(files.at(2)));
     // What is left can be ticked and goes with the next run.
     pressRow(0);
-    QVERIFY(window->isEnabled("crushButton"));
+    QVERIFY(isEnabled("crushButton"));
     crush();
     QVERIFY(!entryExists(files.at(1)));
 }
@@ -123,7 +111,8 @@ void TestRun::failureIsReportedAsSuch_data()
 void TestRun::failureIsReportedAsSuch()
 {
     QFETCH(int, succeeding);
-    const QString failing = makeFailingFolder();
+    const QString failing = tree->makeFolder("failing");
+    tree->makeFifo("failing/fifo");
     const QStringList files = makeFiles(succeeding);
     drop(QStringList(failing) + files);
     crush();
@@ -131,22 +120,22 @@ void TestRun::failureIsReportedAsSuch()
     QVERIFY(entryExists(failing));
     for (const QString &file : files)
         QVERIFY(!entryExists(file));
-    QCOMPARE(window->rows(), QStringList(failing));
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isTicked("selectAllCheckBox"));
+    QCOMPARE(rows(), QStringList(failing));
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isTicked("selectAllCheckBox"));
     QVERIFY(!overlayOf(0)->isVisible());
-    QCOMPARE(window->textOf("subtitleLabel"), header(succeeding));
+    QCOMPARE(textOf("subtitleLabel"), headerText(succeeding));
 }
 
 void TestRun::secondRunTellsItsOwnCount()
 {
     dropFiles(2);
     crush();
-    QCOMPARE(window->textOf("subtitleLabel"), header(2));
+    QCOMPARE(textOf("subtitleLabel"), headerText(2));
     dropFiles(1);
-    QCOMPARE(window->textOf("subtitleLabel"), header(2));
+    QCOMPARE(textOf("subtitleLabel"), headerText(2));
     crush();
-    QCOMPARE(window->textOf("subtitleLabel"), header(1));
+    QCOMPARE(textOf("subtitleLabel"), headerText(1));
 }
 
 void TestRun::rowDarkensFromTheLeft()
@@ -154,8 +143,8 @@ void TestRun::rowDarkensFromTheLeft()
     constexpr int tenMegabytes = 10000000;
     drop({tree->makeFile(QStringLiteral("big"), tenMegabytes)});
     // Once for nothing, so that only what the run does is seen.
-    mainWindow->setTableRowHeightEva(0, 1);
-    mainWindow->setTableRowHeightEva(0, 0);
+    window->setTableRowHeightEva(0, 1);
+    window->setTableRowHeightEva(0, 0);
     DarkeningWatch watch(overlayOf(0));
     crush();
     // The last report is always of 99 percent; the rest is told by the row's going.
@@ -171,14 +160,14 @@ void TestRun::rowsCanBeAddedDuringARun()
     drop({folder});
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
-    window->click("crushButton");
-    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
-    window->drop({added});
+    click("crushButton");
+    PROMPTLY_COMPARE(textOf("crushButton"), runningText());
+    letGo({added});
     PROMPTLY_COMPARE(dialogs->seen().size(), 2);
     PROMPTLY_VERIFY(dialogs->isDone());
     QVERIFY(!entryExists(folder));
     QVERIFY(!entryExists(added));
-    QCOMPARE(window->textOf("subtitleLabel"), header(2));
+    QCOMPARE(textOf("subtitleLabel"), headerText(2));
 }
 
 void TestRun::stoppedFolderKeepsItsRow()
@@ -187,19 +176,19 @@ void TestRun::stoppedFolderKeepsItsRow()
     const QString folder = makeBigFolder(manyFiles);
     drop({folder});
     dialogs->next(Answer::Ok);
-    window->click("crushButton");
-    PROMPTLY_COMPARE(window->textOf("crushButton"), runningText());
-    QVERIFY(!window->isEnabled("removeButton"));
-    QVERIFY(window->isEnabled("addButton"));
+    click("crushButton");
+    PROMPTLY_COMPARE(textOf("crushButton"), runningText());
+    QVERIFY(!isEnabled("removeButton"));
+    QVERIFY(isEnabled("addButton"));
     // What the worker has not begun is taken back, and that ends in a report.
     PROMPTLY_VERIFY(static_cast<int>(QDir(folder).count()) < manyFiles);
-    window->click("crushButton");
-    PROMPTLY_COMPARE(window->textOf("crushButton"), idleText());
+    click("crushButton");
+    PROMPTLY_COMPARE(textOf("crushButton"), idleText());
     settle();
-    QCOMPARE(window->rows(), QStringList(folder));
+    QCOMPARE(rows(), QStringList(folder));
     QVERIFY(!QDir(folder).isEmpty());
     QCOMPARE(reports(), QStringList());
-    QVERIFY(window->isEnabled("selectAllCheckBox"));
+    QVERIFY(isEnabled("selectAllCheckBox"));
 }
 
 void TestRun::stopBetweenFilesTellsTheUserWhatIsGone()
@@ -208,25 +197,25 @@ void TestRun::stopBetweenFilesTellsTheUserWhatIsGone()
     const QStringList files = dropFiles(manyFiles);
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
-    window->click("crushButton");
-    PROMPTLY_VERIFY(window->rows().size() < manyFiles);
-    QCOMPARE(window->textOf("crushButton"), runningText());
-    window->click("crushButton");
+    click("crushButton");
+    PROMPTLY_VERIFY(rows().size() < manyFiles);
+    QCOMPARE(textOf("crushButton"), runningText());
+    click("crushButton");
     PROMPTLY_COMPARE(dialogs->seen().size(), 2);
     PROMPTLY_VERIFY(dialogs->isDone());
     settle();
     settle(); // the report kept "uncheck all" from being performed
-    QCOMPARE(window->textOf("crushButton"), idleText());
-    const int gone = manyFiles - window->rows().size();
+    QCOMPARE(textOf("crushButton"), idleText());
+    const int gone = manyFiles - rows().size();
     QVERIFY(gone > 0 && gone < manyFiles);
     QCOMPARE(dialogs->seen().last().text,
              QStringLiteral("本次文件粉碎任务已经结束\n%1 个文件(文件夹)已被成功粉碎").arg(gone));
-    QCOMPARE(window->textOf("subtitleLabel"), header(gone));
+    QCOMPARE(textOf("subtitleLabel"), headerText(gone));
     QCOMPARE(int(std::count_if(files.cbegin(), files.cend(),
                                [](const QString &file) { return !entryExists(file); })),
              gone);
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isEnabled("crushButton"));
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isEnabled("crushButton"));
 }
 
 TEST_SUITE(run, TestRun)

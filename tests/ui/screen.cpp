@@ -9,7 +9,7 @@
 #include <QScreen>
 #include <QtTest>
 
-using testsupport::WindowTest;
+using namespace testsupport;
 
 class TestScreen : public WindowTest
 {
@@ -22,8 +22,8 @@ private slots:
 void TestScreen::windowOpensInTheMiddle()
 {
     QCOMPARE(QGuiApplication::primaryScreen()->availableGeometry(), QRect(0, 0, 1920, 1080));
-    QCOMPARE(mainWindow->geometry(), QRect(560, 265, 800, 550));
-    QCOMPARE(window->find("historyWindow")->geometry(), QRect(610, 290, 700, 500));
+    QCOMPARE(window->geometry(), QRect(560, 265, 800, 550));
+    QCOMPARE(find("historyWindow")->geometry(), QRect(610, 290, 700, 500));
 }
 
 TEST_SUITE(screen, TestScreen)

@@ -9,25 +9,28 @@
 // and FILESHREDDER_SOAK_STANDSTILL which standstill of the window, in milliseconds, is too long:
 // usually only one that never ends, as a busy machine may hold up anything.
 
-#include "eventually.h"
 #include "guiwatchdog.h"
-#include "restlessuser.h"
+#include "model/randomtree.h"
 #include "suites.h"
+#include "windowtest.h"
 
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QSet>
 #include <QtTest>
 
-using testsupport::entryExists;
-using testsupport::RestlessUser;
-using testsupport::TemporaryTree;
+#include <future>
+
+using namespace testsupport;
 
 namespace
 {
 
 constexpr int usualSeconds = 8;
 constexpr int requestsARound = 60;
+constexpr int mostRows = 200;
 
 int fromEnvironment(const char *name, int usual)
 {
@@ -38,73 +41,227 @@ int fromEnvironment(const char *name, int usual)
 
 const int seed = fromEnvironment("FILESHREDDER_SOAK_SEED", 1);
 
+QtMessageHandler testsHandler = nullptr;
+
+/// The offscreen platform complains, once or more, about every file dialog.
+void hearMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.contains(QLatin1String("propagateSizeHints")))
+        testsHandler(type, context, text);
+}
+
 } // namespace
 
-class TestSoak : public RestlessUser
+class TestSoak : public WindowTest
 {
     Q_OBJECT
-
-public:
-    TestSoak()
-        : RestlessUser(static_cast<quint32>(seed))
-    {
-    }
 
 private slots:
     void restlessUserMeetsAgreement();
 
 private:
+    void beginRound();
+    void doSomething();
+    void doSomethingInTheHistory();
+    void answerEveryDialog();
+    void startOrStop();
+    void clickSomeRow();
+    void dropSome();
+    QStringList someFiles();
+    void comeToRest();
     void checkFiles();
     void emptyTheList();
     void checkRows();
     void checkRun();
+    QString nextName() { return QString::number(++names); }
+    bool isHistoryOpen() const { return find("historyWindow")->isVisible(); }
+    QString runState() const { return textOf("crushButton"); }
+
+    Dice chance{static_cast<quint32>(seed)};
+    QStringList shownFiles; ///< the files and folders that the window was shown in this round
+    QString neverShown;     ///< a file it was not shown
+    QStringList chosen;     ///< for the file dialog that opens next
+    int names = 0;
+    std::future<void> leavingFiles;
 };
 
 void TestSoak::restlessUserMeetsAgreement()
 {
+    testsHandler = qInstallMessageHandler(hearMessage);
+    const auto restore = qScopeGuard([] { qInstallMessageHandler(testsHandler); });
+    answerEveryDialog();
     const int seconds = fromEnvironment("FILESHREDDER_SOAK_SECONDS", usualSeconds);
-    const testsupport::GuiWatchdog watchdog(
-        fromEnvironment("FILESHREDDER_SOAK_STANDSTILL", testsupport::patience));
+    const GuiWatchdog watchdog(fromEnvironment("FILESHREDDER_SOAK_STANDSTILL", patience));
     int rounds = 0;
     QElapsedTimer clock;
     clock.start();
     for (; clock.elapsed() < seconds * 1000LL && !QTest::currentTestFailed(); ++rounds) {
         beginRound();
-        for (int number = 0; number < requestsARound; ++number)
+        for (int number = 0; number < requestsARound; ++number) {
             doSomething();
+            QCoreApplication::processEvents();
+            if (chance.onceIn(3))
+                promptly([left = chance.upTo(20)]() mutable { return --left < 0; });
+        }
         comeToRest();
         checkFiles();
         chance.onceIn(2) ? checkRows() : checkRun();
     }
-    qInfo("seed %d: %d requests in %d rounds, longest standstill %d ms", seed, requests, rounds,
-          watchdog.longest());
+    qInfo("seed %d: %d requests in %d rounds, longest standstill %d ms", seed,
+          rounds * requestsARound, rounds, watchdog.longest());
+}
+
+/// Leaves the files of the last round behind and begins one with none.
+void TestSoak::beginRound()
+{
+    // Not in this thread, whose event loop would stand still meanwhile on a busy disk.
+    leavingFiles = std::async(std::launch::async, [left = std::move(tree)] {});
+    tree = std::make_unique<TemporaryTree>();
+    shownFiles.clear();
+    neverShown = tree->makeFile("bystander", 5000);
+}
+
+/// OK to every question and every report, the wanted names to the file dialog.
+void TestSoak::answerEveryDialog()
+{
+    dialogs->next([this](QDialog &dialog) {
+        answerEveryDialog();
+        if (qobject_cast<QFileDialog *>(&dialog) == nullptr)
+            return DialogDriver::press(dialog, Answer::Ok);
+        auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        name->setText(QLatin1Char('"') + chosen.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+}
+
+void TestSoak::doSomething()
+{
+    if (isHistoryOpen())
+        return doSomethingInTheHistory();
+    const int choice = chance.upTo(16);
+    if (choice == 0 && chance.onceIn(8)) {
+        chosen = someFiles();
+        return click("addButton");
+    }
+    if (choice <= 3)
+        return dropSome();
+    if (choice <= 6)
+        return startOrStop();
+    if (choice <= 8)
+        return click("selectAllCheckBox");
+    if (choice == 9)
+        return click("removeButton");
+    if (choice == 10)
+        return click("historyLink");
+    clickSomeRow();
+}
+
+/// The history window keeps its user from the main window, but not from dropping files there.
+void TestSoak::doSomethingInTheHistory()
+{
+    const int choice = chance.upTo(5);
+    if (choice == 0)
+        return click("clearHistoryButton");
+    if (choice == 1)
+        return settle(); // copies
+    if (choice == 2)
+        return dropSome();
+    click("historyCloseButton");
+}
+
+void TestSoak::startOrStop()
+{
+    const QString state = runState();
+    if (state == stoppingText() || !isEnabled("crushButton"))
+        return;
+    click("crushButton");
+    if (state == runningText())
+        PROMPTLY_VERIFY(runState() != runningText());
+}
+
+void TestSoak::clickSomeRow()
+{
+    const int count = table()->rowCount();
+    if (count == 0)
+        return;
+    const int row = chance.upTo(qMin(count, 10));
+    if (!cell(row)->visibleRegion().isEmpty()) // the table may have been scrolled
+        clickRow(row);
+}
+
+void TestSoak::dropSome()
+{
+    if (table()->rowCount() < mostRows - 15 || chance.onceIn(4))
+        letGo(someFiles());
+}
+
+QStringList TestSoak::someFiles()
+{
+    QStringList some;
+    for (int number = chance.upTo(12); number >= 0; --number) {
+        if (!shownFiles.isEmpty() && chance.onceIn(4)) {
+            some.append(chance.oneOf(shownFiles));
+            continue;
+        }
+        const QString name = nextName();
+        if (chance.onceIn(12)) { // a fifo stays, and so does its folder
+            some.append(tree->makeFolder(name));
+            tree->makeFifo(name + QStringLiteral("/fifo"));
+        } else if (chance.onceIn(8)) {
+            some.append(tree->makeFolder(name));
+            tree->makeFile(name + QStringLiteral("/one"), 3);
+            tree->makeFile(name + QStringLiteral("/two"), 5000);
+        } else {
+            some.append(tree->makeFile(name, chance.onceIn(10) ? 40000 : chance.upTo(5)));
+        }
+        shownFiles.append(some.last());
+    }
+    return some;
+}
+
+/// Ends what is going on, as a user would, and waits until nothing moves any more.
+void TestSoak::comeToRest()
+{
+    if (isHistoryOpen())
+        click("historyCloseButton");
+    settle();
+    if (runState() == runningText()) {
+        // Only with something ticked a run can be stopped; the last ticks may have gone.
+        shownFiles.append(tree->makeFile(nextName(), 1));
+        letGo({shownFiles.last()});
+        settle();
+    }
+    if (runState() == runningText())
+        click("crushButton");
+    PROMPTLY_COMPARE(runState(), idleText());
+    settle();
+    settle(); // a report that was open kept the first from being performed
+    QCOMPARE(runState(), idleText());
 }
 
 /// What is there was not touched, and what is gone the user had in the list.
 void TestSoak::checkFiles()
 {
-    QCOMPARE(TemporaryTree::contentsOf(neverShown), QByteArray(5000, 'x'));
+    QVERIFY(isAsMade(neverShown, 5000));
     for (const QString &file : qAsConst(shownFiles)) {
-        if (QFileInfo(file).isFile()) {
-            const QByteArray bytes = TemporaryTree::contentsOf(file);
-            QCOMPARE(bytes, QByteArray(bytes.size(), 'x'));
-        }
+        const QFileInfo info(file);
+        QVERIFY(!info.isFile() || isAsMade(file, static_cast<int>(info.size())));
     }
-    const QStringList rows = window->rows();
-    for (const QString &row : rows)
+    const QStringList shown = rows();
+    for (const QString &row : shown)
         QVERIFY2(shownFiles.contains(row), qPrintable(row));
-    QCOMPARE(rows.toSet().size(), rows.size());
+    QCOMPARE(shown.toSet().size(), shown.size());
 }
 
 /// Ticks every row and removes it.
 void TestSoak::emptyTheList()
 {
-    mainWindow->selectAllEva(true);
+    window->selectAllEva(true);
     settle();
-    QCOMPARE(window->tickedRows(), window->rows());
-    mainWindow->removeSomeFilesEva();
+    QCOMPARE(tickedRows(), rows());
+    window->removeSomeFilesEva();
     settle();
-    QCOMPARE(window->rows(), QStringList());
+    QCOMPARE(rows(), QStringList());
 }
 
 /// Takes everything out and puts back what is left: the list refuses what it still holds.
@@ -117,13 +274,12 @@ void TestSoak::checkRows()
             left.append(file);
     }
     const int reports = dialogs->seen().size();
-    window->drop(left);
-    settle();
-    QCOMPARE(window->rows(), left);
+    drop(left);
+    QCOMPARE(rows(), left);
     QCOMPARE(dialogs->seen().size(), reports);
-    mainWindow->selectAllEva(false);
+    window->selectAllEva(false);
     settle();
-    QCOMPARE(window->tickedRows(), QStringList());
+    QCOMPARE(tickedRows(), QStringList());
     emptyTheList();
 }
 
@@ -131,23 +287,23 @@ void TestSoak::checkRows()
 void TestSoak::checkRun()
 {
     // A row that failed in a run that was stopped is drawn with a tick and has none.
-    mainWindow->selectAllEva(true);
+    window->selectAllEva(true);
     settle();
-    const QStringList rows = window->rows();
+    const QStringList shown = rows();
     QStringList failing;
-    for (const QString &row : rows) {
+    for (const QString &row : shown) {
         if (entryExists(row + QStringLiteral("/fifo")))
             failing.append(row);
     }
-    if (!rows.isEmpty()) {
+    if (!shown.isEmpty()) {
         const int reports = dialogs->seen().size();
-        window->click("crushButton");
+        click("crushButton");
         PROMPTLY_COMPARE(dialogs->seen().size(), reports + 2);
         settle();
     }
-    QCOMPARE(window->rows(), failing);
-    QCOMPARE(window->tickedRows(), QStringList());
-    for (const QString &row : rows)
+    QCOMPARE(rows(), failing);
+    QCOMPARE(tickedRows(), QStringList());
+    for (const QString &row : shown)
         QCOMPARE(entryExists(row), failing.contains(row));
     emptyTheList();
 }

@@ -5,17 +5,14 @@
 // from drops on the window, or from the slots where the controller has to stay out of it.
 
 #include "suites.h"
-#include "widgets/zztablecell.h"
 #include "windowtest.h"
 
 #include <QIcon>
 #include <QLabel>
 #include <QSignalSpy>
-#include <QTableWidget>
 #include <QtTest>
 
-using testsupport::entryExists;
-using testsupport::WindowTest;
+using namespace testsupport;
 
 class TestTable : public WindowTest
 {
@@ -42,22 +39,22 @@ private slots:
 
 void TestTable::firstRowHidesBothPanels()
 {
-    window->find("successPanel")->show();
-    QVERIFY(window->find("emptyPanel")->isVisible());
-    mainWindow->addRowToMainTableEva(QStringLiteral("/a"));
-    QVERIFY(!window->find("emptyPanel")->isVisible());
-    QVERIFY(!window->find("successPanel")->isVisible());
+    find("successPanel")->show();
+    QVERIFY(find("emptyPanel")->isVisible());
+    window->addRowToMainTableEva(QStringLiteral("/a"));
+    QVERIFY(!find("emptyPanel")->isVisible());
+    QVERIFY(!find("successPanel")->isVisible());
 }
 
 void TestTable::tickingARowHidesBothPanels()
 {
-    mainWindow->addRowToMainTableEva(QStringLiteral("/a"));
-    window->find("emptyPanel")->show();
-    window->find("successPanel")->show();
-    mainWindow->setTableItemCheckBoxStateEva(0, false);
-    QVERIFY(!window->cell(0)->isChecked());
-    QVERIFY(!window->find("emptyPanel")->isVisible());
-    QVERIFY(!window->find("successPanel")->isVisible());
+    window->addRowToMainTableEva(QStringLiteral("/a"));
+    find("emptyPanel")->show();
+    find("successPanel")->show();
+    window->setTableItemCheckBoxStateEva(0, false);
+    QVERIFY(!cell(0)->isChecked());
+    QVERIFY(!find("emptyPanel")->isVisible());
+    QVERIFY(!find("successPanel")->isVisible());
 }
 
 void TestTable::rowsShowTheProgramsOwnIcons()
@@ -73,8 +70,8 @@ void TestTable::rowsShowTheProgramsOwnIcons()
         {tree->path(QStringLiteral("nothing there")), file},
     };
     for (int row = 0; row < entries.size(); ++row) {
-        mainWindow->addRowToMainTableEva(entries.at(row).first);
-        const auto *icon = window->cell(row)->findChild<QLabel *>(QStringLiteral("iconLabel"));
+        window->addRowToMainTableEva(entries.at(row).first);
+        const auto *icon = cell(row)->findChild<QLabel *>(QStringLiteral("iconLabel"));
         QCOMPARE(icon->property("pixmap").value<QPixmap>().toImage(),
                  QIcon(entries.at(row).second).pixmap(16, 16).toImage());
     }
@@ -84,12 +81,12 @@ void TestTable::rowIsThirtyPixelsHighAndFillsTheFirstColumn()
 {
     dropFiles(3);
     for (int row = 0; row < 3; ++row) {
-        QCOMPARE(window->table()->rowHeight(row), 30);
-        QCOMPARE(window->cell(row)->size(), QSize(778, 30));
-        QCOMPARE(window->cell(row)->mapTo(mainWindow, QPoint()), QPoint(1, 140 + row * 30));
-        QVERIFY(window->table()->cellWidget(row, 1) == nullptr);
-        QVERIFY(window->table()->item(row, 0) == nullptr);
-        QVERIFY(window->table()->item(row, 1) == nullptr);
+        QCOMPARE(table()->rowHeight(row), 30);
+        QCOMPARE(cell(row)->size(), QSize(778, 30));
+        QCOMPARE(cell(row)->mapTo(window.get(), QPoint()), QPoint(1, 140 + row * 30));
+        QVERIFY(table()->cellWidget(row, 1) == nullptr);
+        QVERIFY(table()->item(row, 0) == nullptr);
+        QVERIFY(table()->item(row, 1) == nullptr);
     }
 }
 
@@ -97,22 +94,22 @@ void TestTable::rowIsThirtyPixelsHighAndFillsTheFirstColumn()
 void TestTable::rowsThatComeTogetherAreAllDrawn()
 {
     for (int turn = 0; turn < 2; ++turn) {
-        mainWindow->addRowToMainTableEva(QStringLiteral("/one"));
-        mainWindow->addRowToMainTableEva(QStringLiteral("/more"));
-        QVERIFY(!window->table()->updatesEnabled());
-        QTRY_VERIFY(window->table()->updatesEnabled());
+        window->addRowToMainTableEva(QStringLiteral("/one"));
+        window->addRowToMainTableEva(QStringLiteral("/more"));
+        QVERIFY(!table()->updatesEnabled());
+        QTRY_VERIFY(table()->updatesEnabled());
     }
 }
 
 void TestTable::cellsBehindARemovedRowReportTheirNewRows()
 {
     QStringList files = dropFiles(5);
-    mainWindow->removeRowFromMainTableEva(2);
+    window->removeRowFromMainTableEva(2);
     files.removeAt(2);
-    QCOMPARE(window->rows(), files);
+    QCOMPARE(rows(), files);
     for (int row = 0; row < 4; ++row) {
-        const QSignalSpy reports(window->cell(row), &ZZTableCell::tableCellClicked);
-        window->clickRow(row);
+        const QSignalSpy reports(cell(row), &ZZTableCell::tableCellClicked);
+        clickRow(row);
         QCOMPARE(reports.count(), 1);
         QCOMPARE(reports.first(), (QVariantList{row, 0}));
     }
@@ -122,12 +119,12 @@ void TestTable::progressDarkensTheRow()
 {
     dropFiles(2);
     QVERIFY(!overlayOf(1)->isVisible());
-    mainWindow->setTableRowHeightEva(1, 50);
+    window->setTableRowHeightEva(1, 50);
     QVERIFY(overlayOf(1)->isVisible());
     QCOMPARE(overlayOf(1)->size(), QSize(388, 30));
     QVERIFY(!overlayOf(0)->isVisible());
-    QCOMPARE(window->table()->rowHeight(1), 30);
-    mainWindow->setTableRowHeightEva(1, 0);
+    QCOMPARE(table()->rowHeight(1), 30);
+    window->setTableRowHeightEva(1, 0);
     QVERIFY(!overlayOf(1)->isVisible());
 }
 
@@ -135,13 +132,13 @@ void TestTable::rowsThatAreNotThereAreIgnored()
 {
     const QStringList files = dropFiles(2);
     for (const int row : {2, 3, -1}) {
-        mainWindow->setTableRowHeightEva(row, 50);
-        mainWindow->setTableItemCheckBoxStateEva(row, false);
-        mainWindow->removeRowFromMainTableEva(row);
-        mainWindow->tableCellClickedEva(row, 0);
+        window->setTableRowHeightEva(row, 50);
+        window->setTableItemCheckBoxStateEva(row, false);
+        window->removeRowFromMainTableEva(row);
+        window->tableCellClickedEva(row, 0);
     }
     settle();
-    QCOMPARE(window->tickedRows(), files);
+    QCOMPARE(tickedRows(), files);
     QVERIFY(!overlayOf(0)->isVisible());
     QVERIFY(!overlayOf(1)->isVisible());
 }
@@ -149,14 +146,14 @@ void TestTable::rowsThatAreNotThereAreIgnored()
 void TestTable::clickInAnotherColumnDoesNothing()
 {
     const QStringList files = dropFiles(2);
-    mainWindow->tableCellClickedEva(0, 1);
-    mainWindow->tableCellClickedEva(1, -1);
+    window->tableCellClickedEva(0, 1);
+    window->tableCellClickedEva(1, -1);
     settle();
-    QCOMPARE(window->tickedRows(), files);
+    QCOMPARE(tickedRows(), files);
     // Nor is anything left waiting for the next click.
-    mainWindow->tableCellClickedEva(1, 0);
+    window->tableCellClickedEva(1, 0);
     settle();
-    QCOMPARE(window->tickedRows(), files.mid(0, 1));
+    QCOMPARE(tickedRows(), files.mid(0, 1));
 }
 
 void TestTable::clickTogglesTheRow_data()
@@ -171,24 +168,24 @@ void TestTable::clickTogglesTheRow()
     QFETCH(bool, onTickBox);
     const auto click = [&](const QList<int> &rows) {
         for (const int row : rows)
-            onTickBox ? window->clickTickBox(row) : window->clickRow(row);
+            onTickBox ? clickTickBox(row) : clickRow(row);
         settle();
     };
     const QStringList files = dropFiles(3);
     click({1});
-    QCOMPARE(window->tickedRows(), (QStringList{files.at(0), files.at(2)}));
-    QVERIFY(!window->isTicked("selectAllCheckBox"));
-    QVERIFY(window->isEnabled("crushButton"));
+    QCOMPARE(tickedRows(), (QStringList{files.at(0), files.at(2)}));
+    QVERIFY(!isTicked("selectAllCheckBox"));
+    QVERIFY(isEnabled("crushButton"));
     click({0, 2});
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isEnabled("crushButton"));
-    QVERIFY(!window->isEnabled("removeButton"));
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isEnabled("crushButton"));
+    QVERIFY(!isEnabled("removeButton"));
     click({2});
-    QCOMPARE(window->tickedRows(), files.mid(2));
-    QVERIFY(window->isEnabled("crushButton"));
+    QCOMPARE(tickedRows(), files.mid(2));
+    QVERIFY(isEnabled("crushButton"));
     click({0, 1});
-    QCOMPARE(window->tickedRows(), files);
-    QVERIFY(window->isTicked("selectAllCheckBox"));
+    QCOMPARE(tickedRows(), files);
+    QVERIFY(isTicked("selectAllCheckBox"));
 }
 
 void TestTable::clickHoldsForItsEntryWhenTheRowMoves()
@@ -197,39 +194,39 @@ void TestTable::clickHoldsForItsEntryWhenTheRowMoves()
     pressRow(1);
     pressRow(2);
     // Not performed yet when the row below is clicked.
-    mainWindow->removeSomeFilesEva();
-    mainWindow->tableCellClickedEva(1, 0);
+    window->removeSomeFilesEva();
+    window->tableCellClickedEva(1, 0);
     settle();
-    QCOMPARE(window->rows(), files.mid(1));
-    QCOMPARE(window->tickedRows(), files.mid(1, 1));
+    QCOMPARE(rows(), files.mid(1));
+    QCOMPARE(tickedRows(), files.mid(1, 1));
 }
 
 void TestTable::selectAllTicksAndUnticksEveryRow()
 {
     const QStringList files = dropFiles(2);
     press("selectAllCheckBox");
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isEnabled("crushButton"));
-    QVERIFY(!window->isEnabled("removeButton"));
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isEnabled("crushButton"));
+    QVERIFY(!isEnabled("removeButton"));
     pressRow(1);
-    QVERIFY(!window->isTicked("selectAllCheckBox"));
+    QVERIFY(!isTicked("selectAllCheckBox"));
     press("selectAllCheckBox");
-    QCOMPARE(window->tickedRows(), files);
-    QVERIFY(window->isEnabled("crushButton"));
-    QVERIFY(window->isEnabled("removeButton"));
+    QCOMPARE(tickedRows(), files);
+    QVERIFY(isEnabled("crushButton"));
+    QVERIFY(isEnabled("removeButton"));
 }
 
 void TestTable::selectAllBoxFollowsWithoutAsking()
 {
     const QStringList files = dropFiles(2);
     for (const bool state : {false, true}) {
-        mainWindow->setSelectAllCheckBoxStateEva(state);
-        mainWindow->setSelectAllCheckBoxEnabledEva(state);
-        QCOMPARE(window->isTicked("selectAllCheckBox"), state);
-        QCOMPARE(window->isEnabled("selectAllCheckBox"), state);
+        window->setSelectAllCheckBoxStateEva(state);
+        window->setSelectAllCheckBoxEnabledEva(state);
+        QCOMPARE(isTicked("selectAllCheckBox"), state);
+        QCOMPARE(isEnabled("selectAllCheckBox"), state);
         // Had the box passed its change on, the controller would have unticked the rows.
         settle();
-        QCOMPARE(window->tickedRows(), files);
+        QCOMPARE(tickedRows(), files);
     }
 }
 
@@ -238,13 +235,13 @@ void TestTable::tickedRowsAreRemoved()
     const QStringList files = dropFiles(3);
     pressRow(1);
     press("removeButton");
-    QCOMPARE(window->rows(), files.mid(1, 1));
-    QCOMPARE(window->tickedRows(), QStringList());
-    QVERIFY(!window->isEnabled("removeButton"));
+    QCOMPARE(rows(), files.mid(1, 1));
+    QCOMPARE(tickedRows(), QStringList());
+    QVERIFY(!isEnabled("removeButton"));
     pressRow(0);
     press("removeButton");
-    QCOMPARE(window->rows(), QStringList());
-    QVERIFY(!window->isEnabled("selectAllCheckBox"));
+    QCOMPARE(rows(), QStringList());
+    QVERIFY(!isEnabled("selectAllCheckBox"));
     for (const QString &file : files)
         QVERIFY(entryExists(file));
 }
@@ -252,8 +249,8 @@ void TestTable::tickedRowsAreRemoved()
 void TestTable::tableStaysInItsPlace()
 {
     for (const int percent : {0, 50, 100}) {
-        mainWindow->slotMoveTable(30, percent);
-        QCOMPARE(window->table()->geometry(), QRect(0, 0, 798, 394));
+        window->slotMoveTable(30, percent);
+        QCOMPARE(table()->geometry(), QRect(0, 0, 798, 394));
     }
 }
 
