@@ -58,17 +58,18 @@ bool writeFontSetup(const QString &path, const QString &family)
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
 }
 
-int takePictures(const QDir &folder)
+int takePictures(const QString &folder)
 {
+    QDir::setCurrent(folder);
     if (!Walle::historyFilePath().startsWith(qEnvironmentVariable("HOME"))) {
         QTextStream(stderr) << "The history would go to a real home folder.\n";
         return EXIT_FAILURE;
     }
-    showTables(folder);
-    showButtons(folder);
-    showRun(folder);
-    showDialogs(folder);
-    showHistory(folder);
+    showTables();
+    showButtons();
+    showRun();
+    showDialogs();
+    showHistory();
     return EXIT_SUCCESS;
 }
 
@@ -103,7 +104,7 @@ int main(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], onTheDesktop) == 0) {
         const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
-        const int status = takePictures(QDir(QString::fromLocal8Bit(argv[2])));
+        const int status = takePictures(QString::fromLocal8Bit(argv[2]));
         // The controllers of the windows still run and are never joined.
         QTextStream(stdout).flush();
         std::_Exit(status);

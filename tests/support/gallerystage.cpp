@@ -3,19 +3,14 @@
 
 #include "gallerystage.h"
 
-#include "eventually.h"
-#include "tiedprocess.h"
-#include "widgets/zztablecell.h"
-
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCursor>
-#include <QFileInfo>
 #include <QIcon>
 #include <QImage>
 #include <QLabel>
 #include <QPixmap>
 #include <QScreen>
-#include <QTableWidget>
 #include <QTextStream>
 #include <QtTest>
 
@@ -27,28 +22,20 @@ namespace testsupport
 namespace
 {
 
-/// Between two looks at the screen that must agree.
-constexpr int betweenLooks = 60;
 constexpr QPoint outOfTheWay(5, 5);
-
-void mouse(const QStringList &arguments)
-{
-    outputOf(QStringLiteral("xdotool"), arguments, QProcessEnvironment::systemEnvironment());
-}
 
 void movePointer(const QPoint &position)
 {
-    const QPoint pixel = position * qApp->devicePixelRatio();
-    mouse({QStringLiteral("mousemove"), QString::number(pixel.x()), QString::number(pixel.y())});
+    QCursor::setPos(position);
     if (!eventually([&] { return QCursor::pos() == position; }))
         qFatal("the pointer does not move");
 }
 
-/// A folder that does not exist looks like a file to the window.
-void dressAsFolder(const ZZTableCell *cell)
+void pointAt(const QWidget *widget)
 {
-    auto *icon = cell->findChild<QLabel *>(QStringLiteral("iconLabel"));
-    icon->setPixmap(QIcon(QStringLiteral(":/images/ico_folder")).pixmap(icon->size()));
+    movePointer(widget->mapToGlobal(widget->rect().center()));
+    if (!eventually([&] { return widget->underMouse(); }))
+        qFatal("the pointer does not reach %s", qPrintable(widget->objectName()));
 }
 
 bool isTooltipVisible()
@@ -59,98 +46,12 @@ bool isTooltipVisible()
     });
 }
 
-} // namespace
-
-GalleryStage::GalleryStage(const QDir &folder)
-    : pictureFolder(folder)
-{
-    movePointer(outOfTheWay);
-}
-
-GalleryStage::~GalleryStage()
-{
-    withdraw();
-}
-
-void GalleryStage::addRows(const QVector<StagedRow> &rows)
-{
-    for (const StagedRow &row : rows) {
-        shown->addRowToMainTableEva(row.path);
-        const int index = shown.table()->rowCount() - 1;
-        if (row.kind == StagedRow::Folder)
-            dressAsFolder(shown.cell(index));
-        shown->setTableItemCheckBoxStateEva(index, row.ticked);
-    }
-    const int ticked = shown.tickedRows().size();
-    shown->setSelectAllCheckBoxEnabledEva(true);
-    shown->setSelectAllCheckBoxStateEva(ticked == shown.table()->rowCount());
-    shown->setRemoveButtonEnabledEva(ticked > 0);
-    shown->setCrushButtonEnabledEva(ticked > 0);
-}
-
-void GalleryStage::pointAt(const QWidget *widget) const
-{
-    pointAt(widget, widget->rect().center());
-}
-
-void GalleryStage::pointAt(const QWidget *widget, const QPoint &place) const
-{
-    movePointer(widget->mapToGlobal(place));
-    if (!eventually([&] { return widget->underMouse(); }))
-        qFatal("the pointer does not reach %s", qPrintable(widget->objectName()));
-}
-
-void GalleryStage::holdDown(const char *name)
-{
-    holdDown(shown.find(name));
-}
-
-void GalleryStage::holdDown(const QWidget *widget)
-{
-    pointAt(widget);
-    mouse({QStringLiteral("mousedown"), QStringLiteral("1")});
-    holding = true;
-    const auto pressed = [] { return QApplication::mouseButtons() != Qt::NoButton; };
-    if (!eventually(pressed))
-        qFatal("the mouse button does not go down");
-}
-
-void GalleryStage::withdraw()
-{
-    movePointer(outOfTheWay);
-    if (!holding)
-        return;
-    mouse({QStringLiteral("mouseup"), QStringLiteral("1")});
-    holding = false;
-    const auto released = [] { return QApplication::mouseButtons() == Qt::NoButton; };
-    if (!eventually(released))
-        qFatal("the mouse button does not come up");
-}
-
-void GalleryStage::waitForTooltip(const QWidget *widget) const
-{
-    pointAt(widget);
-    // A tip comes when the pointer has moved on the widget and then rests.
-    movePointer(QCursor::pos() + QPoint(1, 0));
-    if (!eventually(isTooltipVisible))
-        qFatal("no tooltip appears");
-}
-
-void GalleryStage::takePicture(const QString &name, const QWidget *window) const
-{
-    const QWidget *subject = window != nullptr ? window : shown.find("background")->window();
-    const QString file = pictureFolder.filePath(name + QStringLiteral(".png"));
-    constexpr int smallest = 0;
-    if (!standingScreen(subject->frameGeometry()).save(file, "PNG", smallest))
-        qFatal("cannot write %s", qPrintable(file));
-    QTextStream(stdout) << name << '\n';
-}
-
 /// The part @p area of the screen once two looks at it agree.
-QImage GalleryStage::standingScreen(const QRect &area) const
+QImage standingScreen(const QRect &area)
 {
     QImage last;
     const auto standsStill = [&] {
+        constexpr int betweenLooks = 60; // milliseconds
         QTest::qWait(betweenLooks);
         constexpr WId wholeScreen = 0;
         const QImage now =
@@ -165,6 +66,74 @@ QImage GalleryStage::standingScreen(const QRect &area) const
     if (!eventually(standsStill))
         qFatal("the screen does not stand still");
     return last;
+}
+
+} // namespace
+
+GalleryStage::GalleryStage()
+{
+    show();
+    movePointer(outOfTheWay);
+}
+
+GalleryStage::~GalleryStage()
+{
+    movePointer(outOfTheWay);
+}
+
+void GalleryStage::addRows(const QVector<StagedRow> &rows)
+{
+    for (const StagedRow &row : rows) {
+        window->addRowToMainTableEva(row.path);
+        const int index = table()->rowCount() - 1;
+        if (row.kind == StagedRow::Folder) {
+            // One that does not exist looks like a file to the window.
+            auto *icon = cell(index)->findChild<QLabel *>(QStringLiteral("iconLabel"));
+            icon->setPixmap(QIcon(QStringLiteral(":/images/ico_folder")).pixmap(icon->size()));
+        }
+        window->setTableItemCheckBoxStateEva(index, row.ticked);
+    }
+    const int ticked = tickedRows().size();
+    window->setSelectAllCheckBoxEnabledEva(true);
+    window->setSelectAllCheckBoxStateEva(ticked == table()->rowCount());
+    window->setRemoveButtonEnabledEva(ticked > 0);
+    window->setCrushButtonEnabledEva(ticked > 0);
+}
+
+void GalleryStage::takePicture(const QString &name, const QWidget *subject) const
+{
+    const QRect place = (subject != nullptr ? subject : window.get())->frameGeometry();
+    const QString file = name + QStringLiteral(".png");
+    constexpr int smallest = 0;
+    if (!standingScreen(place).save(file, "PNG", smallest))
+        qFatal("cannot write %s", qPrintable(file));
+    QTextStream(stdout) << name << '\n';
+}
+
+void GalleryStage::takeHovered(const QString &name, const QWidget *widget,
+                               const QWidget *subject) const
+{
+    pointAt(widget);
+    takePicture(name, subject);
+}
+
+void GalleryStage::takePressed(const QString &name, QWidget *button, const QWidget *subject) const
+{
+    auto *pressed = qobject_cast<QAbstractButton *>(button);
+    pressed->setDown(true);
+    takeHovered(name, button, subject);
+    pressed->setDown(false);
+}
+
+void GalleryStage::takeTooltip(const QString &name, const QWidget *widget,
+                               const QWidget *subject) const
+{
+    pointAt(widget);
+    // A tip comes when the pointer has moved on the widget and then rests.
+    movePointer(QCursor::pos() + QPoint(1, 0));
+    if (!eventually(isTooltipVisible))
+        qFatal("no tooltip appears");
+    takePicture(name, subject);
 }
 
 } // namespace testsupport

@@ -7,17 +7,9 @@
 
 #pragma once
 
-#include "shownwindow.h"
+#include "windowtest.h"
 
-#include <QDir>
-#include <QPoint>
-#include <QString>
 #include <QVector>
-
-class QDialog;
-class QImage;
-class QRect;
-class QWidget;
 
 namespace testsupport
 {
@@ -31,41 +23,34 @@ struct StagedRow {
     bool ticked = true;
 };
 
-class GalleryStage
+class GalleryStage : public ShownWindow
 {
 public:
-    /// Pictures go to @p folder.
-    explicit GalleryStage(const QDir &folder);
+    GalleryStage();
     ~GalleryStage();
     GalleryStage(const GalleryStage &) = delete;
     GalleryStage &operator=(const GalleryStage &) = delete;
 
+    // What a scene does with the window.
+    using ShownWindow::find;
+    using ShownWindow::isEnabled;
+    using ShownWindow::partOf;
+    using ShownWindow::table;
+    using ShownWindow::window;
+
     /// Appends @p rows and gives ticks and buttons the state the controller would give them.
     void addRows(const QVector<StagedRow> &rows);
 
-    /// Rests the pointer on the middle of @p widget, or of its part @p place.
-    void pointAt(const QWidget *widget) const;
-    void pointAt(const QWidget *widget, const QPoint &place) const;
-    void pointAt(const char *name) const { pointAt(shown.find(name)); }
-    /// Presses the mouse button on the widget called @p name and holds it down.
-    void holdDown(const char *name);
-    void holdDown(const QWidget *widget);
-    /// Takes the pointer where nothing reacts to it, still holding, and only then lets go, so
-    /// that nothing is clicked.
-    void withdraw();
-    /// Points at @p widget until its tooltip is there.
-    void waitForTooltip(const QWidget *widget) const;
-
-    /// Takes the picture @p name of @p window, or of the main window.
-    void takePicture(const QString &name, const QWidget *window = nullptr) const;
-
-    ShownWindow shown;
-
-private:
-    QImage standingScreen(const QRect &area) const;
-
-    QDir pictureFolder;
-    bool holding = false;
+    /// Takes the picture @p name of @p subject, or of the main window, into the working folder.
+    void takePicture(const QString &name, const QWidget *subject = nullptr) const;
+    /// As takePicture(), with the pointer on the middle of @p widget.
+    void takeHovered(const QString &name, const QWidget *widget,
+                     const QWidget *subject = nullptr) const;
+    /// The same, while @p button is held down.
+    void takePressed(const QString &name, QWidget *button, const QWidget *subject = nullptr) const;
+    /// The same, once the tooltip of @p widget is there.
+    void takeTooltip(const QString &name, const QWidget *widget,
+                     const QWidget *subject = nullptr) const;
 };
 
 } // namespace testsupport
