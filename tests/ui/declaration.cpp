@@ -22,12 +22,10 @@ QByteArrayList declarationsOf(QMetaMethod::MethodType type)
         const QMetaMethod method = meta.method(index);
         if (method.methodType() != type)
             continue;
-        QByteArrayList parameters;
-        for (int number = 0; number < method.parameterCount(); ++number) {
-            parameters.append(
-                (method.parameterTypes().at(number) + ' ' + method.parameterNames().at(number))
-                    .trimmed());
-        }
+        QByteArrayList parameters = method.parameterTypes();
+        for (int number = 0; number < method.parameterCount(); ++number)
+            parameters[number] =
+                (parameters[number] + ' ' + method.parameterNames().at(number)).trimmed();
         declarations.append(method.name() + '(' + parameters.join(", ") + ')');
     }
     return declarations;
@@ -40,11 +38,10 @@ class TestDeclaration : public QObject
     Q_OBJECT
 
 private slots:
-    void slotsAreDeclaredInOrder();
-    void windowIsAFrameWithOneSignal();
+    void windowIsAFrameWithItsSlotsAndOneSignalInOrder();
 };
 
-void TestDeclaration::slotsAreDeclaredInOrder()
+void TestDeclaration::windowIsAFrameWithItsSlotsAndOneSignalInOrder()
 {
     const auto expected =
         QByteArray(
@@ -62,10 +59,6 @@ void TestDeclaration::slotsAreDeclaredInOrder()
             "alertDialogEva(uint)|showResultDialogEva(uint, uint, uint)")
             .split('|');
     QCOMPARE(declarationsOf(QMetaMethod::Slot), expected);
-}
-
-void TestDeclaration::windowIsAFrameWithOneSignal()
-{
     QCOMPARE(declarationsOf(QMetaMethod::Signal), QByteArrayList{"quit()"});
     QCOMPARE(MainWindow::staticMetaObject.superClass(), &QFrame::staticMetaObject);
 }

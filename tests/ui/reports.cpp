@@ -62,11 +62,6 @@ void TestReports::refusalListsReasonsInOrder_data()
     };
     row("none: the header alone", 0, {});
     row("one has no number", 0x01, {"文件或目录不存在"});
-    row("unknown type", 0x02, {"不能确定文件或目录的类型"});
-    row("no permission", 0x04, {"文件或目录没有读写权限"});
-    row("twice", 0x08, {"重复添加文件或目录"});
-    row("too many", 0x10, {"已经超出文件粉碎机的单次处理上限(200个)"});
-    row("system", 0x20, {"属于系统目录"});
     row("two", 0x06, {"1.不能确定文件或目录的类型", "2.文件或目录没有读写权限"});
     row("three are numbered", 0x31,
         {"1.文件或目录不存在", "2.已经超出文件粉碎机的单次处理上限(200个)", "3.属于系统目录"});

@@ -19,8 +19,7 @@ class TestTable : public WindowTest
     Q_OBJECT
 
 private slots:
-    void firstRowHidesBothPanels();
-    void tickingARowHidesBothPanels();
+    void firstRowAndATickHideBothPanels();
     void rowsShowTheProgramsOwnIcons();
     void rowIsThirtyPixelsHighAndFillsTheFirstColumn();
     void rowsThatComeTogetherAreAllDrawn();
@@ -37,24 +36,17 @@ private slots:
     void tableStaysInItsPlace();
 };
 
-void TestTable::firstRowHidesBothPanels()
+void TestTable::firstRowAndATickHideBothPanels()
 {
-    find("successPanel")->show();
-    QVERIFY(find("emptyPanel")->isVisible());
-    window->addRowToMainTableEva(QStringLiteral("/a"));
-    QVERIFY(!find("emptyPanel")->isVisible());
-    QVERIFY(!find("successPanel")->isVisible());
-}
-
-void TestTable::tickingARowHidesBothPanels()
-{
-    window->addRowToMainTableEva(QStringLiteral("/a"));
-    find("emptyPanel")->show();
-    find("successPanel")->show();
-    window->setTableItemCheckBoxStateEva(0, false);
+    const auto hides = [this](const std::function<void()> &change) {
+        find("successPanel")->show();
+        find("emptyPanel")->show();
+        change();
+        return !find("emptyPanel")->isVisible() && !find("successPanel")->isVisible();
+    };
+    QVERIFY(hides([this] { window->addRowToMainTableEva(QStringLiteral("/a")); }));
+    QVERIFY(hides([this] { window->setTableItemCheckBoxStateEva(0, false); }));
     QVERIFY(!cell(0)->isChecked());
-    QVERIFY(!find("emptyPanel")->isVisible());
-    QVERIFY(!find("successPanel")->isVisible());
 }
 
 void TestTable::rowsShowTheProgramsOwnIcons()
