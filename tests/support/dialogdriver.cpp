@@ -48,9 +48,12 @@ SeenDialog lookAt(const QDialog &dialog)
     return seen;
 }
 
-void clickButton(const QDialog &dialog, const QString &name)
+void give(Answer answer, const QDialog &dialog)
 {
-    const auto *button = dialog.findChild<QPushButton *>(name);
+    if (answer == Answer::Escape)
+        return QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+    const auto *button = dialog.findChild<QPushButton *>(
+        answer == Answer::Ok ? QStringLiteral("okButton") : QStringLiteral("cancelButton"));
     if (button == nullptr || !button->isVisible())
         return;
     // Through the window, so that the click lands on whatever is topmost there.
@@ -64,36 +67,6 @@ void clickButton(const QDialog &dialog, const QString &name)
 DialogDriver::DialogDriver()
 {
     qApp->installEventFilter(this);
-}
-
-void DialogDriver::next(Answer answer)
-{
-    plans.append([answer](QDialog &dialog) { press(dialog, answer); });
-}
-
-void DialogDriver::next(const Action &action)
-{
-    plans.append(action);
-}
-
-bool DialogDriver::isDone() const
-{
-    return plans.isEmpty() && open == 0;
-}
-
-void DialogDriver::press(QDialog &dialog, Answer answer)
-{
-    switch (answer) {
-    case Answer::Ok:
-        return clickButton(dialog, QStringLiteral("okButton"));
-    case Answer::Cancel:
-        return clickButton(dialog, QStringLiteral("cancelButton"));
-    case Answer::Close:
-        return clickButton(dialog, QStringLiteral("closeButton"));
-    case Answer::Escape:
-        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
-        return;
-    }
 }
 
 bool DialogDriver::eventFilter(QObject *watched, QEvent *event)
@@ -115,8 +88,11 @@ void DialogDriver::meet(QDialog &dialog)
         });
     if (onScreen && !running.isNull()) {
         met.append(lookAt(dialog));
-        if (!plans.isEmpty())
-            plans.takeFirst()(dialog);
+        const auto plan = plans.isEmpty() ? qMakePair(Answer::Escape, Action()) : plans.takeFirst();
+        if (plan.second)
+            plan.second(dialog);
+        if (!running.isNull() && running->isVisible())
+            give(plan.first, dialog);
     }
     if (!running.isNull() && running->isVisible())
         running->reject();

@@ -20,7 +20,7 @@ class QDialog;
 namespace testsupport
 {
 
-enum class Answer { Ok, Cancel, Close, Escape };
+enum class Answer { Ok, Cancel, Escape };
 
 /// What a dialog showed when it was on screen.
 struct SeenDialog {
@@ -39,19 +39,14 @@ public:
 
     DialogDriver();
 
-    /// Plans the answer to the next dialog without a plan.
-    void next(Answer answer);
-    /// Plans what is done in the next dialog without a plan; a dialog that is still open
-    /// afterwards is ended with Escape.
-    void next(const Action &action);
+    /// Plans the answer to the next dialog without a plan, a real click or key, and what is done
+    /// before it.
+    void next(Answer answer, const Action &before = {}) { plans.append({answer, before}); }
 
     /// The dialogs met so far, in order. One that nobody planned is here too, ended with Escape.
     const QList<SeenDialog> &seen() const { return met; }
     /// True once every plan was carried out and the last dialog has gone.
-    bool isDone() const;
-
-    /// Gives @p answer to the open dialog with a real click or key.
-    static void press(QDialog &dialog, Answer answer);
+    bool isDone() const { return plans.isEmpty() && open == 0; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -59,7 +54,7 @@ protected:
 private:
     void meet(QDialog &dialog);
 
-    QList<Action> plans;
+    QList<QPair<Answer, Action>> plans;
     QList<SeenDialog> met;
     int open = 0;
 };

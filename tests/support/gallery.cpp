@@ -11,7 +11,7 @@
 // given, is how many pixels a unit of the windows has.
 
 #include "desktopsession.h"
-#include "galleryscenes.h"
+#include "gallerystage.h"
 #include "shredderuser.h"
 #include "tiedprocess.h"
 

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-#include "galleryscenes.h"
+#include "gallerystage.h"
 
 #include "controller/protocol.h"
 #include "controller/walle.h"
-#include "gallerystage.h"
 
 #include <QDateTime>
 #include <QDialog>
@@ -214,7 +213,8 @@ void showDialogs()
     GalleryStage stage;
     DialogDriver driver;
     const auto awaitDialog = [&](const QString &name) {
-        driver.next([&stage, name](const QDialog &dialog) { stage.takePicture(name, &dialog); });
+        driver.next(Answer::Escape,
+                    [&stage, name](const QDialog &dialog) { stage.takePicture(name, &dialog); });
     };
     const QVector<QPair<uint, QString>> refusals = {{0x01, QStringLiteral("dialog-refusal-one")},
                                                     {0x10, QStringLiteral("dialog-refusal-limit")},
@@ -232,7 +232,7 @@ void showDialogs()
     awaitDialog(QStringLiteral("dialog-question"));
     stage.window->crushFilesEva();
 
-    driver.next([&stage](const QDialog &dialog) {
+    driver.next(Answer::Escape, [&stage](const QDialog &dialog) {
         const auto button = [&](const char *name) {
             return dialog.findChild<QWidget *>(QString::fromLatin1(name));
         };

@@ -53,4 +53,12 @@ public:
                      const QWidget *subject = nullptr) const;
 };
 
+// What the gallery shows, scene by scene, each on stages of its own. They need a screen, a window
+// manager and a home folder in which a history may be written.
+void showTables();
+void showButtons();
+void showRun();
+void showDialogs();
+void showHistory();
+
 } // namespace testsupport

@@ -62,9 +62,8 @@ void TestAdmission::cancelledFileDialogPostsAnEmptyBatch()
     disableSelectAllBox();
     ignoreSizeHintWarning();
     bool isFileDialog = false;
-    dialogs->next([&](QDialog &dialog) {
+    dialogs->next(Answer::Escape, [&](QDialog &dialog) {
         isFileDialog = qobject_cast<QFileDialog *>(&dialog) != nullptr;
-        DialogDriver::press(dialog, Answer::Escape);
     });
     click("addButton");
     QVERIFY(isFileDialog);
@@ -79,7 +78,7 @@ void TestAdmission::chosenFilesBecomeRows()
                                tree->makeFile(QStringLiteral("two words"), 1)};
     ignoreSizeHintWarning();
     QFileDialog::FileMode mode = QFileDialog::AnyFile;
-    dialogs->next([&](QDialog &dialog) {
+    dialogs->next(Answer::Escape, [&](QDialog &dialog) {
         mode = qobject_cast<QFileDialog *>(&dialog)->fileMode();
         auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
         name->setText(QStringLiteral("\"%1\" \"%2\"").arg(files.at(0), files.at(1)));
@@ -154,10 +153,9 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
     const QStringList files = makeFiles(20);
     QStringList rowsDuringReport;
     bool crushEnabledDuringReport = false;
-    dialogs->next([&](QDialog &report) {
+    dialogs->next(Answer::Ok, [&](QDialog &) {
         rowsDuringReport = rows();
         crushEnabledDuringReport = isEnabled("crushButton");
-        DialogDriver::press(report, Answer::Ok);
     });
     letGo(files + QStringList(tree->path(QStringLiteral("missing"))));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);
@@ -184,12 +182,11 @@ void TestAdmission::controllerWaitsUntilEachRowIsThere()
 void TestAdmission::controllerWaitsUntilTheRefusalReportIsClosed()
 {
     bool removedDuringReport = false;
-    dialogs->next([&](QDialog &report) {
+    dialogs->next(Answer::Ok, [&](QDialog &) {
         window->removeSomeFilesEva();
         // Long enough for many turns of a controller that would not wait.
         constexpr int manyTurns = 300; // milliseconds
         removedDuringReport = eventually([&] { return rows().isEmpty(); }, manyTurns);
-        DialogDriver::press(report, Answer::Ok);
     });
     letGo(makeFiles(1) + QStringList(tree->path(QStringLiteral("missing"))));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);

@@ -75,15 +75,14 @@ void TestCrushButton::severalConfirmationsOfOneRunStartItOnce_data()
 void TestCrushButton::severalConfirmationsOfOneRunStartItOnce()
 {
     QFETCH(bool, afterTheRun);
-    const DialogDriver::Action sayOk = [&](QDialog &dialog) {
+    const DialogDriver::Action awaitRun = [&](QDialog &dialog) {
         const bool isQuestion = dialogs->seen().last().buttons.size() == 2;
         if (isQuestion && afterTheRun && dialogs->seen().size() > 1)
             PROMPTLY_VERIFY(reports().size() == 1 && QApplication::activeModalWidget() == &dialog);
-        DialogDriver::press(dialog, Answer::Ok);
     };
     const auto start = [&] {
-        dialogs->next(sayOk); // to the question
-        dialogs->next(sayOk); // to the report
+        dialogs->next(Answer::Ok, awaitRun); // to the question
+        dialogs->next(Answer::Ok, awaitRun); // to the report
         window->crushFilesEva();
     };
     start();

@@ -124,10 +124,10 @@ void TestSoak::beginRound()
 /// OK to every question and every report, the wanted names to the file dialog.
 void TestSoak::answerEveryDialog()
 {
-    dialogs->next([this](QDialog &dialog) {
+    dialogs->next(Answer::Ok, [this](QDialog &dialog) {
         answerEveryDialog();
         if (qobject_cast<QFileDialog *>(&dialog) == nullptr)
-            return DialogDriver::press(dialog, Answer::Ok);
+            return;
         auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
         name->setText(QLatin1Char('"') + chosen.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
         QTest::keyClick(name, Qt::Key_Return);
