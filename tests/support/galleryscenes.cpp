@@ -20,8 +20,8 @@ namespace
 QVector<StagedRow> threeRows()
 {
     return {
-        {QStringLiteral("/home/lina/文档/2019年度报税材料.xlsx"), StagedRow::File, true},
-        {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder, true},
+        {QStringLiteral("/home/lina/文档/2019年度报税材料.xlsx")},
+        {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder},
         {QStringLiteral("/home/lina/图片/证件/护照扫描件.jpg"), StagedRow::File, false},
     };
 }
@@ -52,18 +52,15 @@ QVector<StagedRow> longNames()
 {
     return {
         {QStringLiteral("/home/lina/文档/关于调整本公司办公区域空调运行时间及节能措施的通知"
-                        "（征求意见稿，第三次修订）.docx"),
-         StagedRow::File, true},
+                        "（征求意见稿，第三次修订）.docx")},
         {QStringLiteral("/home/lina/Documents/quarterly-financial-consolidation-worksheet-"
-                        "final-version-2.xlsx"),
-         StagedRow::File, true},
+                        "final-version-2.xlsx")},
         {QStringLiteral("/home/lina/文档/客户资料/二〇二三年/华东区/上海/浦东新区/世纪大道营业部/"
-                        "已经归档但尚未移交档案室的纸质合同扫描件/合同.pdf"),
-         StagedRow::File, true},
+                        "已经归档但尚未移交档案室的纸质合同扫描件/合同.pdf")},
         {QStringLiteral("/home/lina/mmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmm/"
                         "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW"),
-         StagedRow::Folder, true},
-        {QStringLiteral("/home/lina/文档/a"), StagedRow::File, true},
+         StagedRow::Folder},
+        {QStringLiteral("/home/lina/文档/a")},
     };
 }
 
@@ -241,8 +238,8 @@ void showDialogs()
         stage.takePressed(QStringLiteral("dialog-pressed-cancel"), button("cancelButton"), &dialog);
         stage.takeHovered(QStringLiteral("dialog-hover-close"), button("closeButton"), &dialog);
     });
-    stage.addRows({{QStringLiteral("/home/lina/文档/旧合同.docx"), StagedRow::File, true},
-                   {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder, true}});
+    stage.addRows({{QStringLiteral("/home/lina/文档/旧合同.docx")},
+                   {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder}});
     stage.window->crushFilesEva();
 }
 

@@ -31,7 +31,11 @@ private:
     {
         return QAccessible::queryAccessibleInterface(find(table));
     }
-    QAccessibleInterface *openHistory();
+    QAccessibleInterface *openHistory()
+    {
+        press("historyLink");
+        return list("historyTable");
+    }
     void record(const QString &name)
     {
         window->historyTableAddItemEva(QStringLiteral("2026-01-02"), name,
@@ -39,13 +43,6 @@ private:
     }
     static QStringList namesIn(const QAccessibleInterface *list);
 };
-
-QAccessibleInterface *TestAccessibility::openHistory()
-{
-    click("historyLink");
-    settle();
-    return list("historyTable");
-}
 
 QStringList TestAccessibility::namesIn(const QAccessibleInterface *list)
 {

@@ -74,8 +74,7 @@ void TestAdmission::cancelledFileDialogPostsAnEmptyBatch()
 
 void TestAdmission::chosenFilesBecomeRows()
 {
-    const QStringList files = {tree->makeFile(QStringLiteral("一.txt"), 1),
-                               tree->makeFile(QStringLiteral("two words"), 1)};
+    const QStringList files = {tree->makeFile("一.txt", 1), tree->makeFile("two words", 1)};
     ignoreSizeHintWarning();
     QFileDialog::FileMode mode = QFileDialog::AnyFile;
     dialogs->next(Answer::Escape, [&](QDialog &dialog) {
@@ -138,9 +137,9 @@ void TestAdmission::dropWithoutUrlsPostsNothing()
 void TestAdmission::everyReasonIsReported()
 {
     const QString file = makeFiles(1).first();
-    const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
+    const QString fifo = tree->makeFifo("fifo");
     dialogs->next(Answer::Ok);
-    letGo({file, file, fifo, tree->path(QStringLiteral("missing"))});
+    letGo({file, file, fifo, tree->path("missing")});
     settle();
     QCOMPARE(reports().value(0).section(QLatin1Char('\n'), 1),
              QStringLiteral("1.文件或目录不存在\n2.不能确定文件或目录的类型\n"
@@ -157,7 +156,7 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
         rowsDuringReport = rows();
         crushEnabledDuringReport = isEnabled("crushButton");
     });
-    letGo(files + QStringList(tree->path(QStringLiteral("missing"))));
+    letGo(files + QStringList(tree->path("missing")));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);
     PROMPTLY_VERIFY(dialogs->isDone());
     QCOMPARE(rowsDuringReport, files);
@@ -188,7 +187,7 @@ void TestAdmission::controllerWaitsUntilTheRefusalReportIsClosed()
         constexpr int manyTurns = 300; // milliseconds
         removedDuringReport = eventually([&] { return rows().isEmpty(); }, manyTurns);
     });
-    letGo(makeFiles(1) + QStringList(tree->path(QStringLiteral("missing"))));
+    letGo(makeFiles(1) + QStringList(tree->path("missing")));
     PROMPTLY_COMPARE(dialogs->seen().size(), 1);
     PROMPTLY_VERIFY(rows().isEmpty());
     QVERIFY(!removedDuringReport);

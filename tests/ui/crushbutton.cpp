@@ -12,7 +12,6 @@
 #include <QDialog>
 #include <QFile>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QtTest>
 
 using namespace testsupport;
@@ -32,7 +31,6 @@ private slots:
     void runStateShowsInTheButtons();
     void headerTellsHowManyWereShreddedUnlessNegative();
     void finishedFileChangesNothing();
-    void closeButtonQuits();
     void windowIsMinimizedButNeverMaximized();
 };
 
@@ -105,7 +103,7 @@ void TestCrushButton::startDuringARunKeepsNobodyFromTheNext()
     // A run in which a file became a fifo stays open until it is stopped.
     const QStringList files = dropFiles(1);
     QVERIFY(QFile::remove(files.first()));
-    tree->makeFifo(QStringLiteral("0"));
+    tree->makeFifo("0");
     start();
     PROMPTLY_COMPARE(textOf("crushButton"), runningText());
     auto *button = find<QPushButton>("crushButton");
@@ -194,13 +192,6 @@ void TestCrushButton::finishedFileChangesNothing()
     QCOMPARE(tickedRows(), QStringList(file));
     QCOMPARE(textOf("subtitleLabel"), subtitle);
     QCOMPARE(textOf("crushButton"), idleText());
-}
-
-void TestCrushButton::closeButtonQuits()
-{
-    const QSignalSpy quits(window.get(), &MainWindow::quit);
-    click("closeButton");
-    QCOMPARE(quits.count(), 1);
 }
 
 void TestCrushButton::windowIsMinimizedButNeverMaximized()

@@ -25,15 +25,6 @@ QByteArray entry(const QByteArray &name)
 
 constexpr int manyEntries = 5000;
 
-/// Of entries called 0, 1, ...
-QByteArray longHistory()
-{
-    QByteArray history;
-    for (int number = 0; number < manyEntries; ++number)
-        history += entry(QByteArray::number(number));
-    return history;
-}
-
 } // namespace
 
 class TestHistory : public WindowTest
@@ -58,7 +49,6 @@ private slots:
     void recordingWhileOpenAddsNoRow();
 
 private:
-    void openHistory();
     /// Opens a long history and does @p action as soon as some rows, but not all, are there.
     void openAndInTheMiddle(const std::function<void()> &action);
     QTableWidget *table() const { return find<QTableWidget>("historyTable"); }
@@ -73,16 +63,12 @@ private:
     int rowsInTheMiddle = 0;
 };
 
-void TestHistory::openHistory()
-{
-    click("historyLink");
-    QVERIFY(QTest::qWaitForWindowExposed(find("historyWindow")));
-    settle();
-}
-
 void TestHistory::openAndInTheMiddle(const std::function<void()> &action)
 {
-    testHome().writeHistory(longHistory());
+    QByteArray history;
+    for (int number = 0; number < manyEntries; ++number)
+        history += entry(QByteArray::number(number));
+    testHome().writeHistory(history);
     rowsInTheMiddle = 0;
     // Not within the insertion: what the user does comes between two rows.
     const auto watch = connect(table()->model(), &QAbstractItemModel::rowsInserted, this, [=] {
@@ -120,7 +106,7 @@ void TestHistory::opensInTheMiddleOfTheMainWindow()
     for (const QPoint place : {QPoint(100, 100), QPoint(0, 0), QPoint(-300, 400)}) {
         window->move(place);
         PROMPTLY_COMPARE(window->pos(), place);
-        openHistory();
+        press("historyLink");
         QCOMPARE(find("historyWindow")->geometry(), QRect(place + QPoint(50, 25), QSize(700, 500)));
         click("historyCloseButton");
     }
@@ -129,7 +115,7 @@ void TestHistory::opensInTheMiddleOfTheMainWindow()
 void TestHistory::newestEntryIsOnTop()
 {
     testHome().writeHistory(entry("a") + entry("b") + entry("c"));
-    openHistory();
+    press("historyLink");
     QCOMPARE(names(), (QStringList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
     QCOMPARE(textIn(0, "timeLabel"), QStringLiteral("2026-01-02 03:04:05"));
     QCOMPARE(textIn(0, "pathLabel"), QStringLiteral("/home/somebody/c"));
@@ -141,7 +127,6 @@ void TestHistory::openingEmptiesTheTableAndDisablesTheButtons()
 {
     window->setHistoryButtonEnabledEva(true, 3);
     addRow();
-    QCOMPARE(table()->rowCount(), 1);
     window->slotShowHistoryEva();
     for (int answered = 0; answered < 2; ++answered) {
         QVERIFY(areButtonsEnabled(false, false));
@@ -171,7 +156,7 @@ void TestHistory::repeatedOpeningsShowTheHistoryOnce()
 void TestHistory::mainWindowIsBlockedUntilTheHistoryIsClosed()
 {
     const QSignalSpy quits(window.get(), &MainWindow::quit);
-    openHistory();
+    press("historyLink");
     click("closeButton");
     click("historyLink");
     QCOMPARE(quits.count(), 0);
@@ -185,7 +170,7 @@ void TestHistory::mainWindowIsBlockedUntilTheHistoryIsClosed()
 
 void TestHistory::buttonsAreEnabledByNumber()
 {
-    openHistory();
+    press("historyLink");
     for (const int number : {1, 2, 3, 0, 4, -1}) {
         const bool copy = number == 1 || number == 3;
         const bool clear = number == 2 || number == 3;
@@ -201,7 +186,7 @@ void TestHistory::buttonsAreEnabledByNumber()
 void TestHistory::copyPutsTheHistoryOnTheClipboard()
 {
     testHome().writeHistory(entry("a") + entry("b"));
-    openHistory();
+    press("historyLink");
     QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
     click("copyButton");
     PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(),
@@ -221,7 +206,7 @@ void TestHistory::copyBeforeAnyLoadPutsNothingOnTheClipboard()
 void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
 {
     testHome().writeHistory(entry("a") + entry("b"));
-    openHistory();
+    press("historyLink");
     QGuiApplication::clipboard()->setText(QStringLiteral("copied history"));
     click("clearHistoryButton");
     QCOMPARE(names(), QStringList());
@@ -232,7 +217,7 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
     PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
     click("historyCloseButton");
     testHome().writeHistory(entry("later"));
-    openHistory();
+    press("historyLink");
     QCOMPARE(names(), QStringList(QStringLiteral("later")));
     QVERIFY(areButtonsEnabled(true, true));
 }
@@ -298,7 +283,7 @@ void TestHistory::recordingWhileOpenAddsNoRow()
 {
     const QStringList files = dropFiles(1);
     testHome().writeHistory(entry("older"));
-    openHistory();
+    press("historyLink");
     dialogs->next(Answer::Ok);
     dialogs->next(Answer::Ok);
     window->crushFilesEva();

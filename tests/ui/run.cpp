@@ -52,15 +52,15 @@ private slots:
 
 void TestRun::confirmedFilesAndFoldersAreGone()
 {
-    const QString kept = tree->makeFile(QStringLiteral("kept"), 10);
-    tree->makeFile(QStringLiteral("folder/inner/file"), 5000);
-    const QStringList paths = {tree->makeFile(QStringLiteral("一 百%.txt"), 10000),
-                               tree->makeFile(QStringLiteral("<b>x</b>"), 0),
-                               tree->makeFile(QStringLiteral("two\nlines"), 10),
-                               tree->makeFile(QStringLiteral("🗑️"), 10),
+    const QString kept = tree->makeFile("kept", 10);
+    tree->makeFile("folder/inner/file", 5000);
+    const QStringList paths = {tree->makeFile("一 百%.txt", 10000),
+                               tree->makeFile("<b>x</b>", 0),
+                               tree->makeFile("two\nlines", 10),
+                               tree->makeFile("🗑️", 10),
                                tree->makeFile(QString(200, QLatin1Char('w')), 10),
-                               tree->makeLink(QStringLiteral("link"), kept),
-                               tree->path(QStringLiteral("folder"))};
+                               tree->makeLink("link", kept),
+                               tree->path("folder")};
     drop(paths);
     QVERIFY(!find("emptyPanel")->isVisible());
     QVERIFY(isTicked("selectAllCheckBox"));
@@ -131,7 +131,7 @@ void TestRun::failureIsReportedAsSuch()
 void TestRun::rowDarkensFromTheLeft()
 {
     constexpr int tenMegabytes = 10000000;
-    drop({tree->makeFile(QStringLiteral("big"), tenMegabytes)});
+    drop({tree->makeFile("big", tenMegabytes)});
     // Once for nothing, so that only what the run does is seen.
     window->setTableRowHeightEva(0, 1);
     window->setTableRowHeightEva(0, 0);

@@ -53,13 +53,13 @@ void TestTable::rowsShowTheProgramsOwnIcons()
 {
     const QString file = QStringLiteral(":/images/ico_file");
     const QString folder = QStringLiteral(":/images/ico_folder");
-    const QString realFolder = tree->makeFolder(QStringLiteral("folder.txt"));
+    const QString realFolder = tree->makeFolder("folder.txt");
     const QList<QPair<QString, QString>> entries = {
-        {tree->makeFile(QStringLiteral("file.pdf"), 1), file},
+        {tree->makeFile("file.pdf", 1), file},
         {realFolder, folder},
-        {tree->makeLink(QStringLiteral("link to a folder"), realFolder), folder},
-        {tree->makeLink(QStringLiteral("link to nothing"), QStringLiteral("nowhere")), file},
-        {tree->path(QStringLiteral("nothing there")), file},
+        {tree->makeLink("link to a folder", realFolder), folder},
+        {tree->makeLink("link to nothing", QStringLiteral("nowhere")), file},
+        {tree->path("nothing there"), file},
     };
     for (int row = 0; row < entries.size(); ++row) {
         window->addRowToMainTableEva(entries.at(row).first);
