@@ -115,6 +115,8 @@ void GalleryStage::takeHovered(const QString &name, const QWidget *widget,
 {
     pointAt(widget);
     takePicture(name, subject);
+    // One that the pointer has left stays for a moment, and not into the next picture.
+    eventually([] { return !isTooltipVisible(); });
 }
 
 void GalleryStage::takePressed(const QString &name, QWidget *button, const QWidget *subject) const
