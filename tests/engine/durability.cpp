@@ -28,9 +28,9 @@ using namespace testsupport;
 namespace
 {
 
-enum class Step { Unlink, RemoveFolder, Start, Wait, DataSync, ForbiddenSync, Close, Verdict };
+enum class Step { Unlink, RemoveFolder, Start, Wait, DataSync, Forbidden, Close, Verdict };
 
-/// A step with a regular file; for RemoveFolder and Verdict no file is told.
+/// A step with a regular file; for RemoveFolder, Forbidden and Verdict no file is told.
 struct StepRecord {
     Step step;
     ino_t inode = 0;
@@ -63,7 +63,6 @@ private slots:
 
     void everyFileIsWrittenOutAfterItsNameWentAndBeforeTheVerdict_data();
     void everyFileIsWrittenOutAfterItsNameWentAndBeforeTheVerdict();
-    void nothingIsSyncedBeforeItsNameGoes();
     void largeFileIsWrittenOutWindowByWindow();
     void fileThatKeepsANameIsWrittenOut();
     void lastFileOfAPathIsSyncedOnce();
@@ -71,9 +70,9 @@ private slots:
     void everyFileIsSyncedWhereRangesAreNotWritten();
     void nothingIsWrittenOutInMemory();
     void everyDriveIsAskedToEmptyItsCache();
-    void fewFilesAreKeptOpenAtOnce();
+    void littleIsKeptOpenAtOnce_data();
+    void littleIsKeptOpenAtOnce();
     void fewDescriptorsAreShared();
-    void fewBytesAreKeptOpenAtOnce();
     void nothingIsHeldWhenTheFirstFolderGoes();
     void stoppedFolderIsWrittenOutBeforeStoppedIsTold();
     void withoutDescriptorsOlderFilesAreWaitedForFirst();
@@ -86,7 +85,7 @@ private:
     CallFate fateOf(const SystemCall &call);
     void changeAnswer(const SystemCall &call, void *answer) const;
     int indexOf(Step step, ino_t inode = 0, int from = 0) const;
-    int countOf(Step step, ino_t inode = 0) const;
+    int countOf(Step step) const;
     int mostHeld() const;
     void checkWrittenOut(const QList<ino_t> &inodes) const;
 
@@ -94,7 +93,8 @@ private:
     QList<StepRecord> steps;
     QHash<QString, int> failures; ///< the error number of a call
     int failingDuplications = 0;
-    int opensThatWriteThrough = 0;
+    int failDuplicationAfter = -1;      ///< removals
+    int stopAfter = -1;                 ///< removals
     long fileSystem = EXT4_SUPER_MAGIC; ///< what fstatfs tells, whatever the test runs on
     QList<ino_t> onAnotherDrive;
 };
@@ -105,10 +105,13 @@ void TestDurability::init()
     steps.clear();
     failures.clear();
     failingDuplications = 0;
-    opensThatWriteThrough = 0;
+    failDuplicationAfter = stopAfter = -1;
     fileSystem = EXT4_SUPER_MAGIC;
     onAnotherDrive.clear();
     log->onRecord = [this](const SignalRecord &record) {
+        if (log->count("addToHistory") == stopAfter && record.name == "addToHistory")
+            crusher->requestStop(true);
+        failingDuplications = log->count("addToHistory") == failDuplicationAfter ? 1 : 0;
         if (record.name == "finishOne" || record.name == "failedOne" || record.name == "stopped")
             steps.append({Step::Verdict});
     };
@@ -134,7 +137,7 @@ CallFate TestDurability::fateOf(const SystemCall &call)
 void TestDurability::note(const SystemCall &call)
 {
     if (call.kind == CallKind::Open && (call.flags & (O_SYNC | O_DSYNC)) != 0)
-        ++opensThatWriteThrough;
+        steps.append({Step::Forbidden});
     else if (call.kind == CallKind::Remove)
         noteFile(Step::Unlink, call);
     else if (call.kind == CallKind::RemoveFolder)
@@ -146,7 +149,7 @@ void TestDurability::note(const SystemCall &call)
     else if (call.is("fdatasync"))
         noteFile(Step::DataSync, call);
     else if (call.kind == CallKind::WriteOut)
-        steps.append({Step::ForbiddenSync});
+        steps.append({Step::Forbidden});
 }
 
 void TestDurability::noteFile(Step step, const SystemCall &call)
@@ -190,12 +193,11 @@ int TestDurability::indexOf(Step step, ino_t inode, int from) const
     return -1;
 }
 
-int TestDurability::countOf(Step step, ino_t inode) const
+int TestDurability::countOf(Step step) const
 {
     return static_cast<int>(
-        std::count_if(steps.begin(), steps.end(), [&](const StepRecord &record) {
-            return record.step == step && (inode == 0 || record.inode == inode);
-        }));
+        std::count_if(steps.begin(), steps.end(),
+                      [step](const StepRecord &record) { return record.step == step; }));
 }
 
 /// The most files that were open at once after their removal.
@@ -255,19 +257,9 @@ void TestDurability::everyFileIsWrittenOutAfterItsNameWentAndBeforeTheVerdict()
     workOn({tree->path(victim)});
     QVERIFY(indexOf(Step::Verdict) > 0);
     checkWrittenOut(inodes);
-    QCOMPARE(countOf(Step::DataSync), 1);
+    QCOMPARE(countOf(Step::Forbidden), 0);
     for (const StepRecord &record : qAsConst(steps))
-        QVERIFY(!isSync(record.step) || !empty.contains(record.inode));
-}
-
-void TestDurability::nothingIsSyncedBeforeItsNameGoes()
-{
-    makeFiles("top", 100, 10000);
-    QCOMPARE(shredTop(), qint64{0});
-    QCOMPARE(countOf(Step::ForbiddenSync), 0);
-    QCOMPARE(opensThatWriteThrough, 0);
-    for (const StepRecord &record : qAsConst(steps))
-        QVERIFY(!isSync(record.step) || !record.hasName);
+        QVERIFY(!isSync(record.step) || (!record.hasName && !empty.contains(record.inode)));
 }
 
 /// Otherwise gigabytes would wait in memory when the last percent is told.
@@ -368,12 +360,23 @@ void TestDurability::everyDriveIsAskedToEmptyItsCache()
     QVERIFY(onAnotherDrive.contains(steps.at(indexOf(Step::DataSync, 0, first + 1)).inode));
 }
 
-void TestDurability::fewFilesAreKeptOpenAtOnce()
+void TestDurability::littleIsKeptOpenAtOnce_data()
 {
-    makeFiles("top", 300, 100);
+    QTest::addColumn<int>("count");
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<int>("most");
+    QTest::newRow("few files") << 300 << qint64{100} << static_cast<int>(PendingWrites::maxFiles);
+    QTest::newRow("few bytes") << 20 << static_cast<qint64>(PendingWrites::maxBytes / 4) << 4;
+}
+
+void TestDurability::littleIsKeptOpenAtOnce()
+{
+    QFETCH(int, count);
+    QFETCH(qint64, size);
+    QFETCH(int, most);
+    makeFiles("top", count, size);
     QCOMPARE(shredTop(), qint64{0});
-    QVERIFY(mostHeld() > 1);
-    QVERIFY(mostHeld() <= static_cast<int>(PendingWrites::maxFiles) + 1);
+    QVERIFY(mostHeld() > 1 && mostHeld() <= most + 1);
 }
 
 /// The window and the desktop's libraries need descriptors too.
@@ -389,16 +392,7 @@ void TestDurability::fewDescriptorsAreShared()
     const qint64 result = frugal.shredDirectory(tree->path("top").toUtf8().constData());
     QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
     QCOMPARE(result, qint64{0});
-    QVERIFY(mostHeld() > 0);
-    QVERIFY(mostHeld() <= 64 / 8 + 1);
-}
-
-void TestDurability::fewBytesAreKeptOpenAtOnce()
-{
-    makeFiles("top", 20, PendingWrites::maxBytes / 4);
-    QCOMPARE(shredTop(), qint64{0});
-    QVERIFY(mostHeld() > 1);
-    QVERIFY(mostHeld() <= 5);
+    QVERIFY(mostHeld() > 0 && mostHeld() <= 64 / 8 + 1);
 }
 
 /// Network and FUSE file systems keep what is open under a hidden name in its folder.
@@ -416,12 +410,7 @@ void TestDurability::nothingIsHeldWhenTheFirstFolderGoes()
 void TestDurability::stoppedFolderIsWrittenOutBeforeStoppedIsTold()
 {
     makeFiles("top", 30, 100);
-    const auto noteVerdict = log->onRecord;
-    log->onRecord = [&](const SignalRecord &record) {
-        if (log->count("addToHistory") == 10)
-            crusher->requestStop(true);
-        noteVerdict(record);
-    };
+    stopAfter = 10;
     QVERIFY(workOn({tree->path("top")}).contains({"stopped"}));
     QList<ino_t> removed;
     for (const StepRecord &record : qAsConst(steps)) {
@@ -435,9 +424,7 @@ void TestDurability::stoppedFolderIsWrittenOutBeforeStoppedIsTold()
 void TestDurability::withoutDescriptorsOlderFilesAreWaitedForFirst()
 {
     const QList<ino_t> inodes = makeFiles("top", 10, 100);
-    log->onRecord = [this](const SignalRecord &) {
-        failingDuplications = log->count("addToHistory") == 5 ? 1 : 0;
-    };
+    failDuplicationAfter = 5;
     QCOMPARE(shredTop(), qint64{0});
     checkWrittenOut(inodes);
     // Once for the files waited for, once at the end.

@@ -18,23 +18,21 @@ class TestFile : public EngineTest
     Q_OBJECT
 
 private slots:
-    void nullPathIsRefused();
+    void nullPathAndFolderAreRefused();
     void missingPathIsNothingToDo();
-    void directoryIsRefused();
     void emptyTopDirectoryIsRefused();
-    void resultIsTheNumberOfBytes_data();
-    void resultIsTheNumberOfBytes();
+    void fileBelowABlockReportsOnly99();
     void emptyFileIsUnlinkedUnopened();
     void fileOfAnEmptyTreeIsUnlinkedUnwritten();
     void linkIsUnlinkedAndItsTargetSurvives_data();
     void linkIsUnlinkedAndItsTargetSurvives();
-    void pathIsReportedAsGiven();
-    void stopRequestDoesNotHoldUpAFile();
     void statSizeFollowsLinks();
 };
 
-void TestFile::nullPathIsRefused()
+void TestFile::nullPathAndFolderAreRefused()
 {
+    QCOMPARE(shredFile(tree->path()), qint64{-4});
+    QVERIFY(entryExists(tree->path()));
     QCOMPARE(crusher->shredFile(nullptr), qint64{-1});
     QCOMPARE(crusher->shredFileInDirectory(nullptr, 100, 0, tree->path()), qint64{-1});
     QCOMPARE(crusher->shredFileInDirectory(nullptr, 100, 0, QString()), qint64{-1});
@@ -57,14 +55,6 @@ void TestFile::missingPathIsNothingToDo()
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFile::directoryIsRefused()
-{
-    const QString folder = tree->makeFolder("folder");
-    QCOMPARE(shredFile(folder), qint64{-4});
-    QVERIFY(entryExists(folder));
-    QCOMPARE(log->records(), SignalRecords());
-}
-
 void TestFile::emptyTopDirectoryIsRefused()
 {
     const QString file = tree->makeFile("file", 10);
@@ -76,23 +66,15 @@ void TestFile::emptyTopDirectoryIsRefused()
     QCOMPARE(log->records(), SignalRecords());
 }
 
-void TestFile::resultIsTheNumberOfBytes_data()
+void TestFile::fileBelowABlockReportsOnly99()
 {
-    QTest::addColumn<int>("size");
-    for (const int size : {1, 2, 255, 4095})
-        QTest::addRow("%d bytes", size) << size;
-}
-
-void TestFile::resultIsTheNumberOfBytes()
-{
-    QFETCH(int, size);
-    const QString alone = tree->makeFile("alone", size);
-    const QString inTree = tree->makeFile("in tree", size);
-    QCOMPARE(shredFile(alone), qint64{size});
-    QCOMPARE(shredInTree(inTree, size), qint64{size});
-    QVERIFY(!entryExists(alone) && !entryExists(inTree));
-    QCOMPARE(log->records(), (SignalRecords{progress(alone, 99), removal(alone),
-                                            progress(tree->path(), 100), removal(inTree)}));
+    for (const int size : {1, 2, 255, 4095}) {
+        log->clear();
+        const QString file = tree->makeFile("file", size);
+        QCOMPARE(shredFile(file), qint64{size});
+        QVERIFY(!entryExists(file));
+        QCOMPARE(log->records(), (SignalRecords{progress(file, 99), removal(file)}));
+    }
 }
 
 void TestFile::emptyFileIsUnlinkedUnopened()
@@ -149,26 +131,6 @@ void TestFile::linkIsUnlinkedAndItsTargetSurvives()
     QVERIFY(!entryExists(link));
     QVERIFY(entryExists(other));
     QVERIFY(isAsMade(ten, 10) && isAsMade(stopCode, 255) && isAsMade(inside, 10));
-}
-
-void TestFile::pathIsReportedAsGiven()
-{
-    tree->makeFile("folder/file", 10);
-    const QString path = tree->path("./folder//../folder/file");
-    QCOMPARE(shredFile(path), qint64{10});
-    tree->makeFile("folder/file", 10);
-    QCOMPARE(shredInTree(path, 10), qint64{10});
-    QCOMPARE(log->records(), (SignalRecords{progress(path, 99), removal(path),
-                                            progress(tree->path(), 100), removal(path)}));
-}
-
-void TestFile::stopRequestDoesNotHoldUpAFile()
-{
-    const QString file = tree->makeFile("file", 40960);
-    crusher->requestStop(true);
-    QCOMPARE(shredFile(file), qint64{40960});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->count("finishPercent"), 11);
 }
 
 void TestFile::statSizeFollowsLinks()

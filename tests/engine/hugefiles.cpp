@@ -36,7 +36,6 @@ private slots:
     void resultIsTheWholeSize();
     void verdictIsReadOffTheLowHalf_data();
     void verdictIsReadOffTheLowHalf();
-    void linkToAHugeFileIsFinished();
     void shareDoneIsKeptInTheLowHalf_data();
     void shareDoneIsKeptInTheLowHalf();
 
@@ -90,16 +89,6 @@ void TestHugeFiles::verdictIsReadOffTheLowHalf()
     QTEST(records.constLast().name, "verdict");
     QVERIFY(!entryExists(file));
     QCOMPARE(records.count(removal(file)), 1);
-}
-
-void TestHugeFiles::linkToAHugeFileIsFinished()
-{
-    const QString file = makeSparseFile("file", 2 * gigabyte);
-    if (file.isEmpty())
-        QSKIP("this file system has no huge files");
-    const QString link = tree->makeLink("link", file);
-    QCOMPARE(workOn({link}), (SignalRecords{removal(link), success(link)}));
-    QCOMPARE(QFileInfo(file).size(), 2 * gigabyte);
 }
 
 void TestHugeFiles::shareDoneIsKeptInTheLowHalf_data()

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Names of every kind, and paths as long as the system takes them.
+// Names that are not UTF-8, and paths as long as the system takes them; names of every other kind
+// are in model.cpp.
 
 #include "enginetest.h"
 #include "suites.h"
@@ -38,55 +39,12 @@ class TestNames : public EngineTest
     Q_OBJECT
 
 private slots:
-    void anyNameIsShredded_data();
-    void anyNameIsShredded();
     void nameThatIsNotUtf8IsLeftAndTheFolderFails_data();
     void nameThatIsNotUtf8IsLeftAndTheFolderFails();
     void longestPathIsShredded();
     void fileBeyondThePathLimitIsShredded();
     void fiveHundredFoldersDeepAreShredded();
 };
-
-void TestNames::anyNameIsShredded_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("spaces") << QStringLiteral(" two  spaces ");
-    QTest::newRow("quotes") << QStringLiteral("it's \"quoted\" `so`");
-    QTest::newRow("percent signs") << QStringLiteral("100%1 %s%n%%");
-    QTest::newRow("Chinese") << QStringLiteral("文件粉碎机");
-    QTest::newRow("emoji") << QStringLiteral("🗑️👩‍👩‍👧");
-    QTest::newRow("newlines") << QStringLiteral("one\ntwo\r\n");
-    QTest::newRow("backslash") << QStringLiteral("a\\b\\");
-    QTest::newRow("option") << QStringLiteral("--help");
-    QTest::newRow("shell") << QStringLiteral("$HOME;*?[a]&|<>");
-    QTest::newRow("hidden") << QStringLiteral(".hidden");
-    QTest::newRow("three dots") << QStringLiteral("...");
-    QTest::newRow("decomposed") << QStringLiteral("e\u0301");
-    QTest::newRow("replacement character") << QStringLiteral("\uFFFD");
-    QTest::newRow("byte order mark") << QStringLiteral("\uFEFFname");
-    QTest::newRow("longest") << QString(NAME_MAX, QLatin1Char('n'));
-}
-
-/// As a lone file, a lone link, a folder, and a file and folder in that.
-void TestNames::anyNameIsShredded()
-{
-    QFETCH(QString, name);
-    const QString neighbour = tree->makeFile("neighbour", 100);
-    const QString path = tree->makeFile(name, 100);
-    QCOMPARE(shredFile(path), qint64{100});
-    tree->makeLink(name, neighbour);
-    QCOMPARE(shredFile(path), qint64{0});
-    const QString inner = path + QLatin1Char('/') + name;
-    const QString file = inner + QLatin1Char('/') + name;
-    tree->makeFile(file.mid(tree->path().size() + 1), 100);
-    QCOMPARE(shredFolder(path), qint64{0});
-
-    QVERIFY(!entryExists(path));
-    QVERIFY(isAsMade(neighbour, 100));
-    QCOMPARE(log->records(),
-             (SignalRecords{progress(path, 99), removal(path), removal(path), progress(path, 100),
-                            removal(file), removal(inner), progress(path, 100), removal(path)}));
-}
 
 void TestNames::nameThatIsNotUtf8IsLeftAndTheFolderFails_data()
 {

@@ -40,7 +40,6 @@ private slots:
     void loneFileReportsStepsOfTwo();
     void fileOfAFolderCountsDown_data();
     void fileOfAFolderCountsDown();
-    void folderReportsTheStartsOfLargeFiles();
     void loneFilePercentNarrowsTheBlocks_data();
     void loneFilePercentNarrowsTheBlocks();
     void stepIsComparedAsSigned32Bit_data();
@@ -101,20 +100,6 @@ void TestProgress::fileOfAFolderCountsDown()
     QCOMPARE(shredInTree(file, total, done), size);
     QVERIFY(!entryExists(file));
     QCOMPARE(log->records(), recordsOf(tree->path(), expected, file));
-}
-
-void TestProgress::folderReportsTheStartsOfLargeFiles()
-{
-    const QString first = tree->makeFile("top/first", 30 * block);
-    const QString second = tree->makeFile("top/folder/second", 50 * block);
-    const QString third = tree->makeFile("top/folder/deeper/third", 20 * block);
-    const QString top = tree->path("top");
-    QCOMPARE(shredFolder(top), qint64{0});
-    QCOMPARE(log->records(),
-             (SignalRecords{progress(top, 29), progress(top, 30), removal(first), progress(top, 79),
-                            progress(top, 80), removal(second), progress(top, 99),
-                            progress(top, 100), removal(third), removal(QFileInfo(third).path()),
-                            removal(QFileInfo(second).path()), progress(top, 100), removal(top)}));
 }
 
 void TestProgress::loneFilePercentNarrowsTheBlocks_data()
