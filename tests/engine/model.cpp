@@ -140,7 +140,7 @@ QString TestModelEngine::differenceInRoutine(quint32 seed)
         expected = model.shredFile(name);
         found = crusher.shredFile(bytes.constData());
     }
-    disk.restoreModes();
+    openToOwner(tree.root());
     if (expected != found)
         return QStringLiteral("%1 comes to %2, not %3").arg(name).arg(found).arg(expected);
     const QString inSignals = differenceBetween(twin.told, log.records());
@@ -178,7 +178,7 @@ QString TestModelEngine::differenceInWorker(quint32 seed) const
     const bool isStopped = twin.told.contains({"stopped"}); // else the end comes before that signal
     const SignalRecords heard =
         heardFromWorker(paths, isStopped ? stopSignal : 0, twin.told.size());
-    disk.restoreModes();
+    openToOwner(tree.root());
     const QString inSignals = differenceBetween(twin.told, heard);
     return inSignals.isEmpty() ? disk.differenceFromDisk(first, std::time(nullptr)) : inSignals;
 }

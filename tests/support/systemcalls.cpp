@@ -250,9 +250,34 @@ using testsupport::transferred;
             -1, nullptr, [&] { return real(file, command, argument); });                           \
     }
 
-/// The same for the functions that look at a file.
+/// The same for a call that looks at something and fills in STATUS.
 #define PASS_ON_LOOKING(call, name, parameters, arguments, file, path)                             \
     PASS_ON(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), status)
+
+/// The four ways to look at a file.
+#define PASS_ON_LOOKS(stat, lstat, fstat, fstatat, Status)                                         \
+    PASS_ON_LOOKING("stat", stat, (const char *path, Status *status) noexcept, (path, status),     \
+                    AT_FDCWD, path)                                                                \
+    PASS_ON_LOOKING("lstat", lstat, (const char *path, Status *status) noexcept, (path, status),   \
+                    AT_FDCWD, path)                                                                \
+    PASS_ON_LOOKING("fstat", fstat, (int file, Status *status) noexcept, (file, status), file,     \
+                    nullptr)                                                                       \
+    PASS_ON_LOOKING("fstatat", fstatat,                                                            \
+                    (int folder, const char *path, Status *status, int flags) noexcept,            \
+                    (folder, path, status, flags), folder, path)
+
+/// The same of an older library, whose headers' functions are in every program and call these.
+#define PASS_ON_OLDER_LOOKS(stat, lstat, fstat, fstatat, Status)                                   \
+    PASS_ON_LOOKING("stat", stat, (int version, const char *path, Status *status) noexcept,        \
+                    (version, path, status), AT_FDCWD, path)                                       \
+    PASS_ON_LOOKING("lstat", lstat, (int version, const char *path, Status *status) noexcept,      \
+                    (version, path, status), AT_FDCWD, path)                                       \
+    PASS_ON_LOOKING("fstat", fstat, (int version, int file, Status *status) noexcept,              \
+                    (version, file, status), file, nullptr)                                        \
+    PASS_ON_LOOKING(                                                                               \
+        "fstatat", fstatat,                                                                        \
+        (int version, int folder, const char *path, Status *status, int flags) noexcept,           \
+        (version, folder, path, status, flags), folder, path)
 
 extern "C" {
 PASS_ON_OPENING(open, (const char *path, int flags, ...), (path, flags, mode),
@@ -276,58 +301,14 @@ PASS_ON_CONTROLLING(__fcntl_time64)
 PASS_ON(int, -1, access, (const char *path, int mode) noexcept, (path, mode),
         about(CallKind::Look, "access", AT_FDCWD, path), nullptr)
 #if __GLIBC_PREREQ(2, 33)
-PASS_ON_LOOKING("stat", stat, (const char *path, struct stat *status) noexcept, (path, status),
-                AT_FDCWD, path)
-PASS_ON_LOOKING("stat", stat64, (const char *path, struct stat64 *status) noexcept, (path, status),
-                AT_FDCWD, path)
-PASS_ON_LOOKING("lstat", lstat, (const char *path, struct stat *status) noexcept, (path, status),
-                AT_FDCWD, path)
-PASS_ON_LOOKING("lstat", lstat64, (const char *path, struct stat64 *status) noexcept,
-                (path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("fstat", fstat, (int file, struct stat *status) noexcept, (file, status), file,
-                nullptr)
-PASS_ON_LOOKING("fstat", fstat64, (int file, struct stat64 *status) noexcept, (file, status), file,
-                nullptr)
-PASS_ON_LOOKING("fstatat", fstatat,
-                (int folder, const char *path, struct stat *status, int flags) noexcept,
-                (folder, path, status, flags), folder, path)
-PASS_ON_LOOKING("fstatat", fstatat64,
-                (int folder, const char *path, struct stat64 *status, int flags) noexcept,
-                (folder, path, status, flags), folder, path)
+PASS_ON_LOOKS(stat, lstat, fstat, fstatat, struct stat)
+PASS_ON_LOOKS(stat64, lstat64, fstat64, fstatat64, struct stat64)
 #else
-// The functions that the headers of an older library declare are in every program and call these.
-PASS_ON_LOOKING("stat", __xstat, (int version, const char *path, struct stat *status) noexcept,
-                (version, path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("stat", __xstat64, (int version, const char *path, struct stat64 *status) noexcept,
-                (version, path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("lstat", __lxstat, (int version, const char *path, struct stat *status) noexcept,
-                (version, path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("lstat", __lxstat64,
-                (int version, const char *path, struct stat64 *status) noexcept,
-                (version, path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("fstat", __fxstat, (int version, int file, struct stat *status) noexcept,
-                (version, file, status), file, nullptr)
-PASS_ON_LOOKING("fstat", __fxstat64, (int version, int file, struct stat64 *status) noexcept,
-                (version, file, status), file, nullptr)
-PASS_ON_LOOKING("fstatat", __fxstatat,
-                (int version, int folder, const char *path, struct stat *status,
-                 int flags) noexcept,
-                (version, folder, path, status, flags), folder, path)
-PASS_ON_LOOKING("fstatat", __fxstatat64,
-                (int version, int folder, const char *path, struct stat64 *status,
-                 int flags) noexcept,
-                (version, folder, path, status, flags), folder, path)
+PASS_ON_OLDER_LOOKS(__xstat, __lxstat, __fxstat, __fxstatat, struct stat)
+PASS_ON_OLDER_LOOKS(__xstat64, __lxstat64, __fxstat64, __fxstatat64, struct stat64)
 #endif
 // With times of 64 bits on a machine of 32 bits; nobody calls them elsewhere.
-PASS_ON_LOOKING("stat", __stat64_time64, (const char *path, void *status) noexcept, (path, status),
-                AT_FDCWD, path)
-PASS_ON_LOOKING("lstat", __lstat64_time64, (const char *path, void *status) noexcept,
-                (path, status), AT_FDCWD, path)
-PASS_ON_LOOKING("fstat", __fstat64_time64, (int file, void *status) noexcept, (file, status), file,
-                nullptr)
-PASS_ON_LOOKING("fstatat", __fstatat64_time64,
-                (int folder, const char *path, void *status, int flags) noexcept,
-                (folder, path, status, flags), folder, path)
+PASS_ON_LOOKS(__stat64_time64, __lstat64_time64, __fstat64_time64, __fstatat64_time64, void)
 PASS_ON_LOOKING("statx", statx,
                 (int folder, const char *path, int flags, unsigned mask,
                  struct statx *status) noexcept,

@@ -5,15 +5,13 @@
 
 #include "expectedbytes.h"
 
-#include <array>
-#include <climits>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
-#include <unistd.h>
 
 namespace testsupport
 {
@@ -21,63 +19,33 @@ namespace testsupport
 namespace
 {
 
+namespace fs = std::filesystem;
+
 /// After so many links the system gives up.
 constexpr int mostLinks = 40;
 
 QByteArrayList namesOnDisk(const QByteArray &path)
 {
     QByteArrayList names;
-    DIR *directory = ::opendir(path.constData());
-    if (directory == nullptr)
-        qFatal("cannot read the folder %s", path.constData());
-    while (const dirent *entry = ::readdir(directory)) {
-        const QByteArray name(entry->d_name);
-        if (name != "." && name != "..")
-            names.append(name);
-    }
-    ::closedir(directory);
+    for (const fs::directory_entry &entry : fs::directory_iterator(path.toStdString()))
+        names.append(QByteArray::fromStdString(entry.path().filename().string()));
     return names;
 }
 
-QByteArray bytesOnDisk(const QByteArray &path, qint64 size)
+QByteArray bytesOnDisk(const QByteArray &path)
 {
-    QByteArray bytes(static_cast<int>(size), '\0');
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0 || ::read(descriptor, bytes.data(), static_cast<size_t>(size)) != size)
-        qFatal("cannot read %s", path.constData());
-    ::close(descriptor);
-    return bytes;
+    std::ifstream file(path.toStdString(), std::ios::binary);
+    return QByteArray::fromStdString(std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
-QByteArray targetOnDisk(const QByteArray &path)
+ModelKind kindOf(fs::file_type type)
 {
-    std::array<char, PATH_MAX> target = {};
-    const ssize_t length = ::readlink(path.constData(), target.data(), target.size());
-    return QByteArray(target.data(), static_cast<int>(length));
-}
-
-/// Opens everything at and below @p path to its owner.
-void giveBack(const QByteArray &path)
-{
-    struct stat status = {};
-    if (::lstat(path.constData(), &status) != 0 || S_ISLNK(status.st_mode))
-        return;
-    ::chmod(path.constData(), S_IRWXU);
-    if (!S_ISDIR(status.st_mode))
-        return;
-    const QByteArrayList names = namesOnDisk(path);
-    for (const QByteArray &name : names)
-        giveBack(path + '/' + name);
-}
-
-ModelKind kindOf(mode_t mode)
-{
-    switch (mode & S_IFMT) {
-    case S_IFDIR:
+    switch (type) {
+    case fs::file_type::directory:
         return ModelKind::Directory;
-    case S_IFREG:
+    case fs::file_type::regular:
         return ModelKind::File;
-    case S_IFLNK:
+    case fs::file_type::symlink:
         return ModelKind::Link;
     default:
         return ModelKind::Fifo;
@@ -89,7 +57,7 @@ QByteArray parentOf(const QByteArray &path)
     return path.left(path.lastIndexOf('/'));
 }
 
-bool hasMode(const ModelEntry &entry, mode_t wanted)
+bool hasMode(const ModelEntry &entry, fs::perms wanted)
 {
     return (entry.mode & wanted) == wanted;
 }
@@ -127,16 +95,17 @@ void ModelDisk::takeIn(const QByteArray &path, QMap<quint64, std::shared_ptr<Mod
     struct stat status = {};
     if (::lstat(path.constData(), &status) != 0)
         qFatal("cannot look at %s", path.constData());
+    const fs::file_status state = fs::symlink_status(path.toStdString());
     ModelEntry entry;
-    entry.kind = kindOf(status.st_mode);
-    entry.mode = status.st_mode & ~static_cast<mode_t>(S_IFMT);
+    entry.kind = kindOf(state.type());
+    entry.mode = state.permissions();
     if (entry.kind == ModelKind::File) {
         std::shared_ptr<ModelBody> &body = bodies[status.st_ino];
         if (!body)
-            body = std::make_shared<ModelBody>(ModelBody{bytesOnDisk(path, status.st_size)});
+            body = std::make_shared<ModelBody>(ModelBody{bytesOnDisk(path)});
         entry.body = body;
     } else if (entry.kind == ModelKind::Link) {
-        entry.target = targetOnDisk(path);
+        entry.target = QByteArray::fromStdString(fs::read_symlink(path.toStdString()).string());
     } else if (entry.kind == ModelKind::Directory) {
         entry.directorySize = status.st_size;
         entry.names = namesOnDisk(path);
@@ -156,7 +125,7 @@ QByteArray ModelDisk::resolve(const QByteArray &path, bool follow, int links) co
     QByteArray here = root;
     for (int index = 1; index < parts.size(); ++index) {
         const ModelEntry &folder = entries[here];
-        if (folder.kind != ModelKind::Directory || !hasMode(folder, S_IXUSR))
+        if (folder.kind != ModelKind::Directory || !hasMode(folder, fs::perms::owner_exec))
             return QByteArray();
         if (parts.at(index) == "..") {
             if (here == root)
@@ -206,7 +175,7 @@ bool ModelDisk::isLink(const QByteArray &path) const
 bool ModelDisk::isOpenToUser(const QByteArray &path) const
 {
     const ModelEntry *entry = find(path, true);
-    return entry != nullptr && hasMode(*entry, S_IRUSR | S_IWUSR);
+    return entry != nullptr && hasMode(*entry, fs::perms::owner_read | fs::perms::owner_write);
 }
 
 quint64 ModelDisk::sizeOf(const QByteArray &path) const
@@ -222,7 +191,8 @@ quint64 ModelDisk::sizeOf(const QByteArray &path) const
 QByteArrayList ModelDisk::namesIn(const QByteArray &path) const
 {
     const ModelEntry *entry = find(path, true);
-    if (entry == nullptr || entry->kind != ModelKind::Directory || !hasMode(*entry, S_IRUSR))
+    if (entry == nullptr || entry->kind != ModelKind::Directory
+        || !hasMode(*entry, fs::perms::owner_read))
         return {};
     return entry->names;
 }
@@ -241,7 +211,7 @@ bool ModelDisk::remove(const QByteArray &path)
     if (key.isEmpty() || key == root || !entries[key].names.isEmpty())
         return false;
     ModelEntry &folder = entries[parentOf(key)];
-    if (!hasMode(folder, S_IWUSR | S_IXUSR))
+    if (!hasMode(folder, fs::perms::owner_write | fs::perms::owner_exec))
         return false;
     folder.names.removeOne(key.mid(key.lastIndexOf('/') + 1));
     folder.directorySize -= bytesPerName;
@@ -249,10 +219,9 @@ bool ModelDisk::remove(const QByteArray &path)
     return true;
 }
 
-void ModelDisk::setMode(const QByteArray &path, mode_t mode)
+void ModelDisk::setMode(const QByteArray &path, fs::perms mode)
 {
-    if (!entries.contains(path) || ::chmod(path.constData(), mode) != 0)
-        qFatal("cannot change the mode of %s", path.constData());
+    fs::permissions(path.toStdString(), mode);
     const std::shared_ptr<ModelBody> body = entries[path].body;
     for (ModelEntry &entry : entries) {
         if (body && entry.body == body)
@@ -261,9 +230,17 @@ void ModelDisk::setMode(const QByteArray &path, mode_t mode)
     entries[path].mode = mode;
 }
 
-void ModelDisk::restoreModes() const
+void openToOwner(const QByteArray &path)
 {
-    giveBack(root);
+    const fs::file_type type = fs::symlink_status(path.toStdString()).type();
+    if (type == fs::file_type::symlink || type == fs::file_type::not_found)
+        return;
+    fs::permissions(path.toStdString(), fs::perms::owner_all);
+    if (type != fs::file_type::directory)
+        return;
+    const QByteArrayList names = namesOnDisk(path);
+    for (const QByteArray &name : names)
+        openToOwner(path + '/' + name);
 }
 
 QString ModelDisk::differenceFromDisk(std::time_t first, std::time_t last) const

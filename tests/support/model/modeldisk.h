@@ -14,9 +14,8 @@
 #include <QString>
 
 #include <ctime>
+#include <filesystem>
 #include <memory>
-
-#include <sys/types.h>
 
 namespace testsupport
 {
@@ -31,7 +30,7 @@ enum class ModelKind { Directory, File, Link, Fifo };
 
 struct ModelEntry {
     ModelKind kind = ModelKind::File;
-    mode_t mode = 0;
+    std::filesystem::perms mode = std::filesystem::perms::none;
     qint64 directorySize = 0;        ///< what stat(2) tells for a directory
     QByteArray target;               ///< of a link
     QByteArrayList names;            ///< of a directory, in the order the system reads them
@@ -65,9 +64,7 @@ public:
     bool remove(const QByteArray &path);
 
     /// The permissions of @p path, set on the disk as well.
-    void setMode(const QByteArray &path, mode_t mode);
-    /// Gives back, on the disk only, the permissions that setMode() took.
-    void restoreModes() const;
+    void setMode(const QByteArray &path, std::filesystem::perms mode);
 
     /// Looks at the disk again; empty when everything is as in this picture, with the files
     /// overwritten between @p first and @p last, else the first difference.
@@ -82,6 +79,9 @@ private:
     qint64 bytesPerName = 0; ///< by which a directory becomes smaller when a name goes
     QMap<QByteArray, ModelEntry> entries;
 };
+
+/// Opens everything at and below @p path on the disk to its owner.
+void openToOwner(const QByteArray &path);
 
 /// @p path without "." in it and without more than one slash in a row.
 QByteArray cleaned(const QByteArray &path);

@@ -8,15 +8,15 @@
 
 #include <climits>
 #include <filesystem>
+#include <fstream>
 #include <string>
-#include <system_error>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace testsupport
 {
+
+namespace fs = std::filesystem;
 
 namespace
 {
@@ -47,18 +47,6 @@ QByteArrayList otherNames()
     return {"latin1-\xE9", "\xFF\xFE", "\xED\xA0\x80", "cut\xE6\x96"};
 }
 
-void require(bool done, const char *what, const QByteArray &path)
-{
-    if (!done)
-        qFatal("cannot make the %s %s", what, path.constData());
-}
-
-bool isTaken(const QByteArray &path)
-{
-    struct stat status = {};
-    return ::lstat(path.constData(), &status) == 0;
-}
-
 } // namespace
 
 RandomTree::RandomTree(Dice &chance)
@@ -66,22 +54,16 @@ RandomTree::RandomTree(Dice &chance)
     , rootPath(QFileInfo(directory.path()).canonicalFilePath().toUtf8())
 {
     const QByteArray neighbours = rootPath + "/neighbours";
-    require(::mkdir(neighbours.constData(), S_IRWXU) == 0, "folder", neighbours);
+    fs::create_directory(neighbours.toStdString());
     writeFile(neighbours + "/kept", 5000);
     writeFile(neighbours + "/stop code", 255);
 }
 
 RandomTree::~RandomTree()
 {
-    // A folder that was made unreadable and survived could not be emptied.
-    for (const QByteArray &path : qAsConst(restrictable)) {
-        struct stat status = {};
-        if (::lstat(path.constData(), &status) == 0 && !S_ISLNK(status.st_mode))
-            ::chmod(path.constData(), S_IRWXU);
-    }
+    openToOwner(rootPath);
     // Qt's own way to remove a folder finds no names that are not UTF-8.
-    std::error_code ignored;
-    std::filesystem::remove_all(rootPath.toStdString(), ignored);
+    fs::remove_all(rootPath.toStdString());
 }
 
 QByteArray RandomTree::freePathIn(const QByteArray &folder, Names names)
@@ -90,7 +72,8 @@ QByteArray RandomTree::freePathIn(const QByteArray &folder, Names names)
     if (names == Names::AnyBytes && dice.onceIn(25))
         path = folder + '/' + dice.oneOf(otherNames());
     const QByteArray wanted = path;
-    for (int number = 1; isTaken(path); ++number)
+    for (int number = 1; fs::symlink_status(path.toStdString()).type() != fs::file_type::not_found;
+         ++number)
         path = wanted + QByteArray::number(number);
     return path;
 }
@@ -108,13 +91,7 @@ int RandomTree::randomSize()
 
 void RandomTree::writeFile(const QByteArray &path, int size)
 {
-    const int descriptor =
-        ::open(path.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    const QByteArray bytes(size, 'x');
-    require(descriptor >= 0
-                && ::write(descriptor, bytes.constData(), static_cast<size_t>(size)) == size,
-            "file", path);
-    ::close(descriptor);
+    std::ofstream(path.toStdString()) << std::string(static_cast<std::size_t>(size), 'x');
     files.append(path);
 }
 
@@ -148,17 +125,16 @@ void RandomTree::makeAnything(const QByteArray &path, int depth)
     if (kind < 9)
         return makeLink(path);
     if (kind == 9)
-        return require(::mkfifo(path.constData(), S_IRUSR | S_IWUSR) == 0, "fifo", path);
+        return static_cast<void>(::mkfifo(path.constData(), S_IRUSR | S_IWUSR));
     if (kind == 10)
-        return require(::link(dice.oneOf(files).constData(), path.constData()) == 0, "second name",
-                       path);
+        return fs::create_hard_link(dice.oneOf(files).toStdString(), path.toStdString());
     writeFile(path, randomSize());
     restrictable.append(path);
 }
 
 void RandomTree::fillFolder(const QByteArray &path, int depth)
 {
-    require(::mkdir(path.constData(), S_IRWXU) == 0, "folder", path);
+    fs::create_directory(path.toStdString());
     restrictable.append(path);
     const int entries = dice.upTo(7);
     for (int entry = 0; entry < entries; ++entry)
@@ -178,20 +154,19 @@ void RandomTree::makeLink(const QByteArray &path)
         name,
         ".",
     };
-    const QByteArray target = dice.oneOf(targets);
-    require(::symlink(target.constData(), path.constData()) == 0, "link", path);
+    fs::create_symlink(dice.oneOf(targets).toStdString(), path.toStdString());
     if (dice.onceIn(3))
         files.append(path); // a link to a link, or a second name of one
 }
 
 void RandomTree::takePermissions(ModelDisk &picture)
 {
-    const QList<mode_t> modes = {0555, 0444, 0333, 0111, 0600, 0};
+    const QList<int> modes = {0555, 0444, 0333, 0111, 0600, 0};
     // What lies deeper first, as long as it can still be reached.
     for (auto path = restrictable.crbegin(); path != restrictable.crend(); ++path) {
         const ModelEntry *entry = picture.find(*path, false);
         if (dice.onceIn(6) && entry != nullptr && entry->kind != ModelKind::Link)
-            picture.setMode(*path, dice.oneOf(modes));
+            picture.setMode(*path, static_cast<fs::perms>(dice.oneOf(modes)));
     }
 }
 
