@@ -3,14 +3,8 @@
 
 #include "loopimage.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
-#include <QStandardPaths>
-
-#include <cerrno>
-#include <cstring>
 
 // In older C libraries it does not compile after linux/fs.h.
 #include <sys/mount.h>
@@ -32,29 +26,6 @@ constexpr qint64 imageSize = qint64{512} * 1024 * 1024;
 
 bool hasOwnMounts = false;
 
-/// The programs of an administrator are not on everybody's path.
-QString programNamed(const QString &name)
-{
-    const QString found = QStandardPaths::findExecutable(name);
-    return !found.isEmpty() ? found
-                            : QStandardPaths::findExecutable(
-                                name, {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")});
-}
-
-bool hasLoopDevices()
-{
-    const int control = ::open("/dev/loop-control", O_RDWR | O_CLOEXEC);
-    if (control < 0)
-        return false;
-    ::close(control);
-    return true;
-}
-
-QString systemsWord()
-{
-    return QString::fromLocal8Bit(std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
-}
-
 } // namespace
 
 void enterOwnMounts()
@@ -69,7 +40,7 @@ QString whyNoImages()
         return QStringLiteral("only root mounts images");
     if (!hasOwnMounts)
         return QStringLiteral("no mounts of one's own here");
-    if (!hasLoopDevices())
+    if (!QFile(QStringLiteral("/dev/loop-control")).open(QIODevice::ReadWrite))
         return QStringLiteral("no loop devices here");
     return QString();
 }
@@ -84,9 +55,12 @@ FileSystemKind plainFileSystem(const QString &type)
 
 LoopImage::LoopImage(const FileSystemKind &fileSystem)
     : kind(fileSystem)
-    , mountPoint(QFileInfo(scratch.path()).canonicalFilePath() + QStringLiteral("/mounted"))
 {
-    made = make(kind.makeCommand);
+    if (!QFile::resize(scratch.makeFile("image", QByteArray()), imageSize)) {
+        problemText = QStringLiteral("no room for ") + imageFile();
+        return;
+    }
+    made = run(kind.makeCommand.first(), kind.makeCommand.mid(1) + QStringList{imageFile()});
     if (made)
         mount();
 }
@@ -94,47 +68,25 @@ LoopImage::LoopImage(const FileSystemKind &fileSystem)
 LoopImage::~LoopImage()
 {
     // Whatever a failed test left open goes with the process.
-    if (mounted)
+    if (isMounted)
         ::umount2(mountPoint.toUtf8().constData(), MNT_DETACH);
 }
 
 bool LoopImage::isUnknownToKernel() const
 {
     // Trying to mount it has loaded the module, if there is one.
-    QFile known(QStringLiteral("/proc/filesystems"));
-    return made && !mounted && known.open(QIODevice::ReadOnly)
-           && !known.readAll().contains('\t' + kind.type.toLatin1() + '\n');
-}
-
-QString LoopImage::path(const TreeName &name) const
-{
-    return mountPoint + QLatin1Char('/') + name.text;
-}
-
-QString LoopImage::makeFile(const TreeName &name, const QByteArray &contents) const
-{
-    const QString file = path(name);
-    QFile out(file);
-    if (!QDir().mkpath(QFileInfo(file).path()) || !out.open(QIODevice::WriteOnly)
-        || out.write(contents) != contents.size())
-        qFatal("cannot make file %s", qPrintable(file));
-    return file;
-}
-
-QString LoopImage::makeFolder(const TreeName &name) const
-{
-    if (!QDir().mkpath(path(name)))
-        qFatal("cannot make folder %s", qPrintable(path(name)));
-    return path(name);
+    return made && !isMounted
+           && !TemporaryTree::contentsOf(QStringLiteral("/proc/filesystems"))
+                   .contains('\t' + kind.type.toLatin1() + '\n');
 }
 
 bool LoopImage::unmount()
 {
-    if (mounted && ::umount2(mountPoint.toUtf8().constData(), 0) != 0) {
-        problemText = QStringLiteral("umount: ") + systemsWord();
+    if (isMounted && ::umount2(mountPoint.toUtf8().constData(), 0) != 0) {
+        problemText = QStringLiteral("umount: ") + qt_error_string();
         return false;
     }
-    mounted = false;
+    isMounted = false;
     return true;
 }
 
@@ -143,37 +95,26 @@ bool LoopImage::remount()
     return unmount() && mount();
 }
 
-bool LoopImage::make(const QStringList &command)
-{
-    QFile image(imageFile());
-    if (!QDir().mkpath(mountPoint) || !image.open(QIODevice::WriteOnly)
-        || !image.resize(imageSize)) {
-        problemText = QStringLiteral("no room for an image in ") + scratch.path();
-        return false;
-    }
-    return run(command.first(), command.mid(1) + QStringList{imageFile()});
-}
-
 bool LoopImage::mount()
 {
     const QString options = kind.mountOptions.isEmpty()
                                 ? QStringLiteral("loop")
                                 : QStringLiteral("loop,") + kind.mountOptions;
-    mounted = run(QStringLiteral("mount"), {QStringLiteral("-t"), kind.type, QStringLiteral("-o"),
-                                            options, imageFile(), mountPoint});
-    return mounted;
+    isMounted = run(QStringLiteral("mount"), {QStringLiteral("-t"), kind.type, QStringLiteral("-o"),
+                                              options, imageFile(), mountPoint});
+    return isMounted;
 }
 
 bool LoopImage::run(const QString &program, const QStringList &arguments)
 {
-    const QString found = programNamed(program);
-    if (found.isEmpty()) {
-        problemText = program + QStringLiteral(" is not installed");
-        return false;
-    }
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(found, arguments);
+    // The programs of an administrator are not on everybody's path.
+    process.start(QStringLiteral("env"),
+                  QStringList{QString::fromLocal8Bit("PATH=" + qgetenv("PATH"))
+                                  + QStringLiteral(":/usr/sbin:/sbin"),
+                              program}
+                      + arguments);
     const bool ended = process.waitForFinished(-1);
     if (ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
         return true;

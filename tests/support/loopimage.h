@@ -12,7 +12,6 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
 namespace testsupport
 {
@@ -48,13 +47,16 @@ public:
     /// Whether it cannot be mounted because the kernel has no such file system.
     bool isUnknownToKernel() const;
     /// The file that stands for the medium.
-    QString imageFile() const { return scratch.filePath(QStringLiteral("image")); }
+    QString imageFile() const { return scratch.path("image"); }
     /// The absolute path of @p name in the file system; nothing is made.
-    QString path(const TreeName &name) const;
+    QString path(const TreeName &name) const { return scratch.path(mounted(name)); }
 
     /// Makes a file with its parent folders; returns its path.
-    QString makeFile(const TreeName &name, const QByteArray &contents) const;
-    QString makeFolder(const TreeName &name) const;
+    QString makeFile(const TreeName &name, const QByteArray &contents) const
+    {
+        return scratch.makeFile(mounted(name), contents);
+    }
+    QString makeFolder(const TreeName &name) const { return scratch.makeFolder(mounted(name)); }
 
     /// Unmounts it, after which all that was written is on the medium.
     bool unmount();
@@ -62,16 +64,16 @@ public:
     bool remount();
 
 private:
-    bool make(const QStringList &command);
+    static QString mounted(const TreeName &name) { return QStringLiteral("mounted/") + name.text; }
     bool mount();
     bool run(const QString &program, const QStringList &arguments);
 
-    QTemporaryDir scratch;
+    TemporaryTree scratch;
     FileSystemKind kind;
-    QString mountPoint;
+    QString mountPoint = scratch.makeFolder("mounted");
     QString problemText;
     bool made = false;
-    bool mounted = false;
+    bool isMounted = false;
 };
 
 /// Makes the folder @p path immutable, so that no name in it can go, or lets it change again.
