@@ -73,7 +73,6 @@ private slots:
     void littleIsKeptOpenAtOnce_data();
     void littleIsKeptOpenAtOnce();
     void fewDescriptorsAreShared();
-    void nothingIsHeldWhenTheFirstFolderGoes();
     void stoppedFolderIsWrittenOutBeforeStoppedIsTold();
     void withoutDescriptorsOlderFilesAreWaitedForFirst();
 
@@ -214,7 +213,9 @@ int TestDurability::mostHeld() const
     return held == 0 ? most : -1;
 }
 
-/// Each file lost its name, then was written from its start to its end, then closed for good.
+/// Each file lost its name, then was written from its start to its end, then closed for good:
+/// before the first folder goes, as network file systems keep what is open under a hidden name in
+/// it.
 void TestDurability::checkWrittenOut(const QList<ino_t> &inodes) const
 {
     QVERIFY(!inodes.isEmpty());
@@ -234,6 +235,8 @@ void TestDurability::checkWrittenOut(const QList<ino_t> &inodes) const
         QVERIFY(closed > written);
         const int verdict = indexOf(Step::Verdict);
         QVERIFY(verdict < 0 || verdict > closed);
+        const int folderRemoved = indexOf(Step::RemoveFolder);
+        QVERIFY(folderRemoved < 0 || folderRemoved > closed);
     }
 }
 
@@ -290,6 +293,7 @@ void TestDurability::fileThatKeepsANameIsWrittenOut()
     const QString second = tree->makeHardLink("second", tree->makeFile("top/other", 5000));
     QCOMPARE(shredTop(), qint64{0});
     checkWrittenOut({inodeOf(second)});
+    steps.clear();
     const QString lone = tree->makeFile("lone", 5000);
     const QString inTree = tree->makeFile("top/file", 5000);
     failures = {{QStringLiteral("unlinkat"), EPERM}};
@@ -393,18 +397,6 @@ void TestDurability::fewDescriptorsAreShared()
     QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
     QCOMPARE(result, qint64{0});
     QVERIFY(mostHeld() > 0 && mostHeld() <= 64 / 8 + 1);
-}
-
-/// Network and FUSE file systems keep what is open under a hidden name in its folder.
-void TestDurability::nothingIsHeldWhenTheFirstFolderGoes()
-{
-    const QList<ino_t> inodes = makeFiles("top/sub", 30, 100);
-    QCOMPARE(shredTop(), qint64{0});
-    for (const ino_t inode : inodes) {
-        const int closed = indexOf(Step::Close, inode, indexOf(Step::Unlink, inode));
-        QVERIFY(closed >= 0);
-        QVERIFY(closed < indexOf(Step::RemoveFolder));
-    }
 }
 
 void TestDurability::stoppedFolderIsWrittenOutBeforeStoppedIsTold()

@@ -49,7 +49,6 @@ private slots:
     void unusableSizeLeavesTheFile();
     void sizeZeroInATreeIsAccepted();
     void folderThatVanishesBeforeTheWalkIsMissing();
-    void folderThatCannotBeReadKeepsItsContents();
     void folderThatCouldNotBeSizedIsOverwrittenAllTheSame();
     void fileThatVanishesDuringTheWalkIsPassedOver();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
@@ -118,15 +117,6 @@ void TestFaults::folderThatVanishesBeforeTheWalkIsMissing()
     tree->makeFolder("top");
     const CallHook hook(readingWorks([](const QString &path) { return QDir().rmdir(path); }));
     QCOMPARE(shredFolder(top()), qint64{-2});
-    QCOMPARE(log->records(), SignalRecords());
-}
-
-void TestFaults::folderThatCannotBeReadKeepsItsContents()
-{
-    const QString kept = tree->makeFile("top/folder/kept", 10);
-    const CallHook hook(readingWorks([this](const QString &path) { return path == top(); }));
-    QCOMPARE(shredFolder(top()), qint64{-3});
-    QVERIFY(isAsMade(kept, 10));
     QCOMPARE(log->records(), SignalRecords());
 }
 

@@ -3,7 +3,7 @@
 
 // The worker and a plain model of it on the same random trees: results, signals in their order
 // with their arguments, and what is left on the disk must be the same. A difference names its
-// seed; one that was a defect once stays below with a name.
+// seed.
 
 #include "engine/filecrusher.h"
 
@@ -79,8 +79,6 @@ private slots:
     void initTestCase();
     void routinesAgreeWithTheModel();
     void workerAgreesWithTheModel();
-    void seedsThatDisagreedOnceAgree_data();
-    void seedsThatDisagreedOnceAgree();
 
 private:
     static QString differenceInRoutine(quint32 seed);
@@ -214,24 +212,6 @@ void TestModelEngine::workerAgreesWithTheModel()
 {
     const auto difference = [this](quint32 seed) { return differenceInWorker(seed); };
     QCOMPARE(firstDifference(usualCases, difference), QString());
-}
-
-void TestModelEngine::seedsThatDisagreedOnceAgree_data()
-{
-    QTest::addColumn<bool>("isRoutine");
-    QTest::addColumn<quint32>("seed");
-    QTest::newRow("folder whose name begins with a byte order mark") << true << quint32{3};
-    QTest::newRow("byte order mark, in the queue") << false << quint32{2};
-    QTest::newRow("empty folder that cannot be read") << true << quint32{174};
-    QTest::newRow("empty folder that cannot be read, in the queue") << false << quint32{372};
-    QTest::newRow("file of an empty tree, by a path with a detour") << true << quint32{261};
-}
-
-void TestModelEngine::seedsThatDisagreedOnceAgree()
-{
-    QFETCH(bool, isRoutine);
-    QFETCH(quint32, seed);
-    QCOMPARE(isRoutine ? differenceInRoutine(seed) : differenceInWorker(seed), QString());
 }
 
 TEST_SUITE(model, TestModelEngine)

@@ -153,6 +153,17 @@ Result transferred(const SystemCall &call, Result failure, size_t size, Perform 
     return failure;
 }
 
+template <class Second>
+Second told(Second (*real)(Second *), Second *result)
+{
+    if (!clockIsHooked)
+        return real(result);
+    const auto second = static_cast<Second>(hooks().clock());
+    if (result != nullptr)
+        *result = second;
+    return second;
+}
+
 } // namespace
 
 bool SystemCall::is(const char *other) const
@@ -209,14 +220,16 @@ using testsupport::transferred;
 
 // NOLINTBEGIN: the names, and some parameters, are the C library's; lists are no expressions
 /// A function NAME of PARAMETERS that passes on ARGUMENTS. CALL is what hooks are told, FILLED_IN
-/// what it fills in.
-#define PASS_ON(result, failure, name, parameters, arguments, call, filled_in)                     \
+/// what it fills in, if that is not what it returns.
+#define PASS_ON_FILLING(result, failure, name, parameters, arguments, call, filled_in)             \
     result name parameters                                                                         \
     {                                                                                              \
         static auto *const real = next<result parameters>(#name);                                  \
         return performed(call, static_cast<result>(failure), filled_in,                            \
                          [&] { return real arguments; });                                          \
     }
+#define PASS_ON(result, failure, name, parameters, arguments, call)                                \
+    PASS_ON_FILLING(result, failure, name, parameters, arguments, call, nullptr)
 
 /// The same for the functions that open, whose mode is there only when a file may be made.
 #define PASS_ON_OPENING(name, parameters, arguments, call)                                         \
@@ -252,7 +265,8 @@ using testsupport::transferred;
 
 /// The same for a call that looks at something and fills in STATUS.
 #define PASS_ON_LOOKING(call, name, parameters, arguments, file, path)                             \
-    PASS_ON(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), status)
+    PASS_ON_FILLING(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), \
+                    status)
 
 /// The four ways to look at a file.
 #define PASS_ON_LOOKS(stat, lstat, fstat, fstatat, Status)                                         \
@@ -289,17 +303,17 @@ PASS_ON_OPENING(openat, (int folder, const char *path, int flags, ...), (folder,
 PASS_ON_OPENING(openat64, (int folder, const char *path, int flags, ...),
                 (folder, path, flags, mode), about(CallKind::Open, "openat", folder, path, flags))
 PASS_ON(FILE *, nullptr, fopen, (const char *path, const char *mode), (path, mode),
-        about(CallKind::Open, "fopen", AT_FDCWD, path), nullptr)
+        about(CallKind::Open, "fopen", AT_FDCWD, path))
 PASS_ON(FILE *, nullptr, fopen64, (const char *path, const char *mode), (path, mode),
-        about(CallKind::Open, "fopen", AT_FDCWD, path), nullptr)
+        about(CallKind::Open, "fopen", AT_FDCWD, path))
 PASS_ON(FILE *, nullptr, fdopen, (int file, const char *mode) noexcept, (file, mode),
-        about(CallKind::Open, "fdopen", file), nullptr)
+        about(CallKind::Open, "fdopen", file))
 PASS_ON_CONTROLLING(fcntl)
 PASS_ON_CONTROLLING(fcntl64)
 PASS_ON_CONTROLLING(__fcntl_time64)
 
 PASS_ON(int, -1, access, (const char *path, int mode) noexcept, (path, mode),
-        about(CallKind::Look, "access", AT_FDCWD, path), nullptr)
+        about(CallKind::Look, "access", AT_FDCWD, path))
 #if __GLIBC_PREREQ(2, 33)
 PASS_ON_LOOKS(stat, lstat, fstat, fstatat, struct stat)
 PASS_ON_LOOKS(stat64, lstat64, fstat64, fstatat64, struct stat64)
@@ -319,39 +333,35 @@ PASS_ON_LOOKING("fstatfs", fstatfs64, (int file, struct statfs64 *status) noexce
                 file, nullptr)
 
 PASS_ON(int, -1, unlink, (const char *path) noexcept, (path),
-        about(CallKind::Remove, "unlink", AT_FDCWD, path), nullptr)
+        about(CallKind::Remove, "unlink", AT_FDCWD, path))
 PASS_ON(int, -1, remove, (const char *path) noexcept, (path),
-        about(CallKind::Remove, "remove", AT_FDCWD, path), nullptr)
+        about(CallKind::Remove, "remove", AT_FDCWD, path))
 PASS_ON(int, -1, rmdir, (const char *path) noexcept, (path),
-        about(CallKind::RemoveFolder, "rmdir", AT_FDCWD, path), nullptr)
+        about(CallKind::RemoveFolder, "rmdir", AT_FDCWD, path))
 PASS_ON(int, -1, unlinkat, (int folder, const char *path, int flags) noexcept,
         (folder, path, flags),
         about((flags & AT_REMOVEDIR) != 0 ? CallKind::RemoveFolder : CallKind::Remove, "unlinkat",
-              folder, path, flags),
-        nullptr)
+              folder, path, flags))
 PASS_ON(DIR *, nullptr, opendir, (const char *path), (path),
-        about(CallKind::OpenFolder, "opendir", AT_FDCWD, path), nullptr)
+        about(CallKind::OpenFolder, "opendir", AT_FDCWD, path))
 PASS_ON(DIR *, nullptr, fdopendir, (int folder), (folder),
-        about(CallKind::OpenFolder, "fdopendir", folder), nullptr)
+        about(CallKind::OpenFolder, "fdopendir", folder))
 PASS_ON(dirent *, nullptr, readdir, (DIR * folder), (folder),
-        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)), nullptr)
+        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)))
 PASS_ON(dirent64 *, nullptr, readdir64, (DIR * folder), (folder),
-        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)), nullptr)
+        about(CallKind::ReadFolder, "readdir", ::dirfd(folder)))
 
-PASS_ON(int, -1, fdatasync, (int file), (file), about(CallKind::WriteOut, "fdatasync", file),
-        nullptr)
-PASS_ON(int, -1, fsync, (int file), (file), about(CallKind::WriteOut, "fsync", file), nullptr)
-PASS_ON(int, -1, syncfs, (int file) noexcept, (file), about(CallKind::WriteOut, "syncfs", file),
-        nullptr)
+PASS_ON(int, -1, fdatasync, (int file), (file), about(CallKind::WriteOut, "fdatasync", file))
+PASS_ON(int, -1, fsync, (int file), (file), about(CallKind::WriteOut, "fsync", file))
+PASS_ON(int, -1, syncfs, (int file) noexcept, (file), about(CallKind::WriteOut, "syncfs", file))
 PASS_ON(int, -1, sync_file_range, (int file, off64_t offset, off64_t length, unsigned flags),
         (file, offset, length, flags),
         about(CallKind::WriteOut, "sync_file_range", file, nullptr, static_cast<int>(flags), offset,
-              length),
-        nullptr)
+              length))
 PASS_ON(int, -1, ftruncate, (int file, off_t size) noexcept, (file, size),
-        about(CallKind::Write, "ftruncate", file), nullptr)
+        about(CallKind::Write, "ftruncate", file))
 PASS_ON(int, -1, ftruncate64, (int file, off64_t size) noexcept, (file, size),
-        about(CallKind::Write, "ftruncate", file), nullptr)
+        about(CallKind::Write, "ftruncate", file))
 
 void sync() noexcept
 {
@@ -405,23 +415,13 @@ size_t fwrite(const void *bytes, size_t size, size_t items, FILE *stream)
 time_t time(time_t *result) noexcept
 {
     static auto *const real = next<time_t(time_t *)>("time");
-    if (!testsupport::clockIsHooked)
-        return real(result);
-    const auto second = static_cast<time_t>(testsupport::hooks().clock());
-    if (result != nullptr)
-        *result = second;
-    return second;
+    return testsupport::told(real, result);
 }
 
 long long __time64(long long *result) noexcept
 {
     static auto *const real = next<long long(long long *)>("__time64");
-    if (!testsupport::clockIsHooked)
-        return real(result);
-    const long long second = testsupport::hooks().clock();
-    if (result != nullptr)
-        *result = second;
-    return second;
+    return testsupport::told(real, result);
 }
 
 int nanosleep(const timespec *wanted, timespec *remaining)
