@@ -9,24 +9,6 @@
 namespace testsupport
 {
 
-namespace
-{
-
-/// A few records from @p first on; both sides go apart after that.
-QString shownFrom(int first, const SignalRecords &records)
-{
-    constexpr int enough = 6;
-    QString text;
-    const SignalRecords shown = records.mid(first, enough);
-    for (const SignalRecord &record : shown) {
-        const std::unique_ptr<char[]> line(toString(record));
-        text += QStringLiteral("\n  ") + QString::fromUtf8(line.get());
-    }
-    return text;
-}
-
-} // namespace
-
 QString firstDifference(int usual, const std::function<QString(quint32 seed)> &difference)
 {
     bool isSet = false;
@@ -48,10 +30,13 @@ QString differenceBetween(const SignalRecords &model, const SignalRecords &produ
         std::mismatch(model.begin(), model.end(), product.begin(), product.end());
     if (expected == model.end() && found == product.end())
         return QString();
-    const int first = static_cast<int>(expected - model.begin());
-    return QStringLiteral("from signal %1 on the model says%2\nand the product%3")
-        .arg(first)
-        .arg(shownFrom(first, model), shownFrom(first, product));
+    const auto told = [](const auto &record, const SignalRecords &all) {
+        const std::unique_ptr<char[]> line(record == all.end() ? nullptr : toString(*record));
+        return line ? QString::fromUtf8(line.get()) : QStringLiteral("nothing");
+    };
+    return QStringLiteral("signal %1 is %2 in the model and %3 in the product")
+        .arg(expected - model.begin())
+        .arg(told(expected, model), told(found, product));
 }
 
 } // namespace testsupport

@@ -19,7 +19,7 @@ namespace testsupport
 /// @p difference is not empty: "seed N: ...". Empty when all agree.
 QString firstDifference(int usual, const std::function<QString(quint32 seed)> &difference);
 
-/// Empty when the product said what the model says, else both from the first difference on.
+/// Empty when the product said what the model says, else the first difference.
 QString differenceBetween(const SignalRecords &model, const SignalRecords &product);
 
 } // namespace testsupport
