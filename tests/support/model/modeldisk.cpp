@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -235,7 +236,8 @@ void openToOwner(const QByteArray &path)
     const fs::file_type type = fs::symlink_status(path.toStdString()).type();
     if (type == fs::file_type::symlink || type == fs::file_type::not_found)
         return;
-    fs::permissions(path.toStdString(), fs::perms::owner_all);
+    std::error_code ignored; // what a worker still removes
+    fs::permissions(path.toStdString(), fs::perms::owner_all, ignored);
     if (type != fs::file_type::directory)
         return;
     const QByteArrayList names = namesOnDisk(path);

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include <sys/stat.h>
 
@@ -63,7 +64,8 @@ RandomTree::~RandomTree()
 {
     openToOwner(rootPath);
     // Qt's own way to remove a folder finds no names that are not UTF-8.
-    fs::remove_all(rootPath.toStdString());
+    std::error_code ignored;
+    fs::remove_all(rootPath.toStdString(), ignored);
 }
 
 QByteArray RandomTree::freePathIn(const QByteArray &folder, Names names)
