@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include <linux/magic.h>
@@ -35,8 +34,10 @@ QByteArrayList namesOnDisk(const QByteArray &path)
 
 QByteArray bytesOnDisk(const QByteArray &path)
 {
-    std::ifstream file(path.toStdString(), std::ios::binary);
-    return QByteArray::fromStdString(std::string(std::istreambuf_iterator<char>(file), {}));
+    QByteArray bytes(static_cast<int>(fs::file_size(path.toStdString())), '\0');
+    if (!std::ifstream(path.toStdString(), std::ios::binary).read(bytes.data(), bytes.size()))
+        qFatal("cannot read %s", path.constData());
+    return bytes;
 }
 
 ModelKind kindOf(fs::file_type type)
