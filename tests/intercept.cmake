@@ -16,8 +16,3 @@ function(intercept_system_calls name)
   target_link_libraries(${name} PRIVATE ${CMAKE_DL_LIBS})
   set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
 endfunction()
-
-# The same, for the tests that use filecalls.h.
-macro(watch_file_calls name)
-  intercept_system_calls(${name})
-endmacro()

@@ -5,7 +5,7 @@
 // Real system folders are admitted here, so no test in this file starts a run.
 
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 using testsupport::OrdinaryUser;
 using testsupport::SignalRecord;
@@ -17,11 +17,9 @@ class TestAdmission : public WalleTest
     Q_OBJECT
 
 private slots:
-    void filesFoldersAndLinksAreAdmittedChecked();
     void pathsAreTakenAndComparedLiterally();
     void danglingLinkIsAdmittedOnce();
     void linkToAnUnreadableTargetIsAdmittedTheTargetRefused();
-    void fileThatMayBeReadButNotWrittenIsRefused();
     void fifoAndDeviceAreRefusedAsUnknown();
     void systemDirectoriesAreRefused_data();
     void systemDirectoriesAreRefused();
@@ -33,10 +31,7 @@ private slots:
 
     void dialogBatchGoesOnBeyondTheLimitAndReportsItOnce();
     void dropEndsAtTheFirstRefusalForTheLimit();
-    void removedRowsMakeRoomAgain();
     void systemDirectoryIsRefusedAsOneInAFullList();
-    void reasonsOfABatchAreCollectedBehindItsRowsAndControls();
-    void emptyBatchOnlyRefreshesTheControls();
     void urlThatIsNoLocalFileEndsTheDropSilently_data();
     void urlThatIsNoLocalFileEndsTheDropSilently();
     void droppedNamesKeepTheirBytes();
@@ -71,16 +66,6 @@ uint TestAdmission::drop(const QList<QUrl> &urls)
     return refusalIn(harness->answerTo([&] { harness->drop(urls); }));
 }
 
-void TestAdmission::filesFoldersAndLinksAreAdmittedChecked()
-{
-    const QString file = make("file");
-    const QStringList paths{file, tree->makeFolder(QStringLiteral("folder")),
-                            tree->makeLink(QStringLiteral("link"), file)};
-    QCOMPARE(choose(paths), 0U);
-    QCOMPARE(harness->paths(), paths);
-    QCOMPARE(harness->checkedPaths(), paths);
-}
-
 void TestAdmission::pathsAreTakenAndComparedLiterally()
 {
     const QStringList paths{make("folder/file"), make("folder/FILE"),
@@ -110,17 +95,6 @@ void TestAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
     QCOMPARE(choose({link}), 0U);
     QCOMPARE(choose({target}), RejectNoPermission);
     QCOMPARE(harness->paths(), QStringList{link});
-}
-
-void TestAdmission::fileThatMayBeReadButNotWrittenIsRefused()
-{
-    const QString file = make("file");
-    OrdinaryUser::give(tree->path());
-    OrdinaryUser::give(file);
-    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
-    const OrdinaryUser user;
-    QCOMPARE(choose({file}), RejectNoPermission);
-    QVERIFY(harness->rows().isEmpty());
 }
 
 void TestAdmission::fifoAndDeviceAreRefusedAsUnknown()
@@ -213,15 +187,6 @@ void TestAdmission::dropEndsAtTheFirstRefusalForTheLimit()
     QCOMPARE(harness->paths().last(), names.first());
 }
 
-void TestAdmission::removedRowsMakeRoomAgain()
-{
-    addRows(200);
-    harness->post(CommandRemoveChecked);
-    const QString file = make("new");
-    QCOMPARE(choose({file}), 0U);
-    QCOMPARE(harness->paths(), QStringList{file});
-}
-
 void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
 {
     addRows(200);
@@ -229,29 +194,6 @@ void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
     if (!isLink && !QFileInfo(QStringLiteral("/bin")).isWritable())
         QSKIP("refused for its permission already");
     QCOMPARE(choose({QStringLiteral("/bin")}), RejectSystemPath);
-}
-
-void TestAdmission::reasonsOfABatchAreCollectedBehindItsRowsAndControls()
-{
-    const QString first = make("first");
-    const QString second = make("second");
-    const SignalRecords answer = harness->answerTo([&] {
-        harness->choose({first, QStringLiteral("/nonexistent"), QStringLiteral("/dev/null"), first,
-                         QStringLiteral("/nonexistent/too"), QString(), second});
-    });
-    const RejectReasons reasons = RejectNotFound | RejectUnknownType | RejectDuplicate;
-    QCOMPARE(answer, (SignalRecords{added(first), added(second), selectAllEnabled(true),
-                                    crushEnabled(true), removeEnabled(true), selectAllTicked(true),
-                                    SignalRecord("alertDialog", {reasons})}));
-}
-
-/// Such as a file dialog that was cancelled.
-void TestAdmission::emptyBatchOnlyRefreshesTheControls()
-{
-    addRows(1);
-    QCOMPARE(harness->answerTo([this] { harness->choose({}); }),
-             (SignalRecords{selectAllEnabled(true), crushEnabled(true), removeEnabled(true),
-                            selectAllTicked(true)}));
 }
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently_data()

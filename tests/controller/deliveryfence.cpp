@@ -18,7 +18,6 @@ class TestDeliveryFence : public QObject
     Q_OBJECT
 
 private slots:
-    void clearWhenTheEndOfEveryEmissionIsDelivered();
     void onlyCallsAreDeliveredNotInput();
     void otherThreadWaitsUntilAllIsDelivered();
     void whatFollowsAWaitIsNotDeliveredWithin();
@@ -30,22 +29,6 @@ private:
         QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
     }
 };
-
-void TestDeliveryFence::clearWhenTheEndOfEveryEmissionIsDelivered()
-{
-    DeliveryFence fence;
-    QVERIFY(fence.isClear());
-    {
-        const DeliveryFence::Emission first(fence);
-        {
-            const DeliveryFence::Emission second(fence);
-        }
-        QCoreApplication::sendPostedEvents();
-        QVERIFY(!fence.isClear());
-    }
-    QVERIFY(!fence.isClear());
-    QTRY_VERIFY(fence.isClear());
-}
 
 void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
 {

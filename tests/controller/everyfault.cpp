@@ -1,47 +1,71 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Any one of the calls about files that a whole run makes fails: admission, shredding,
-// history, in whatever thread. The program goes on, the run ends with its result,
-// the counts and the rows that are left agree, and what the history held before it still
-// holds. FILESHREDDER_FAULTS says how many of the calls are tried; they are spread over the
-// run. Without a home the history would lie in the root folder, so an ordinary user,
-// who cannot write there, does all of it.
+// Any one of the calls about files that a whole run makes fails, in whatever thread. The program
+// goes on, the run ends with its result, the counts and the rows that are left agree, and what the
+// history held before it still holds. FILESHREDDER_FAULTS says how many of the calls are tried;
+// they are spread over the run. A program that is killed at any one of the calls leaves whole
+// entries behind; this program does that as its own child.
 
-#include "filecalls.h"
 #include "inventory.h"
 #include "ordinaryuser.h"
 #include "promptly.h"
 #include "suites.h"
-#include "walletest.h"
+#include "systemcalls.h"
+#include "walleharness.h"
+
+#include <QProcess>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 
 using testsupport::CallFate;
+using testsupport::CallHook;
+using testsupport::CallKind;
 using testsupport::entryExists;
-using testsupport::FileCall;
-using testsupport::FileCallWatch;
 using testsupport::inventoryOf;
 using testsupport::OrdinaryUser;
+using testsupport::SystemCall;
 using testsupport::TemporaryTree;
+using testsupport::WalleHarness;
 using testsupport::WalleTest;
 
 namespace
 {
 
+constexpr const char *childOption = "--shred";
 constexpr int fewFaults = 30;
 constexpr int fileSize = 5000;
 constexpr std::array<CallFate, 7> fates{
     CallFate{EIO, false},   CallFate{ENOSPC, false}, CallFate{EACCES, false}, CallFate{0, true},
     CallFate{EINTR, false}, CallFate{EROFS, false},  CallFate{EMFILE, false}};
 
-int wantedFaults()
+/// In the child: shreds @p folder and is killed right before the call @p fatal of the run.
+int shredAndDie(int &argc, char **argv, const QString &folder, int fatal)
 {
-    const int faults = qEnvironmentVariableIntValue("FILESHREDDER_FAULTS");
-    return faults > 0 ? faults : fewFaults;
+    const QCoreApplication application(argc, argv);
+    WalleHarness harness;
+    if (!harness.admitted({folder}))
+        return EXIT_FAILURE;
+    std::atomic<int> calls{0};
+    const CallHook hook([&](const SystemCall &) {
+        if (calls++ == fatal)
+            ::raise(SIGKILL);
+        return CallFate();
+    });
+    harness.post(CommandStartCrush);
+    return harness.finished() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+void becomeChild(int argc, char **argv)
+{
+    if (argc == 4 && qstrcmp(argv[1], childOption) == 0)
+        std::exit(shredAndDie(argc, argv, QString::fromUtf8(argv[2]), std::atoi(argv[3])));
 }
 
 } // namespace
@@ -51,20 +75,19 @@ class TestEveryFault : public WalleTest
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase() { user.reset(); }
-
+    void init();
+    void cleanup();
     void runAmongFaults();
     void historyAmongFaults();
     void historyThatCannotBeReadEndsItsLoad();
+    void killBeforeAnyCallLeavesWholeEntries();
 
 private:
-    int sessionWithFault(int number, CallFate fate);
+    int runWithFault(int number, CallFate fate);
     int historyWithFault(int number, CallFate fate);
     void makeTree();
     void checkResult(const QStringList &chosen);
-    void checkHistory();
-    void removeRows();
+    void checkHistory() const;
 
     std::unique_ptr<OrdinaryUser> user;
     std::unique_ptr<TemporaryTree> outside; ///< what a link leads to
@@ -72,21 +95,29 @@ private:
     QStringList victims;
 };
 
-void TestEveryFault::initTestCase()
+/// Without a home the history would lie in the root folder, where an ordinary user cannot write.
+void TestEveryFault::init()
 {
-    WalleTest::initTestCase();
     user = std::make_unique<OrdinaryUser>();
+    WalleTest::init();
+    outside = std::make_unique<TemporaryTree>();
+    outside->makeFile("file", fileSize);
+}
+
+void TestEveryFault::cleanup()
+{
+    WalleTest::cleanup();
+    outside.reset();
+    user.reset();
 }
 
 void TestEveryFault::makeTree()
 {
     tree = std::make_unique<TemporaryTree>();
     victims = QStringList{
-        tree->makeFile(QStringLiteral("top/sub/file"), fileSize),
-        tree->makeLink(QStringLiteral("top/link"), outside->path(QStringLiteral("file"))),
-        tree->path(QStringLiteral("top/sub")),
-        tree->path(QStringLiteral("top")),
-        tree->makeFile(QStringLiteral("lone"), fileSize),
+        make("top/sub/file", fileSize), tree->makeLink("top/link", outside->path("file")),
+        tree->path("top/sub"),          tree->path("top"),
+        make("lone", fileSize),
     };
     home.forgetHistory();
     home.writeHistory(oldHistory);
@@ -94,17 +125,17 @@ void TestEveryFault::makeTree()
 
 void TestEveryFault::runAmongFaults()
 {
-    outside = std::make_unique<TemporaryTree>();
-    outside->makeFile(QStringLiteral("file"), fileSize);
+    makeTree();
     const QStringList before = inventoryOf(outside->path());
-    const int calls = sessionWithFault(-1, CallFate());
+    const int calls = runWithFault(-1, CallFate());
     QVERIFY(calls > 0);
-    const int tries = wantedFaults();
+    const int wanted = qEnvironmentVariableIntValue("FILESHREDDER_FAULTS");
+    const int tries = wanted > 0 ? wanted : fewFaults;
     for (int index = 0; index < tries; ++index) {
         const int number = static_cast<int>(qint64{index} * calls / std::min(tries, calls)) % calls;
         // Every call gets another fate in each round.
         const auto fate = static_cast<std::size_t>(index + index / calls) % fates.size();
-        sessionWithFault(number, fates.at(fate));
+        runWithFault(number, fates.at(fate));
         QCOMPARE(inventoryOf(outside->path()), before);
         QVERIFY2(!QTest::currentTestFailed(),
                  qPrintable(QStringLiteral("call %1, fate %2").arg(number).arg(fate)));
@@ -113,23 +144,22 @@ void TestEveryFault::runAmongFaults()
 }
 
 /// Chooses and shreds a folder and a file while call @p number meets @p fate. Returns the calls.
-int TestEveryFault::sessionWithFault(int number, CallFate fate)
+int TestEveryFault::runWithFault(int number, CallFate fate)
 {
     makeTree();
     const QStringList chosen{victims.at(3), victims.at(4)};
     std::atomic<int> calls{0};
     {
-        const FileCallWatch watch([&](FileCall) { return calls++ == number ? fate : CallFate(); });
-        harness->choose(chosen);
-        harness->performed();
-        harness->takeLog();
+        const CallHook hook(
+            [&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
+        harness->admitted(chosen);
         harness->post(CommandStartCrush);
         if (!harness->finished())
             QTest::qFail("the run does not end", __FILE__, __LINE__);
     }
     checkResult(chosen);
     checkHistory();
-    removeRows();
+    answerTo({CommandCheckAll, CommandRemoveChecked});
     return calls;
 }
 
@@ -143,28 +173,24 @@ void TestEveryFault::checkResult(const QStringList &chosen)
         QVERIFY(entryExists(path) || !left.contains(path));
 }
 
-void TestEveryFault::checkHistory()
+/// Whole entries of what is gone, of which one may be missing.
+void TestEveryFault::checkHistory() const
 {
-    const QByteArray history = home.history();
-    QVERIFY(history.startsWith(oldHistory));
-    QVERIFY(history.endsWith('\n'));
+    static const QRegularExpression time(
+        QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
+    QVERIFY(home.history().startsWith(oldHistory) && home.history().endsWith('\n'));
     const QByteArrayList lines = home.historyLines();
     QCOMPARE(lines.size() % 3, 0);
     int recorded = 0;
-    for (int first = 3; first < lines.size(); first += 3, ++recorded)
+    for (int first = 3; first < lines.size(); first += 3, ++recorded) {
+        QVERIFY(time.match(QString::fromUtf8(lines.at(first))).hasMatch());
         QVERIFY(
             victims.contains(QString::fromUtf8(lines.at(first + 2) + '/' + lines.at(first + 1))));
+    }
     const auto gone = std::count_if(victims.cbegin(), victims.cend(),
                                     [](const QString &path) { return !entryExists(path); });
-    // One fault loses one entry at most.
     QVERIFY(recorded <= gone && recorded >= gone - 1);
     QVERIFY(!entryExists(QStringLiteral("/.fileshredderEx.dat")));
-}
-
-void TestEveryFault::removeRows()
-{
-    answerTo({CommandCheckAll, CommandRemoveChecked});
-    QCOMPARE(harness->paths(), QStringList());
 }
 
 void TestEveryFault::historyAmongFaults()
@@ -184,7 +210,8 @@ int TestEveryFault::historyWithFault(int number, CallFate fate)
     home.writeHistory(oldHistory);
     std::atomic<int> calls{0};
     {
-        const FileCallWatch watch([&](FileCall) { return calls++ == number ? fate : CallFate(); });
+        const CallHook hook(
+            [&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
         harness->post(CommandLoadHistory);
         harness->post(CommandClearHistory);
         if (!harness->performed())
@@ -205,8 +232,8 @@ void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
 {
     home.writeHistory(oldHistory);
     std::atomic<int> reads{0};
-    const FileCallWatch watch([&](FileCall call) {
-        return call == FileCall::Read && ++reads > 0 ? CallFate{EIO, false} : CallFate();
+    const CallHook hook([&](const SystemCall &call) {
+        return call.kind == CallKind::Read && ++reads > 0 ? CallFate{EIO, false} : CallFate();
     });
     harness->post(CommandLoadHistory);
     PROMPTLY_VERIFY(reads > 0);
@@ -214,5 +241,26 @@ void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
     QCOMPARE(harness->count("addRowToHistoryTable"), 0);
 }
 
-TEST_SUITE(everyfault, TestEveryFault)
+void TestEveryFault::killBeforeAnyCallLeavesWholeEntries()
+{
+    user.reset(); // a child of two user ids gets no sandboxed home
+    int kills = 0;
+    QProcess child;
+    do {
+        makeTree();
+        child.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("everyfault"), QLatin1String(childOption), victims.at(3),
+                     QString::number(kills)});
+        QVERIFY(child.waitForFinished(testsupport::patience));
+        checkHistory();
+        QVERIFY2(!QTest::currentTestFailed(), qPrintable(QStringLiteral("call %1").arg(kills)));
+        QVERIFY(testsupport::isAsMade(victims.last(), fileSize));
+    } while (child.exitStatus() == QProcess::CrashExit && ++kills > 0);
+    QCOMPARE(child.exitCode(), EXIT_SUCCESS);
+    QCOMPARE(home.historyLines().size(), 5 * 3);
+    QVERIFY(kills > 0);
+    qInfo("%d kills", kills);
+}
+
+TEST_SUITE_PREPARED_BY(everyfault, TestEveryFault, becomeChild)
 #include "everyfault.moc"

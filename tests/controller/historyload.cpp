@@ -4,7 +4,7 @@
 // Loading the history into its window, breaking that off, and copying it.
 
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 using testsupport::OrdinaryUser;
 using testsupport::SignalRecord;
@@ -63,9 +63,8 @@ void TestHistoryLoad::writeLines(int count) const
 
 QString TestHistoryLoad::copied()
 {
-    harness->copyHistory();
-    harness->performed();
-    return harness->clipboard();
+    const SignalRecords answer = harness->answerTo([this] { harness->copyHistory(); });
+    return answer.first().arguments.first().toString();
 }
 
 void TestHistoryLoad::historyWithoutLinesOnlyBegins_data()
@@ -186,8 +185,8 @@ void TestHistoryLoad::entriesRecordedDuringALoadComeWithTheNext()
 void TestHistoryLoad::copyBeforeAnyLoadIsEmpty()
 {
     writeLines(3);
-    copied();
-    QCOMPARE(harness->log(), (SignalRecords{{"clipboardSetText", {QString()}}}));
+    QCOMPARE(harness->answerTo([this] { harness->copyHistory(); }),
+             (SignalRecords{{"clipboardSetText", {QString()}}}));
 }
 
 void TestHistoryLoad::copyGivesTheWholeEntriesLastLoaded()

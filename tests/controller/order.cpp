@@ -6,11 +6,13 @@
 // received: what the slot emits must come later.
 
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
+
+Q_DECLARE_METATYPE(SignalRecords)
 
 class TestOrder : public WalleTest
 {
@@ -19,9 +21,8 @@ class TestOrder : public WalleTest
 private slots:
     void init();
     void cleanup();
-    void progressFollowsARemovalUnderWay();
-    void progressFollowsAToggleUnderWay();
-    void progressFollowsUncheckAllUnderWay();
+    void progressFollowsAChangeUnderWay_data();
+    void progressFollowsAChangeUnderWay();
     void progressFollowsTheInsertionOfItsRow();
     void verdictFollowsTheStartUnderWay();
     void answerFollowsTheStopUnderWay();
@@ -70,35 +71,37 @@ void TestOrder::startRunThatStandsStill()
     answerTo({CommandStartCrush});
 }
 
-/// The row has another number in the list than in the table.
-void TestOrder::progressFollowsARemovalUnderWay()
+void TestOrder::progressFollowsAChangeUnderWay_data()
 {
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<SignalRecords>("expected");
+    // The row has another number in the list than in the table.
+    QTest::newRow("removal") << int(CommandRemoveChecked) << QByteArray("removeRowFromMainTable")
+                             << SignalRecords{removed(0), crushEnabled(false),
+                                              removeEnabled(false)};
+    QTest::newRow("click") << int(CommandToggleRow) << QByteArray("setTableItemCheckBoxState")
+                           << SignalRecords{ticked(1, true), selectAllTicked(true),
+                                            crushEnabled(true), removeEnabled(true)};
+    QTest::newRow("uncheck all") << int(CommandUncheckAll)
+                                 << QByteArray("setTableItemCheckBoxState")
+                                 << SignalRecords{ticked(0, false), selectAllTicked(false),
+                                                  crushEnabled(false), removeEnabled(false)};
+}
+
+void TestOrder::progressFollowsAChangeUnderWay()
+{
+    QFETCH(int, code);
+    QFETCH(QByteArray, signal);
+    QFETCH(SignalRecords, expected);
     QVERIFY(harness->admitted({a, b}));
     answerToClick(1);
-    postUntil("removeRowFromMainTable", CommandRemoveChecked);
+    if (code == CommandToggleRow)
+        harness->walle().postCellToggle(CellToggle{1, true, b});
+    postUntil(signal.constData(), code);
     harness->walle().finishPercentWalle(b, 50);
-    QCOMPARE(harness->log(), (SignalRecords{removed(0), crushEnabled(false), removeEnabled(false),
-                                            progress(0, 50)}));
-    QCOMPARE(harness->rows().first().percent, 50);
-}
-
-void TestOrder::progressFollowsAToggleUnderWay()
-{
-    QVERIFY(harness->admitted({a, b}));
-    QVERIFY(harness->emittedUnheard("setTableItemCheckBoxState", [this] { harness->click(1); }));
-    harness->walle().finishPercentWalle(a, 50);
     QCOMPARE(harness->log(),
-             (SignalRecords{ticked(1, false), selectAllTicked(false), progress(0, 50)}));
-}
-
-void TestOrder::progressFollowsUncheckAllUnderWay()
-{
-    QVERIFY(harness->admitted({a, b}));
-    postUntil("setTableItemCheckBoxState", CommandUncheckAll);
-    harness->walle().finishPercentWalle(a, 50);
-    QCOMPARE(harness->log(),
-             (SignalRecords{ticked(0, false), ticked(1, false), selectAllTicked(false),
-                            crushEnabled(false), removeEnabled(false), progress(0, 50)}));
+             expected + SignalRecords{progress(code == CommandRemoveChecked ? 0 : 1, 50)});
 }
 
 void TestOrder::progressFollowsTheInsertionOfItsRow()

@@ -5,7 +5,7 @@
 
 #include "engine/filecrusher.h"
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 #include <QElapsedTimer>
 #include <QMetaMethod>
@@ -20,13 +20,9 @@ class TestQueue : public WalleTest
 
 private slots:
     void signalsAndSlotsKeepTheirDeclaredOrder();
-    void parametersAreNamedAsDeclared();
     void controllerAndItsRunningWorkerLiveWhereTheyAreMade();
-    void unknownCodeIsTakenAndIgnored_data();
     void unknownCodeIsTakenAndIgnored();
-    void commandWithoutBatchOrClickDoesNothing_data();
     void commandWithoutBatchOrClickDoesNothing();
-    void batchesAreAdmittedOnePerCommandInPostingOrder_data();
     void batchesAreAdmittedOnePerCommandInPostingOrder();
     void commandsArePerformedInPostingOrder();
     void burstIsWorkedOffAtOneCommandEvery10Milliseconds();
@@ -37,57 +33,38 @@ private slots:
 void TestQueue::signalsAndSlotsKeepTheirDeclaredOrder()
 {
     const QByteArrayList declared{
-        "setSelectAllCheckBoxEnabled(bool)",
-        "setSelectAllCheckBoxState(bool)",
-        "setRemoveButtonEnabled(bool)",
-        "setCrushButtonEnabled(bool)",
-        "setCrushStarted(int)",
-        "addRowToMainTable(QString)",
-        "removeRowFromMainTable(int)",
-        "setTableItemCheckBoxState(int,bool)",
-        "addRowToHistoryTable(QString,QString,QString)",
-        "removeRowFromHistoryTable(int)",
-        "setTableRowHeight(int,int)",
-        "finishOne(QString)",
-        "finishAll(int)",
-        "clipboardSetText(QString)",
-        "setHistoryButtonEnabled(bool,int)",
-        "alertDialog(uint)",
-        "showResultDialog(uint,uint,uint)",
-        "finishOneWalle(QString)",
-        "finishPercentWalle(QString,int)",
-        "failedOneWalle(QString)",
-        "addToHistoryWalle(QString)",
-        "stoppedWalle()",
+        "signal setSelectAllCheckBoxEnabled(bool)()",
+        "signal setSelectAllCheckBoxState(bool)()",
+        "signal setRemoveButtonEnabled(bool)()",
+        "signal setCrushButtonEnabled(bool)()",
+        "signal setCrushStarted(int)()",
+        "signal addRowToMainTable(QString)(fullName)",
+        "signal removeRowFromMainTable(int)(rowIndex)",
+        "signal setTableItemCheckBoxState(int,bool)(,)",
+        "signal addRowToHistoryTable(QString,QString,QString)(time,baseName,filePath)",
+        "signal removeRowFromHistoryTable(int)()",
+        "signal setTableRowHeight(int,int)(,)",
+        "signal finishOne(QString)()",
+        "signal finishAll(int)()",
+        "signal clipboardSetText(QString)()",
+        "signal setHistoryButtonEnabled(bool,int)(,)",
+        "signal alertDialog(uint)()",
+        "signal showResultDialog(uint,uint,uint)(,,)",
+        "slot finishOneWalle(QString)()",
+        "slot finishPercentWalle(QString,int)(,percent)",
+        "slot failedOneWalle(QString)()",
+        "slot addToHistoryWalle(QString)()",
+        "slot stoppedWalle()()",
     };
-    constexpr int signalCount = 17;
     const QMetaObject &meta = Walle::staticMetaObject;
     QByteArrayList found;
     for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
         const QMetaMethod method = meta.method(index);
-        const bool isSignal = index - meta.methodOffset() < signalCount;
-        QCOMPARE(method.methodType(), isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
-        found.append(method.methodSignature());
+        const bool isSignal = method.methodType() == QMetaMethod::Signal;
+        found.append((isSignal ? "signal " : "slot ") + method.methodSignature() + '('
+                     + method.parameterNames().join(',') + ')');
     }
     QCOMPARE(found, declared);
-}
-
-void TestQueue::parametersAreNamedAsDeclared()
-{
-    const QMap<QByteArray, QByteArrayList> declared{
-        {"addRowToMainTable", {"fullName"}},
-        {"removeRowFromMainTable", {"rowIndex"}},
-        {"addRowToHistoryTable", {"time", "baseName", "filePath"}},
-        {"finishPercentWalle", {QByteArray(), "percent"}},
-    };
-    const QMetaObject &meta = Walle::staticMetaObject;
-    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
-        const QMetaMethod method = meta.method(index);
-        QByteArrayList unnamed;
-        for (int parameter = 0; parameter < method.parameterCount(); ++parameter)
-            unnamed.append(QByteArray());
-        QCOMPARE(method.parameterNames(), declared.value(method.name(), unnamed));
-    }
 }
 
 void TestQueue::controllerAndItsRunningWorkerLiveWhereTheyAreMade()
@@ -101,59 +78,33 @@ void TestQueue::controllerAndItsRunningWorkerLiveWhereTheyAreMade()
     walle->shutDown();
 }
 
-void TestQueue::unknownCodeIsTakenAndIgnored_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::newRow("below the first") << -1;
-    QTest::newRow("above the last") << 11;
-    QTest::newRow("smallest") << std::numeric_limits<int>::min();
-    QTest::newRow("largest") << std::numeric_limits<int>::max();
-}
-
 void TestQueue::unknownCodeIsTakenAndIgnored()
 {
-    QFETCH(int, code);
-    QCOMPARE(answerTo({code}), SignalRecords());
-    QCOMPARE(answerTo({code, CommandUncheckAll}).first(), selectAllTicked(false));
-}
-
-void TestQueue::commandWithoutBatchOrClickDoesNothing_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::newRow("dropped") << int(CommandAddDropped);
-    QTest::newRow("chosen") << int(CommandAddChosen);
-    QTest::newRow("click") << int(CommandToggleRow);
+    constexpr int smallest = std::numeric_limits<int>::min();
+    constexpr int largest = std::numeric_limits<int>::max();
+    QCOMPARE(answerTo({-1, 11, smallest, largest}), SignalRecords());
+    QCOMPARE(answerTo({largest, CommandUncheckAll}).first(), selectAllTicked(false));
 }
 
 /// Rows are there, so that a refresh of the controls would show.
 void TestQueue::commandWithoutBatchOrClickDoesNothing()
 {
-    QFETCH(int, code);
     addRows(1);
-    QCOMPARE(answerTo({code}), SignalRecords());
-}
-
-void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::newRow("dropped") << int(CommandAddDropped);
-    QTest::newRow("chosen") << int(CommandAddChosen);
+    QCOMPARE(answerTo({CommandAddDropped, CommandAddChosen, CommandToggleRow}), SignalRecords());
 }
 
 void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
 {
-    QFETCH(int, code);
-    const QStringList paths{make("first"), make("second")};
-    for (const QString &path : paths) {
-        if (code == CommandAddDropped)
-            harness->walle().addDroppedUrls({QUrl::fromLocalFile(path)});
-        else
-            harness->walle().addChosenFiles({path});
+    const QStringList paths{make("chosen"), make("dropped"), make("chosen too"),
+                            make("dropped too")};
+    for (const QString &path : {paths.at(0), paths.at(2)})
+        harness->walle().addChosenFiles({path});
+    for (const QString &path : {paths.at(1), paths.at(3)})
+        harness->walle().addDroppedUrls({QUrl::fromLocalFile(path)});
+    for (const int rows : {1, 2, 3, 4}) {
+        answerTo({rows % 2 == 0 ? CommandAddDropped : CommandAddChosen});
+        QCOMPARE(harness->paths(), QStringList(paths.mid(0, rows)));
     }
-    answerTo({code});
-    QCOMPARE(harness->paths(), QStringList{paths.first()});
-    answerTo({code});
-    QCOMPARE(harness->paths(), paths);
 }
 
 void TestQueue::commandsArePerformedInPostingOrder()

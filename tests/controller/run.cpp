@@ -8,7 +8,7 @@
 #include "ordinaryuser.h"
 #include "promptly.h"
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 using testsupport::entryExists;
 using testsupport::OrdinaryUser;
@@ -22,18 +22,10 @@ class TestRun : public WalleTest
 
 private slots:
     void runWithNothingCheckedEndsAtOnce();
-    void runWithoutRowsEndsAtOnce();
-    void runOfOneFileTellsEachStepInOrder();
     void failureOfTheSecondOfThreeLeavesItsRowUnchecked();
-    void failedRowIsTriedAgainOnlyWhenCheckedAgain();
-    void uncheckedRowsAndTargetsOfLinksAreSpared();
     void linkToAFifoGoesAsAnyLink();
-    void countsStartAnewWithEachRun();
-    void rowsAddedDuringARunBelongToIt();
     void workerWaitsUntilTheReportIsClosed();
 
-    void rowThatVanishedCountsAsShredded();
-    void rowThatLostItsPermissionFails();
     void fileOf255BytesHoldsTheRunOpen();
     void successOfAnotherPathRemovesNothingButGoesOn();
     void failureOfAnotherPathUnchecksTheLowestRow();
@@ -66,24 +58,6 @@ void TestRun::runWithNothingCheckedEndsAtOnce()
     QVERIFY(entryExists(harness->paths().first()));
 }
 
-void TestRun::runWithoutRowsEndsAtOnce()
-{
-    QCOMPARE(answerTo({CommandStartCrush}),
-             (SignalRecords{running(), idle(), all(0), crushEnabled(false), removeEnabled(false),
-                            selectAllTicked(false), selectAllEnabled(false), result(0, 0)}));
-}
-
-void TestRun::runOfOneFileTellsEachStepInOrder()
-{
-    const QString file = make("file");
-    QVERIFY(harness->admitted({file}));
-    QCOMPARE(answerToRun(),
-             (SignalRecords{running(), progress(0, 99), removed(0), idle(), all(1),
-                            crushEnabled(false), removeEnabled(false), selectAllTicked(false),
-                            selectAllEnabled(false), result(1, 0)}));
-    QVERIFY(!entryExists(file));
-}
-
 void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
 {
     const QString stubborn = makeStubborn("second");
@@ -97,55 +71,12 @@ void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
     QCOMPARE(harness->differenceFromJobList(), QString());
 }
 
-void TestRun::failedRowIsTriedAgainOnlyWhenCheckedAgain()
-{
-    QVERIFY(harness->admitted({makeStubborn("folder")}));
-    QCOMPARE(answerToRun().last(), result(0, 1));
-    QCOMPARE(answerToRun().last(), result(0, 0));
-    answerToClick(0);
-    QCOMPARE(answerToRun().last(), result(0, 1));
-}
-
-void TestRun::uncheckedRowsAndTargetsOfLinksAreSpared()
-{
-    const QString spared = tree->makeFile(QStringLiteral("spared"), QByteArray("as it was"));
-    const QString link = tree->makeLink(QStringLiteral("link"), spared);
-    QVERIFY(harness->admitted({spared, link}));
-    answerToClick(0);
-    answerToRun();
-    QVERIFY(!entryExists(link));
-    QCOMPARE(TemporaryTree::contentsOf(spared), QByteArray("as it was"));
-    QCOMPARE(harness->paths(), QStringList{spared});
-}
-
 void TestRun::linkToAFifoGoesAsAnyLink()
 {
     const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
     QVERIFY(harness->admitted({tree->makeLink(QStringLiteral("link"), fifo)}));
     QCOMPARE(answerToRun().last(), result(1, 0));
     QVERIFY(entryExists(fifo));
-}
-
-void TestRun::countsStartAnewWithEachRun()
-{
-    QVERIFY(harness->admitted({make("a"), makeStubborn("b")}));
-    QCOMPARE(answerToRun().last(), result(1, 1));
-    QVERIFY(harness->admitted({make("c")}));
-    const SignalRecords answer = answerToRun();
-    QVERIFY(answer.contains(all(1)));
-    QCOMPARE(answer.last(), result(1, 0));
-}
-
-void TestRun::rowsAddedDuringARunBelongToIt()
-{
-    startHeldRun();
-    const QString added = make("added");
-    QVERIFY(harness->admitted({added}));
-    becomeFile(held);
-    harness->walle().finishOneWalle(QString());
-    QVERIFY(harness->finished());
-    QVERIFY(!entryExists(held) && !entryExists(second) && !entryExists(added));
-    QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(3, 0)});
 }
 
 /// The report of a run is shown within the slot for the last verdict.
@@ -162,29 +93,6 @@ void TestRun::workerWaitsUntilTheReportIsClosed()
     });
     answerToRun();
     QVERIFY(waits);
-}
-
-void TestRun::rowThatVanishedCountsAsShredded()
-{
-    const QString file = make("file");
-    QVERIFY(harness->admitted({file}));
-    QVERIFY(QFile::remove(file));
-    QCOMPARE(answerToRun().last(), result(1, 0));
-    QVERIFY(harness->rows().isEmpty());
-    QCOMPARE(home.history(), QByteArray());
-}
-
-void TestRun::rowThatLostItsPermissionFails()
-{
-    const QString file = make("file");
-    OrdinaryUser::give(tree->path());
-    OrdinaryUser::give(file);
-    QVERIFY(harness->admitted({file}));
-    QVERIFY(QFile::setPermissions(file, {}));
-    const OrdinaryUser user;
-    QCOMPARE(answerToRun().last(), result(0, 1));
-    QVERIFY(entryExists(file));
-    QCOMPARE(harness->paths(), QStringList{file});
 }
 
 void TestRun::fileOf255BytesHoldsTheRunOpen()

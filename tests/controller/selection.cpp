@@ -5,41 +5,23 @@
 // them, and the progress of a row.
 
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
-using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
-
-namespace
-{
-
-enum ListKind { Empty, AllChecked, NoneChecked, Mixed };
-
-} // namespace
-
-Q_DECLARE_METATYPE(ListKind)
-Q_DECLARE_METATYPE(SignalRecords)
 
 class TestSelection : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void situationTellsTheControls_data();
-    void situationTellsTheControls();
-
-    void clickTellsTheRowAndTheControls_data();
-    void clickTellsTheRowAndTheControls();
     void stateDrawnByTheWindowIsNotRead();
     void rowNumbersThatDoNotExistAreIgnored_data();
     void rowNumbersThatDoNotExistAreIgnored();
-    void clicksArePerformedOldestFirst();
     void clickFollowsItsEntryToAnotherRow();
     void clickOnAnEntryThatHasGoneIsDropped();
     void clickWithoutAPathMeansTheRowAtThatTime();
 
-    void commandOnAllRowsTellsOnlyThoseThatChange();
     void checkAllTellsTheControlsOfAnyList_data();
     void checkAllTellsTheControlsOfAnyList();
     void uncheckAllOnAnEmptyListTellsTheControls();
@@ -69,87 +51,6 @@ void TestSelection::toggle(int row, bool state) const
     harness->post(CommandToggleRow);
 }
 
-void TestSelection::situationTellsTheControls_data()
-{
-    QTest::addColumn<int>("situation");
-    QTest::addColumn<ListKind>("kind");
-    QTest::addColumn<SignalRecords>("expected");
-    const auto row = [](int situation, const SignalRecords &empty, const SignalRecords &allChecked,
-                        const SignalRecords &noneChecked, const SignalRecords &mixed) {
-        QTest::addRow("%d, no rows", situation) << situation << Empty << empty;
-        QTest::addRow("%d, all checked", situation) << situation << AllChecked << allChecked;
-        QTest::addRow("%d, none checked", situation) << situation << NoneChecked << noneChecked;
-        QTest::addRow("%d, some checked", situation) << situation << Mixed << mixed;
-    };
-    const auto anyList = [row](int situation, const SignalRecords &expected) {
-        row(situation, expected, expected, expected, expected);
-    };
-    const SignalRecord box = selectAllEnabled(true);
-    const SignalRecord tick = selectAllTicked(true);
-    const SignalRecord untick = selectAllTicked(false);
-    const SignalRecords on{crushEnabled(true), removeEnabled(true)};
-    const SignalRecords off{crushEnabled(false), removeEnabled(false)};
-
-    const SignalRecords nothing;
-    row(ControlSituation::BatchAdmitted, nothing, SignalRecords{box} + on + SignalRecords{tick},
-        {box}, SignalRecords{box} + on);
-    row(ControlSituation::RowsRemoved, off + SignalRecords{untick, selectAllEnabled(false)},
-        nothing, off, nothing);
-    anyList(ControlSituation::AllChecked, SignalRecords{tick} + on);
-    anyList(ControlSituation::NoneChecked, SignalRecords{untick} + off);
-    anyList(ControlSituation::RowChecked, on);
-    anyList(ControlSituation::RowUnchecked, {untick});
-    anyList(ControlSituation::StopAsked, {crushEnabled(false)});
-    row(ControlSituation::Stopped, SignalRecords{selectAllEnabled(false)} + off,
-        SignalRecords{box} + on + SignalRecords{tick},
-        SignalRecords{box} + off + SignalRecords{untick},
-        SignalRecords{box} + on + SignalRecords{untick});
-    for (const int unknown : {-1, 0, 9, 1000})
-        anyList(unknown, nothing);
-}
-
-void TestSelection::situationTellsTheControls()
-{
-    QFETCH(int, situation);
-    QFETCH(ListKind, kind);
-    QFETCH(SignalRecords, expected);
-    if (kind != Empty)
-        addRows(2);
-    if (kind == NoneChecked)
-        answerTo({CommandUncheckAll});
-    if (kind == Mixed)
-        answerToClick(0);
-    harness->walle().refreshControls(situation);
-    QCOMPARE(harness->log(), expected);
-}
-
-void TestSelection::clickTellsTheRowAndTheControls_data()
-{
-    QTest::addColumn<QVector<int>>("unchecked");
-    QTest::addColumn<SignalRecords>("expected");
-    QTest::newRow("one of two checked rows")
-        << QVector<int>{} << SignalRecords{ticked(0, false), selectAllTicked(false)};
-    QTest::newRow("the last checked row")
-        << QVector<int>{1}
-        << SignalRecords{ticked(0, false), selectAllTicked(false), crushEnabled(false),
-                         removeEnabled(false)};
-    QTest::newRow("one of two unchecked rows")
-        << QVector<int>{0, 1}
-        << SignalRecords{ticked(0, true), crushEnabled(true), removeEnabled(true)};
-    QTest::newRow("the last unchecked row")
-        << QVector<int>{0}
-        << SignalRecords{ticked(0, true), selectAllTicked(true), crushEnabled(true),
-                         removeEnabled(true)};
-}
-
-void TestSelection::clickTellsTheRowAndTheControls()
-{
-    QFETCH(QVector<int>, unchecked);
-    QFETCH(SignalRecords, expected);
-    addRows(2, unchecked);
-    QCOMPARE(answerToClick(0), expected);
-}
-
 void TestSelection::stateDrawnByTheWindowIsNotRead()
 {
     addRows(2);
@@ -173,16 +74,6 @@ void TestSelection::rowNumbersThatDoNotExistAreIgnored()
     QFETCH(int, row);
     addRows(2);
     QCOMPARE(harness->answerTo([&] { toggle(row); }), SignalRecords());
-}
-
-void TestSelection::clicksArePerformedOldestFirst()
-{
-    addRows(3);
-    for (const int row : {2, 0, 1})
-        harness->click(row);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log({"setTableItemCheckBoxState"}),
-             (SignalRecords{ticked(2, false), ticked(0, false), ticked(1, false)}));
 }
 
 /// Row 0 goes while the click on row 2 is still waiting.
@@ -215,18 +106,6 @@ void TestSelection::clickWithoutAPathMeansTheRowAtThatTime()
     toggle(1);
     QVERIFY(harness->performed());
     QCOMPARE(harness->checkedPaths(), QStringList{last});
-}
-
-void TestSelection::commandOnAllRowsTellsOnlyThoseThatChange()
-{
-    addRows(4, {0, 2});
-    QCOMPARE(answerTo({CommandCheckAll}),
-             (SignalRecords{ticked(0, true), ticked(2, true), selectAllTicked(true),
-                            crushEnabled(true), removeEnabled(true)}));
-    answerToClick(1);
-    QCOMPARE(answerTo({CommandUncheckAll}),
-             (SignalRecords{ticked(0, false), ticked(2, false), ticked(3, false),
-                            selectAllTicked(false), crushEnabled(false), removeEnabled(false)}));
 }
 
 void TestSelection::checkAllTellsTheControlsOfAnyList_data()

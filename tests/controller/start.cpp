@@ -6,7 +6,7 @@
 
 #include "promptly.h"
 #include "suites.h"
-#include "walletest.h"
+#include "walleharness.h"
 
 using testsupport::entryExists;
 using testsupport::eventually;
@@ -26,30 +26,15 @@ class TestStart : public WalleTest
     Q_OBJECT
 
 private slots:
-    void secondStartAtOnceIsDropped();
     void startWhileStoppingIsDropped();
     void startBetweenVerdictAndNextPathIsDropped();
     void runLeftOpenByAFifoTakesNoStart();
-    void runLeftOpenBy255BytesTakesNoStart();
     void startWhileTheEndIsToldWaitsForIt();
     void startInAnswerToTheReportIsAccepted();
-    void startAfterAnAnsweredStopShredsTheRest();
     void startBehindAVerdictAfterAStopWaitsForTheAnswer();
     void startBehindAStopWithoutARunWaitsForTheAnswer();
     void stopWhileTheAnswerIsOnItsWayIsAnsweredByIt();
 };
-
-void TestStart::secondStartAtOnceIsDropped()
-{
-    addRows(2);
-    holdIdleWorker();
-    QCOMPARE(answerTo({CommandStartCrush, CommandStartCrush}), SignalRecords{running()});
-    held.reset();
-    QVERIFY(harness->finished());
-    QVERIFY(harness->performed());
-    QCOMPARE(runLog(), (SignalRecords{idle(), all(2), result(2, 0)}));
-    QCOMPARE(harness->paths(), QStringList());
-}
 
 void TestStart::startWhileStoppingIsDropped()
 {
@@ -90,17 +75,6 @@ void TestStart::runLeftOpenByAFifoTakesNoStart()
     QVERIFY(!entryExists(path));
 }
 
-void TestStart::runLeftOpenBy255BytesTakesNoStart()
-{
-    const QString path = make("file", 255);
-    QVERIFY(harness->admitted({path}));
-    harness->post(CommandStartCrush);
-    PROMPTLY_VERIFY(!entryExists(path));
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->performed());
-    QCOMPARE(runLog(), SignalRecords{running()});
-}
-
 /// Its own reports would come in the middle of those of the run before.
 void TestStart::startWhileTheEndIsToldWaitsForIt()
 {
@@ -132,22 +106,6 @@ void TestStart::startInAnswerToTheReportIsAccepted()
     harness->post(CommandStartCrush);
     PROMPTLY_COMPARE(harness->count("showResultDialog"), 2);
     QVERIFY(accepted);
-}
-
-void TestStart::startAfterAnAnsweredStopShredsTheRest()
-{
-    addRows(3);
-    onNext("setTableRowHeight", [this] {
-        harness->post(CommandStopCrush);
-        harness->performed();
-    });
-    harness->post(CommandStartCrush);
-    PROMPTLY_COMPARE(harness->count("setCrushStarted"), 4);
-    QVERIFY(harness->finished());
-    QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(1, 0)});
-    QCOMPARE(harness->checkedPaths().size(), 2);
-    QCOMPARE(answerToRun().last(), result(2, 0));
-    QCOMPARE(harness->paths(), QStringList());
 }
 
 void TestStart::startBehindAVerdictAfterAStopWaitsForTheAnswer()

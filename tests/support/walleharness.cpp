@@ -8,7 +8,10 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 #include <QUrl>
+#include <QtTest>
 
 #include <utility>
 
@@ -81,6 +84,8 @@ WalleHarness::~WalleHarness()
 
 void WalleHarness::receive(const SignalRecord &signal)
 {
+    static const QByteArrayList rowSignals{"removeRowFromMainTable", "setTableItemCheckBoxState",
+                                           "setTableRowHeight"};
     const QVariant first = signal.arguments.value(0);
     if (signal.name == "clipboardSetText") {
         if (copies == 0) {
@@ -88,42 +93,24 @@ void WalleHarness::receive(const SignalRecord &signal)
             return;
         }
         --copies;
-        clipboardText = first.toString();
     } else if (signal.name == "addRowToMainTable") {
         table.append({first.toString()});
     } else if (signal.name == "setCrushStarted") {
         shownRunState = first.toInt();
-    } else if (signal.name == "setCrushButtonEnabled") {
-        crushEnabled = first.toBool();
     } else if (signal.name == "showResultDialog") {
         ++results;
-    } else {
-        showRowSignal(signal);
+    } else if (rowSignals.contains(signal.name)) {
+        const int row = first.toInt();
+        if (row < 0 || row >= table.size())
+            QTest::qFail("a signal names no row of the table", __FILE__, __LINE__);
+        else if (signal.name == "removeRowFromMainTable")
+            table.removeAt(row);
+        else if (signal.name == "setTableItemCheckBoxState")
+            table[row].checked = signal.arguments.at(1).toBool();
     }
     records.append(signal);
     if (onSignal)
         onSignal(records.last());
-}
-
-/// What the table does on the signals that name a row.
-void WalleHarness::showRowSignal(const SignalRecord &signal)
-{
-    static const QByteArrayList names{"removeRowFromMainTable", "setTableItemCheckBoxState",
-                                      "setTableRowHeight"};
-    const int row = signal.arguments.value(0).toInt();
-    const QVariant value = signal.arguments.value(1);
-    const int kind = names.indexOf(signal.name);
-    if (kind >= 0 && (row < 0 || row >= table.size()))
-        rowFaults.append(QStringLiteral("%1(%2) with %3 rows")
-                             .arg(QLatin1String(signal.name))
-                             .arg(row)
-                             .arg(table.size()));
-    else if (kind == 0)
-        table.removeAt(row);
-    else if (kind == 1)
-        table[row].checked = value.toBool();
-    else if (kind == 2)
-        table[row].percent = value.toInt();
 }
 
 void WalleHarness::choose(const QStringList &names) const
@@ -273,6 +260,119 @@ QString WalleHarness::differenceFromJobList()
             .arg(removals.size())
             .arg(shownRows);
     return QString();
+}
+
+void WalleTest::initTestCase()
+{
+    QVERIFY2(home.isInForce(), home.advice());
+}
+
+void WalleTest::init()
+{
+    home.forgetHistory();
+    tree = std::make_unique<TemporaryTree>();
+    harness = std::make_unique<WalleHarness>();
+}
+
+void WalleTest::cleanup()
+{
+    held.reset();
+    harness.reset();
+    tree.reset();
+}
+
+QString WalleTest::make(const char *name, qint64 size) const
+{
+    return tree->makeFile(QString::fromUtf8(name), size);
+}
+
+QStringList WalleTest::makeFiles(const char *prefix, int count) const
+{
+    QStringList paths;
+    for (int number = 0; number < count; ++number)
+        paths.append(tree->makeFile(QLatin1String(prefix) + QString::number(number), 3));
+    return paths;
+}
+
+QString WalleTest::makeStubborn(const char *name) const
+{
+    tree->makeFolder(QLatin1String(name));
+    tree->makeFifo(QLatin1String(name) + QStringLiteral("/fifo"));
+    return tree->path(QLatin1String(name));
+}
+
+void WalleTest::becomeFifo(const QString &path) const
+{
+    QVERIFY(QFile::remove(path));
+    tree->makeFifo(QFileInfo(path).fileName());
+}
+
+void WalleTest::becomeFile(const QString &path) const
+{
+    QVERIFY(QFile::remove(path));
+    tree->makeFile(QFileInfo(path).fileName(), 10);
+}
+
+void WalleTest::addRows(int count)
+{
+    QVERIFY(harness->admitted(makeFiles("row", count)));
+    QCOMPARE(harness->rows().size(), count);
+}
+
+SignalRecords WalleTest::answerTo(const QList<int> &codes)
+{
+    return harness->answerTo([&] {
+        for (const int code : codes)
+            harness->post(code);
+    });
+}
+
+SignalRecords WalleTest::answerToClick(int row)
+{
+    return harness->answerTo([&] { harness->click(row); });
+}
+
+SignalRecords WalleTest::answerToRun()
+{
+    return harness->answerTo([this] {
+        harness->post(CommandStartCrush);
+        if (!harness->finished())
+            qFatal("the run does not end");
+    });
+}
+
+SignalRecords WalleTest::runLog() const
+{
+    return harness->log({"setCrushStarted", "finishAll", "showResultDialog"});
+}
+
+void WalleTest::holdIdleWorker()
+{
+    held = std::make_unique<HeldWorker>(harness->walle());
+    harness->post(CommandStopCrush);
+    PROMPTLY_VERIFY(held->stands());
+    QVERIFY(harness->performed());
+    harness->takeLog();
+}
+
+void WalleTest::startAndHoldAt(int verdict)
+{
+    held = std::make_unique<HeldWorker>(harness->walle(), verdict);
+    harness->post(CommandStartCrush);
+    PROMPTLY_VERIFY(held->stands());
+    QVERIFY(harness->performed());
+    harness->takeLog();
+}
+
+void WalleTest::onNext(const char *name, const std::function<void()> &step)
+{
+    harness->onSignal = [this, name, step](const SignalRecord &signal) {
+        if (signal.name != name)
+            return;
+        const auto once = step; // the next line destroys this function
+        harness->onSignal = nullptr;
+        once();
+    };
 }
 
 } // namespace testsupport

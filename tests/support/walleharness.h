@@ -1,17 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A controller of its own for one test, and what the window does with its
-// signals, without a window: it is connected as the window is, lives in the
-// test's thread, keeps one log across all signals, and applies the row signals
-// to a table that must mirror the job list. The controller and its threads are
-// never ended, as in the program; they fall silent.
+// What the tests of the controller share: a controller of its own for each test, and what
+// the window does with its signals, without a window.
 
 #pragma once
 
 #include "controller/walle.h"
 #include "eventually.h"
+#include "sandboxhome.h"
 #include "signallog.h"
+#include "temporarytree.h"
 
 #include <QObject>
 #include <QSemaphore>
@@ -45,6 +44,9 @@ private:
     QList<QMetaObject::Connection> connections;
 };
 
+/// Is connected as the window is, lives in the test's thread, keeps one log across all signals, and
+/// applies the row signals to a table that must mirror the job list. The controller and its threads
+/// are never ended, as in the program; they fall silent.
 class WalleHarness : public QObject
 {
     Q_OBJECT
@@ -53,7 +55,6 @@ public:
     struct Row {
         QString path;
         bool checked = true;
-        int percent = 0;
     };
 
     WalleHarness();
@@ -68,7 +69,7 @@ public:
     void dropFiles(const QStringList &paths) const;
     /// A click on @p row of the table, which knows what it shows there.
     void click(int row) const;
-    /// Puts a history text on the clipboard; see clipboard().
+    /// The same as posting it, but performed() does the same without a trace.
     void copyHistory();
 
     /// Waits until everything posted so far is performed and its signals are here; false after
@@ -97,21 +98,15 @@ public:
     const QVector<Row> &rows() const { return table; }
     QStringList paths() const;
     QStringList checkedPaths() const;
-    int rowOf(const QString &path) const { return paths().indexOf(path); }
-    /// The RunState and the button as the window shows them.
+    /// The RunState as the window shows it.
     int runState() const { return shownRunState; }
-    bool isCrushEnabled() const { return crushEnabled; }
-    QString clipboard() const { return clipboardText; }
 
     /// Asks the controller for its list, row by row, and compares it with the table; empties
     /// both. Empty when they are the same, else what differs.
     QString differenceFromJobList();
-    /// Row signals that named no row of the table.
-    QStringList faults() const { return rowFaults; }
 
 private:
     void receive(const SignalRecord &signal);
-    void showRowSignal(const SignalRecord &signal);
     QVector<int> rowsAnsweringTo(const std::function<void()> &request, const char *signal);
 
     Walle *controller;
@@ -122,12 +117,73 @@ private:
     SignalRecords records;
     QVector<Row> table;
     int shownRunState = RunState::Idle;
-    bool crushEnabled = false;
-    QString clipboardText;
-    QStringList rowFaults;
     int results = 0;
     int barriers = 0; ///< copies asked for by performed(), which are not in the log
     int copies = 0;   ///< copies asked for by the test, each before any barrier
+};
+
+/// A home without a history, a folder and a controller, and words for what the controller emits.
+class WalleTest : public QObject
+{
+    Q_OBJECT
+
+protected slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+protected:
+    // What the controller emits.
+    static SignalRecord selectAllEnabled(bool on) { return {"setSelectAllCheckBoxEnabled", {on}}; }
+    static SignalRecord selectAllTicked(bool on) { return {"setSelectAllCheckBoxState", {on}}; }
+    static SignalRecord crushEnabled(bool on) { return {"setCrushButtonEnabled", {on}}; }
+    static SignalRecord removeEnabled(bool on) { return {"setRemoveButtonEnabled", {on}}; }
+    static SignalRecord added(const QString &path) { return {"addRowToMainTable", {path}}; }
+    static SignalRecord removed(int row) { return {"removeRowFromMainTable", {row}}; }
+    static SignalRecord ticked(int row, bool on)
+    {
+        return {"setTableItemCheckBoxState", {row, on}};
+    }
+    static SignalRecord progress(int row, int percent)
+    {
+        return {"setTableRowHeight", {row, percent}};
+    }
+    static SignalRecord running() { return {"setCrushStarted", {RunState::Running}}; }
+    static SignalRecord stopping() { return {"setCrushStarted", {RunState::Stopping}}; }
+    static SignalRecord idle() { return {"setCrushStarted", {RunState::Idle}}; }
+    static SignalRecord all(int finished) { return {"finishAll", {finished}}; }
+    static SignalRecord result(int done, int failed)
+    {
+        return {"showResultDialog", {1, done, failed}};
+    }
+
+    QString make(const char *name, qint64 size = 10) const;
+    QStringList makeFiles(const char *prefix, int count) const;
+    /// A folder that cannot be removed, as a fifo stays in it.
+    QString makeStubborn(const char *name) const;
+    /// What was admitted as a file becomes a fifo, which the controller does not hand over.
+    void becomeFifo(const QString &path) const;
+    void becomeFile(const QString &path) const;
+    /// Admits that many files.
+    void addRows(int count);
+
+    SignalRecords answerTo(const QList<int> &codes);
+    SignalRecords answerToClick(int row);
+    /// Starts a run and waits for its result.
+    SignalRecords answerToRun();
+    /// What the log holds of the run's beginnings, ends and results.
+    SignalRecords runLog() const;
+    /// Holds the worker with nothing in hand and nothing in its queue.
+    void holdIdleWorker();
+    /// Starts a run and holds the worker at its @p verdict th verdict; the next row is handed over.
+    void startAndHoldAt(int verdict);
+    /// Does @p step when the signal @p name comes for the next time.
+    void onNext(const char *name, const std::function<void()> &step);
+
+    SandboxHome home;
+    std::unique_ptr<TemporaryTree> tree;
+    std::unique_ptr<WalleHarness> harness;
+    std::unique_ptr<HeldWorker> held;
 };
 
 } // namespace testsupport

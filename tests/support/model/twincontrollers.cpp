@@ -69,7 +69,7 @@ QString TwinControllers::differenceInCase()
         everything.append(QString::fromUtf8(entry));
     const Request all{[everything](WalleHarness &product) { product.choose(everything); },
                       [everything](ModelWalle &twin) { twin.choose(everything); }};
-    QString found = differenceAfter({all}, nullptr, QByteArray(), 0);
+    QString found = differenceAfter({all});
     for (int step = 3 + dice.upTo(6); step > 0 && found.isEmpty(); --step)
         found = differenceInStep();
     return found;
@@ -80,42 +80,40 @@ QString TwinControllers::differenceInStep()
     if (dice.onceIn(3))
         changeSomeFile();
     if (dice.onceIn(8)) { // alone, or it would perform what was meant for the next command
-        const Request idle = nothing({CommandAddChosen, CommandAddDropped, CommandToggleRow});
-        return differenceAfter({idle}, nullptr, QByteArray(), 0);
+        const QList<int> idle{CommandAddChosen, CommandAddDropped, CommandToggleRow};
+        return differenceAfter({command(dice.oneOf(idle))});
     }
     QList<Request> requests;
     for (int number = dice.upTo(4); number > 0; --number)
         requests.append(randomRequest());
-    const Request start = plain(CommandStartCrush, &ModelWalle::start);
-    const Request stop = plain(CommandStopCrush, &ModelWalle::stop);
     switch (dice.upTo(6)) {
     case 0:
-        requests.append(stop);
+        requests.append(command(CommandStopCrush));
         break;
     case 1: {
         // The user wants no more of a history that is being loaded.
         const Request abort{[](WalleHarness &product) { product.walle().abortHistoryLoad(); },
                             [](ModelWalle &twin) { twin.historyLoadAborted = true; }};
-        requests.append(plain(CommandLoadHistory, &ModelWalle::loadHistory));
+        requests.append(command(CommandLoadHistory));
         return differenceAfter(requests, dice.onceIn(3) ? &abort : nullptr, "addRowToHistoryTable",
                                1 + dice.upTo(6));
     }
     case 2:
         return differenceAfterStopInTime(requests);
     case 3:
-        requests.append(stop);
+        requests.append(command(CommandStopCrush));
         // Whether a start finds a stop answered that ends a run, nobody can tell.
         if (!model.isRunning())
-            requests.append(start);
+            requests.append(command(CommandStartCrush));
         break;
     default: {
         const Request during = randomRunRequest();
-        requests.append(start);
+        requests.append(command(CommandStartCrush));
         return differenceAfter(requests, dice.onceIn(2) ? &during : nullptr, "setTableRowHeight",
                                1 + dice.upTo(10));
     }
     }
-    return differenceAfter(requests, nullptr, QByteArray(), 0);
+    return differenceAfter(requests);
 }
 
 /// A run after @p requests that is stopped before the worker has begun anything: it is held at its
@@ -139,10 +137,10 @@ QString TwinControllers::differenceAfterStopInTime(QList<Request> requests)
                           [](ModelWalle &) {}};
     requests.prepend(hold);
     for (int starts = 1 + dice.upTo(2); starts > 0; --starts)
-        requests.append(plain(CommandStartCrush, &ModelWalle::start));
-    requests.append(plain(CommandStopCrush, &ModelWalle::stop));
+        requests.append(command(CommandStartCrush));
+    requests.append(command(CommandStopCrush));
     requests.append(release);
-    return differenceAfter(requests, nullptr, QByteArray(), 0);
+    return differenceAfter(requests);
 }
 
 /// Makes @p requests, and @p another one when the signal @p signal comes for the @p at-th time.
@@ -186,33 +184,41 @@ QString TwinControllers::differenceInSaid()
     return differenceBetween(std::exchange(model.said, {}), withSomeTime(harness.takeLog()));
 }
 
-TwinControllers::Request TwinControllers::plain(int code, void (ModelWalle::*perform)())
+/// A command without further data; nothing comes of those that are not below.
+TwinControllers::Request TwinControllers::command(int code)
 {
-    return {[code](WalleHarness &product) {
-                code == CommandCopyHistory ? product.copyHistory() : product.post(code);
-            },
-            [perform](ModelWalle &twin) { (twin.*perform)(); }};
-}
-
-TwinControllers::Request TwinControllers::checkAll(bool checked)
-{
-    return {[checked](WalleHarness &product) {
-                product.post(checked ? CommandCheckAll : CommandUncheckAll);
-            },
-            [checked](ModelWalle &twin) { twin.setAllChecked(checked); }};
-}
-
-TwinControllers::Request TwinControllers::nothing(const QList<int> &codes)
-{
-    const int code = dice.oneOf(codes);
-    return {[code](WalleHarness &product) { product.post(code); }, [](ModelWalle &) {}};
+    const auto toProduct = [code](WalleHarness &product) {
+        code == CommandCopyHistory ? product.copyHistory() : product.post(code);
+    };
+    const auto toModel = [code](ModelWalle &twin) {
+        switch (code) {
+        case CommandRemoveChecked:
+            return twin.removeChecked();
+        case CommandStartCrush:
+            return twin.start();
+        case CommandStopCrush:
+            return twin.stop();
+        case CommandCheckAll:
+        case CommandUncheckAll:
+            return twin.setAllChecked(code == CommandCheckAll);
+        case CommandLoadHistory:
+            return twin.loadHistory();
+        case CommandCopyHistory:
+            return twin.copyHistory();
+        case CommandClearHistory:
+            return twin.clearHistory();
+        default:
+            return;
+        }
+    };
+    return {toProduct, toModel};
 }
 
 TwinControllers::Request TwinControllers::clickOnSome()
 {
     const QStringList rows = model.paths();
     if (rows.isEmpty())
-        return nothing({-1, 11});
+        return command(-1);
     const QString path = dice.oneOf(rows);
     return {[path](WalleHarness &product) {
                 product.walle().postCellToggle(CellToggle{0, true, path});
@@ -262,49 +268,24 @@ TwinControllers::Request TwinControllers::batch()
 
 TwinControllers::Request TwinControllers::randomRequest()
 {
-    switch (dice.upTo(12)) {
-    case 0:
-        return nothing({-1, 11});
-    case 1:
-        return checkAll(true);
-    case 2:
-        return checkAll(false);
-    case 3:
-        return plain(CommandRemoveChecked, &ModelWalle::removeChecked);
-    case 4:
-        return plain(CommandCopyHistory, &ModelWalle::copyHistory);
-    case 5:
-        return plain(CommandClearHistory, &ModelWalle::clearHistory);
-    case 6:
-        return plain(CommandLoadHistory, &ModelWalle::loadHistory);
-    case 7:
-    case 8:
-        return batch();
-    default:
-        return clickOnSome();
-    }
+    const int kind = dice.upTo(12);
+    if (kind < 7)
+        return command(
+            dice.oneOf(QList<int>{-1, 11, CommandCheckAll, CommandUncheckAll, CommandRemoveChecked,
+                                  CommandCopyHistory, CommandClearHistory, CommandLoadHistory}));
+    return kind < 9 ? batch() : clickOnSome();
 }
 
 /// What can be asked for while the worker waits for a report to be handled. Clearing the history
 /// is not among it, as that waits for the report of a failure to be over.
 TwinControllers::Request TwinControllers::randomRunRequest()
 {
-    switch (dice.upTo(9)) {
-    case 0:
-    case 1:
-    case 2:
-        return plain(CommandStopCrush, &ModelWalle::stop);
-    case 8:
-        return plain(CommandStartCrush, &ModelWalle::start); // dropped
-    case 3:
-        return checkAll(dice.onceIn(2));
-    case 4:
-        return plain(CommandRemoveChecked, &ModelWalle::removeChecked);
-    case 5:
-        return batch();
-    default:
-        return clickOnSome();
-    }
+    const int kind = dice.upTo(9);
+    if (kind < 6) // a start is dropped
+        return command(dice.oneOf(QList<int>{CommandStopCrush, CommandStopCrush, CommandStopCrush,
+                                             CommandStartCrush, CommandCheckAll, CommandUncheckAll,
+                                             CommandRemoveChecked}));
+    return kind < 7 ? batch() : clickOnSome();
 }
 
 /// Something happens to a file behind the list's back.

@@ -32,8 +32,8 @@ private:
     };
 
     QString differenceInStep();
-    QString differenceAfter(const QList<Request> &requests, const Request *duringRun,
-                            const QByteArray &signal, int at);
+    QString differenceAfter(const QList<Request> &requests, const Request *another = nullptr,
+                            const QByteArray &signal = {}, int at = 0);
     QString differenceAfterStopInTime(QList<Request> requests);
     QString differenceInSaid();
 
@@ -41,10 +41,7 @@ private:
     Request randomRunRequest();
     Request batch();
     Request clickOnSome();
-    static Request plain(int code, void (ModelWalle::*perform)());
-    static Request checkAll(bool checked);
-    /// One of @p codes, of which nothing comes.
-    Request nothing(const QList<int> &codes);
+    static Request command(int code);
     QString somePath();
     void changeSomeFile();
 
