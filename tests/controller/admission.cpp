@@ -8,9 +8,15 @@
 #include "walleharness.h"
 
 using testsupport::OrdinaryUser;
-using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
+
+static void addPaths(const QByteArrayList &paths)
+{
+    QTest::addColumn<QString>("path");
+    for (const QByteArray &path : paths)
+        QTest::newRow(path.constData()) << QString::fromLatin1(path);
+}
 
 class TestAdmission : public WalleTest
 {
@@ -37,48 +43,41 @@ private slots:
     void droppedNamesKeepTheirBytes();
 
 private:
-    static uint refusalIn(const SignalRecords &answer);
     /// The reasons reported for a batch; 0 when nothing was.
-    uint choose(const QStringList &paths);
-    uint drop(const QList<QUrl> &urls);
+    uint refusal(const std::function<void()> &batch);
+    uint choose(const QStringList &paths)
+    {
+        return refusal([&] { harness->choose(paths); });
+    }
+    uint drop(const QList<QUrl> &urls)
+    {
+        return refusal([&] { harness->drop(urls); });
+    }
 };
 
-uint TestAdmission::refusalIn(const SignalRecords &answer)
+uint TestAdmission::refusal(const std::function<void()> &batch)
 {
-    uint reasons = 0;
-    int reports = 0;
-    for (const SignalRecord &record : answer) {
-        if (record.name == "alertDialog" && ++reports > 0)
-            reasons = record.arguments.first().toUInt();
-    }
-    if (reports > 1)
+    harness->takeLog();
+    batch();
+    harness->performed();
+    const SignalRecords reports = harness->log({"alertDialog"});
+    if (reports.size() > 1)
         qFatal("more than one report for one batch");
-    return reasons;
-}
-
-uint TestAdmission::choose(const QStringList &paths)
-{
-    return refusalIn(harness->answerTo([&] { harness->choose(paths); }));
-}
-
-uint TestAdmission::drop(const QList<QUrl> &urls)
-{
-    return refusalIn(harness->answerTo([&] { harness->drop(urls); }));
+    return reports.isEmpty() ? 0 : reports.first().arguments.first().toUInt();
 }
 
 void TestAdmission::pathsAreTakenAndComparedLiterally()
 {
     const QStringList paths{make("folder/file"), make("folder/FILE"),
-                            tree->path(QStringLiteral("folder//../folder/./file")),
-                            tree->path(QStringLiteral("folder")),
-                            tree->path(QStringLiteral("folder/"))};
+                            tree->path("folder//../folder/./file"), tree->path("folder"),
+                            tree->path("folder/")};
     QCOMPARE(choose(paths), 0U);
     QCOMPARE(harness->paths(), paths);
 }
 
 void TestAdmission::danglingLinkIsAdmittedOnce()
 {
-    const QString link = tree->makeLink(QStringLiteral("link"), QStringLiteral("/nonexistent"));
+    const QString link = tree->makeLink("link", "/nonexistent");
     QCOMPARE(choose({link}), 0U);
     QCOMPARE(harness->paths(), QStringList{link});
     QCOMPARE(choose({link}), RejectDuplicate);
@@ -87,7 +86,7 @@ void TestAdmission::danglingLinkIsAdmittedOnce()
 void TestAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
 {
     const QString target = make("target");
-    const QString link = tree->makeLink(QStringLiteral("link"), target);
+    const QString link = tree->makeLink("link", target);
     OrdinaryUser::give(tree->path());
     OrdinaryUser::give(target);
     QVERIFY(QFile::setPermissions(target, {}));
@@ -99,17 +98,14 @@ void TestAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
 
 void TestAdmission::fifoAndDeviceAreRefusedAsUnknown()
 {
-    QCOMPARE(choose({tree->makeFifo(QStringLiteral("fifo"))}), RejectUnknownType);
+    QCOMPARE(choose({tree->makeFifo("fifo")}), RejectUnknownType);
     QCOMPARE(choose({QStringLiteral("/dev/null")}), RejectUnknownType);
     QVERIFY(harness->rows().isEmpty());
 }
 
 void TestAdmission::systemDirectoriesAreRefused_data()
 {
-    QTest::addColumn<QString>("path");
-    for (const char *name :
-         {"/", "/proc", "/usr/sbin", "/sbin", "/etc", "/dev", "/mnt", "/bin", "/lib", "/sys"})
-        QTest::newRow(name) << QString::fromLatin1(name);
+    addPaths({"/", "/proc", "/usr/sbin", "/sbin", "/etc", "/dev", "/mnt", "/bin", "/lib", "/sys"});
 }
 
 /// For whom may not read and write it, a system directory is refused for that reason already; a
@@ -128,9 +124,7 @@ void TestAdmission::systemDirectoriesAreRefused()
 
 void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted_data()
 {
-    QTest::addColumn<QString>("path");
-    for (const char *name : {"/etc/", "/usr/bin", "/etc/passwd", "//", "/usr", "/dev/../etc"})
-        QTest::newRow(name) << QString::fromLatin1(name);
+    addPaths({"/etc/", "/usr/bin", "/etc/passwd", "//", "/usr", "/dev/../etc"});
 }
 
 void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted()
@@ -198,16 +192,14 @@ void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently_data()
 {
-    QTest::addColumn<QString>("url");
-    for (const char *url : {"http://example.com/b", "sftp://example.com/b", "trash:///b", ""})
-        QTest::newRow(url) << QString::fromLatin1(url);
+    addPaths({"http://example.com/b", "sftp://example.com/b", "trash:///b", ""});
 }
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently()
 {
-    QFETCH(QString, url);
+    QFETCH(QString, path);
     const QString first = make("first");
-    QCOMPARE(drop({QUrl::fromLocalFile(first), QUrl(url), QUrl::fromLocalFile(make("behind")),
+    QCOMPARE(drop({QUrl::fromLocalFile(first), QUrl(path), QUrl::fromLocalFile(make("behind")),
                    QUrl::fromLocalFile(QStringLiteral("/nonexistent"))}),
              0U);
     QCOMPARE(harness->paths(), QStringList{first});
@@ -215,7 +207,7 @@ void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently()
 
 void TestAdmission::droppedNamesKeepTheirBytes()
 {
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
+    const QString folder = tree->makeFolder("folder");
     const QStringList paths{make("a b%20c#d?e"), make("'q' \"q\""), make("粉碎 🗑"),
                             make("two\nlines"), folder + QStringLiteral("//../folder/")};
     harness->dropFiles(paths);

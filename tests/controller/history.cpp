@@ -191,7 +191,7 @@ void TestHistory::fullDiskLeavesTheFileAsItWas()
 /// An entry in a fifo would be lost once somebody reads it.
 void TestHistory::fifoInItsPlaceGetsNothing()
 {
-    const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
+    const QString fifo = tree->makeFifo("fifo");
     // Open while the entry comes, so that what is written stays in the fifo.
     const int reader = ::open(QFile::encodeName(fifo).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     QVERIFY(reader >= 0);
@@ -275,7 +275,7 @@ void TestHistory::historyThatCannotBeWrittenIsNotCleared()
 /// The report is in the event queue, the worker waits, and the event loop has ended.
 void TestHistory::whatWasReportedBeforeTheWindowWentIsRecorded()
 {
-    const QString removed = tree->path(QStringLiteral("removed"));
+    const QString removed = tree->path("removed");
     auto *worker = harness->walle().findChild<FileCrusher *>();
     QCoreApplication::processEvents();
     std::thread reporter([worker, removed] { emit worker->addToHistory(removed); });

@@ -8,7 +8,6 @@
 #include "suites.h"
 #include "walleharness.h"
 
-using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
 

@@ -24,7 +24,6 @@ private slots:
     void unknownCodeIsTakenAndIgnored();
     void commandWithoutBatchOrClickDoesNothing();
     void batchesAreAdmittedOnePerCommandInPostingOrder();
-    void commandsArePerformedInPostingOrder();
     void burstIsWorkedOffAtOneCommandEvery10Milliseconds();
     void openRefusalReportHoldsUpFurtherCommands();
     void signalsThatAreOnlyDeclaredAreNeverEmitted();
@@ -105,18 +104,6 @@ void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
         answerTo({rows % 2 == 0 ? CommandAddDropped : CommandAddChosen});
         QCOMPARE(harness->paths(), QStringList(paths.mid(0, rows)));
     }
-}
-
-void TestQueue::commandsArePerformedInPostingOrder()
-{
-    const QString path = make("a");
-    harness->choose({path});
-    for (const int code : {CommandUncheckAll, CommandCheckAll, CommandRemoveChecked})
-        harness->post(code);
-    QVERIFY(harness->performed());
-    QCOMPARE(
-        harness->log({"addRowToMainTable", "setTableItemCheckBoxState", "removeRowFromMainTable"}),
-        (SignalRecords{added(path), ticked(0, false), ticked(0, true), removed(0)}));
 }
 
 /// A busy machine makes it slower, never faster. The first poll may have begun before the posting.

@@ -15,7 +15,6 @@
 #include <random>
 
 using testsupport::entryExists;
-using testsupport::promptly;
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleHarness;

@@ -5,15 +5,12 @@
 // another row than the one in hand.
 
 #include "engine/filecrusher.h"
-#include "ordinaryuser.h"
 #include "promptly.h"
 #include "suites.h"
 #include "walleharness.h"
 
 using testsupport::entryExists;
-using testsupport::OrdinaryUser;
 using testsupport::SignalRecords;
-using testsupport::TemporaryTree;
 using testsupport::WalleTest;
 
 class TestRun : public WalleTest
@@ -28,25 +25,7 @@ private slots:
 
     void fileOf255BytesHoldsTheRunOpen();
     void successOfAnotherPathRemovesNothingButGoesOn();
-    void failureOfAnotherPathUnchecksTheLowestRow();
-    void reportWithNothingCheckedChangesNothing();
-
-private:
-    /// Starts a run over the files "held" and "second" that stands still at the first.
-    void startHeldRun();
-
-    QString held;
-    QString second;
 };
-
-void TestRun::startHeldRun()
-{
-    held = make("held");
-    second = make("second");
-    QVERIFY(harness->admitted({held, second}));
-    becomeFifo(held);
-    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
-}
 
 void TestRun::runWithNothingCheckedEndsAtOnce()
 {
@@ -73,8 +52,8 @@ void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
 
 void TestRun::linkToAFifoGoesAsAnyLink()
 {
-    const QString fifo = tree->makeFifo(QStringLiteral("fifo"));
-    QVERIFY(harness->admitted({tree->makeLink(QStringLiteral("link"), fifo)}));
+    const QString fifo = tree->makeFifo("fifo");
+    QVERIFY(harness->admitted({tree->makeLink("link", fifo)}));
     QCOMPARE(answerToRun().last(), result(1, 0));
     QVERIFY(entryExists(fifo));
 }
@@ -112,37 +91,19 @@ void TestRun::fileOf255BytesHoldsTheRunOpen()
 
 void TestRun::successOfAnotherPathRemovesNothingButGoesOn()
 {
-    startHeldRun();
-    becomeFile(held);
+    const QString first = make("first");
+    const QString second = make("second");
+    QVERIFY(harness->admitted({first, second}));
+    becomeFifo(first); // so the run stands still there
+    answerTo({CommandStartCrush});
+    becomeFile(first);
+    harness->takeLog();
     harness->walle().finishOneWalle(second);
     QCOMPARE(harness->log(), SignalRecords());
     QVERIFY(harness->finished());
-    QVERIFY(!entryExists(held) && !entryExists(second));
+    QVERIFY(!entryExists(first) && !entryExists(second));
     QCOMPARE(harness->log({"removeRowFromMainTable", "finishAll"}),
              (SignalRecords{removed(0), removed(0), all(2)}));
-}
-
-void TestRun::failureOfAnotherPathUnchecksTheLowestRow()
-{
-    startHeldRun();
-    harness->walle().failedOneWalle(second);
-    QCOMPARE(harness->log(), SignalRecords{progress(1, 0)});
-    QVERIFY(harness->finished());
-    QVERIFY(entryExists(held));
-    QVERIFY(!entryExists(second));
-    QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(1, 1)});
-}
-
-void TestRun::reportWithNothingCheckedChangesNothing()
-{
-    addRows(1);
-    const QString file = harness->paths().first();
-    answerToClick(0);
-    harness->walle().finishOneWalle(file);
-    harness->walle().failedOneWalle(file);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log(), SignalRecords());
-    QVERIFY(entryExists(file));
 }
 
 TEST_SUITE(run, TestRun)
