@@ -19,15 +19,7 @@ class TestDeliveryFence : public QObject
 
 private slots:
     void onlyCallsAreDeliveredNotInput();
-    void otherThreadWaitsUntilAllIsDelivered();
     void whatFollowsAWaitIsNotDeliveredWithin();
-
-private:
-    /// Runs @p step in this thread, but not now.
-    void callLater(const std::function<void()> &step)
-    {
-        QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
-    }
 };
 
 void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
@@ -54,31 +46,15 @@ void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
     QTRY_VERIFY(listener.heard);
 }
 
-void TestDeliveryFence::otherThreadWaitsUntilAllIsDelivered()
-{
-    constexpr int fewMilliseconds = 200;
-    DeliveryFence fence;
-    QSemaphore returned;
-    std::thread other([&] {
-        {
-            const DeliveryFence::Emission emission(fence);
-        }
-        fence.waitUntilDelivered();
-        returned.release();
-    });
-    // Nothing is delivered meanwhile, as this does not serve the event loop.
-    const bool waited = !returned.tryAcquire(1, fewMilliseconds);
-    QTRY_VERIFY(fence.isClear());
-    other.join();
-    QVERIFY(waited);
-}
-
 /// A report that opens a dialog must not be delivered inside a slot that calls deliverPending().
 /// A slow call behind the end of the emission gives the other thread time to post its report
 /// into the same delivery.
 void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
 {
     constexpr int fewMilliseconds = 200;
+    const auto callLater = [this](const std::function<void()> &step) {
+        QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
+    };
     DeliveryFence fence;
     QSemaphore underWay;
     QSemaphore reportPosted;

@@ -12,7 +12,6 @@
 #include "walleharness.h"
 
 #include <chrono>
-#include <random>
 
 using testsupport::entryExists;
 using testsupport::SignalRecord;
@@ -30,22 +29,12 @@ private slots:
     void everyStopOfARunOfFilesEndsInOneReport();
 
 private:
-    void startRun();
     /// Stops the run and waits until neither controller nor worker has anything left to do.
     void settle();
     static QStringList survivorsOf(const QStringList &paths);
-    int random(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(engine); }
 
     const testsupport::ShortPauses quickly;
-    /// The same requests every time; only the threads' timing differs.
-    std::mt19937 engine{2026}; // NOLINT(cert-msc32-c, cert-msc51-cpp)
 };
-
-void TestRaces::startRun()
-{
-    harness->takeLog();
-    harness->post(CommandStartCrush);
-}
 
 void TestRaces::settle()
 {
@@ -81,7 +70,8 @@ void TestRaces::filesDroppedOntoARunNeverFreezeIt()
         for (int row = 0; row < first.size(); row += 10)
             harness->click(row);
         QVERIFY(harness->performed());
-        startRun();
+        harness->takeLog();
+        harness->post(CommandStartCrush);
         for (int from = 0; from < dropped.size(); from += filesADrop)
             harness->dropFiles(dropped.mid(from, filesADrop));
         QVERIFY(harness->finished());
@@ -131,7 +121,8 @@ void TestRaces::clickDuringARunHitsWhatWasClicked()
                 (wasInHand ? tooLate : unticked).insert(path);
             }
         };
-        startRun();
+        harness->takeLog();
+        harness->post(CommandStartCrush);
         PROMPTLY_VERIFY(harness->checkedPaths().isEmpty());
         harness->onSignal = nullptr;
         settle();
@@ -157,12 +148,12 @@ void TestRaces::everyStopOfARunOfFilesEndsInOneReport()
 {
     constexpr int rounds = 60;
     constexpr int files = 20;
-    constexpr int longestPause = 3000; // microseconds
+    constexpr int stepOfPauses = 50; // microseconds
     int spared = 0;
     for (int round = 0; round < rounds; ++round) {
         addRows(files);
         harness->post(CommandStartCrush);
-        const QDeadlineTimer end(std::chrono::microseconds(random(longestPause)));
+        const QDeadlineTimer end(std::chrono::microseconds(round * stepOfPauses));
         while (!end.hasExpired())
             QCoreApplication::processEvents();
         harness->post(CommandStopCrush);

@@ -14,12 +14,7 @@ using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
 
-namespace
-{
-
 constexpr int fewMilliseconds = 100; // many polls of the controller, on a machine that is not busy
-
-} // namespace
 
 class TestStart : public WalleTest
 {
