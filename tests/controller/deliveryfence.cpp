@@ -19,6 +19,7 @@ class TestDeliveryFence : public QObject
 
 private slots:
     void onlyCallsAreDeliveredNotInput();
+    void otherThreadWaitsUntilAllIsDelivered();
     void whatFollowsAWaitIsNotDeliveredWithin();
 };
 
@@ -44,6 +45,25 @@ void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
     fence.deliverPending();
     QVERIFY(!listener.heard);
     QTRY_VERIFY(listener.heard);
+}
+
+void TestDeliveryFence::otherThreadWaitsUntilAllIsDelivered()
+{
+    constexpr int fewMilliseconds = 200;
+    DeliveryFence fence;
+    QSemaphore returned;
+    std::thread other([&] {
+        {
+            const DeliveryFence::Emission emission(fence);
+        }
+        fence.waitUntilDelivered();
+        returned.release();
+    });
+    // Nothing is delivered meanwhile, as this does not serve the event loop.
+    const bool waited = !returned.tryAcquire(1, fewMilliseconds);
+    QTRY_VERIFY(fence.isClear());
+    other.join();
+    QVERIFY(waited);
 }
 
 /// A report that opens a dialog must not be delivered inside a slot that calls deliverPending().
