@@ -44,7 +44,7 @@ TwinControllers::TwinControllers(quint32 seed, WalleHarness &product)
     , tree(dice)
     , model(tree.root())
     , harness(product)
-    , reports(product.walle().findChild<FileCrusher *>())
+    , reports(*new SignalLog(product.walle().findChild<FileCrusher *>()))
 {
     reports.onRecord = [](const SignalRecord &) {
         QCoreApplication::eventDispatcher()->wakeUp(); // whoever waits looks again

@@ -49,7 +49,7 @@ private:
     RandomTree tree;
     ModelWalle model;
     WalleHarness &harness;
-    SignalLog reports;      ///< the worker's
+    SignalLog &reports;     ///< the worker's; like it, lives until the process ends
     QByteArrayList entries; ///< what can be listed
 };
 
