@@ -49,9 +49,17 @@ bool scalesDiffer()
               });
 }
 
-/// Then a place means something else on each screen, and Qt scales a window for the screen that
-/// its middle is on. The window has to be on that of the pointer with its middle too: else its
-/// new size would take the middle back to the other screen.
+/// The pixels of @p place, in the units of @p screen, whose own top left corner is in pixels.
+QRect inPixels(const QRect &place, const QScreen *screen)
+{
+    const QPoint origin = screen->geometry().topLeft();
+    const qreal scale = screen->devicePixelRatio();
+    return {origin + (place.topLeft() - origin) * scale, place.size() * scale};
+}
+
+/// Where scales differ, a place means something else on each screen, and Qt scales a window for
+/// the screen that its middle is on. A window that reaches another screen than the pointer's has
+/// its middle kept on that one: its new size would take the middle back to the other screen.
 void moveAmongScales(QWidget *window, const QPoint &grabPoint)
 {
     const QPoint pointer = QCursor::pos();
@@ -63,10 +71,18 @@ void moveAmongScales(QWidget *window, const QPoint &grabPoint)
         return;
     // Its size is fixed, and what it says of it on its way may belong to the other scale.
     QRect place(pointer - grabPoint, window->minimumSize());
-    const QRect area = screen->geometry();
-    const QPoint middle = place.center();
-    place.moveCenter({qBound(area.left(), middle.x(), area.right()),
-                      qBound(area.top(), middle.y(), area.bottom())});
+    const QRect pixels = inPixels(place, screen);
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const bool reachesAnother =
+        std::any_of(screens.cbegin(), screens.cend(), [&](const QScreen *other) {
+            return other != screen && inPixels(other->geometry(), other).intersects(pixels);
+        });
+    if (reachesAnother) {
+        const QRect area = screen->geometry();
+        const QPoint middle = place.center();
+        place.moveCenter({qBound(area.left(), middle.x(), area.right()),
+                          qBound(area.top(), middle.y(), area.bottom())});
+    }
     handle->setScreen(screen);
     handle->setGeometry(place);
 }

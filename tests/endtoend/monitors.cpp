@@ -35,6 +35,8 @@ private slots:
     void windowIsDraggedToTheOtherMonitor();
     void windowIsWholeWhereverItIsReleased_data();
     void windowIsWholeWhereverItIsReleased();
+    void windowLeavesTheScreensAsFarAsItIsDragged_data();
+    void windowLeavesTheScreensAsFarAsItIsDragged();
 
 private:
     bool openScaled(int left, int right);
@@ -131,6 +133,28 @@ void TestEndToEndMonitors::windowIsWholeWhereverItIsReleased()
                                              .arg(window.height())
                                              .arg(window.x())));
         }
+    }
+}
+
+void TestEndToEndMonitors::windowLeavesTheScreensAsFarAsItIsDragged_data()
+{
+    windowIsWholeWhereverItIsReleased_data();
+}
+
+void TestEndToEndMonitors::windowLeavesTheScreensAsFarAsItIsDragged()
+{
+    QFETCH(int, leftScale);
+    QFETCH(int, rightScale);
+    QVERIFY(openScaled(leftScale, rightScale));
+    const QPoint held(700, grip.y());
+    // The window manager keeps a tenth of each window on the screen.
+    const QPoint beyondTheBottom(300, leftMonitor.height() - 150);
+    const QPoint beyondTheLeftEdge(10, 300);
+    for (const QPoint &target : {beyondTheBottom, beyondTheLeftEdge}) {
+        const QPoint start = desktop.geometryOf(shredder->mainWindowId()).topLeft();
+        desktop.drag(start + held * leftScale, target);
+        const QRect window(target - held * leftScale, mainwindow::size * leftScale);
+        QTRY_COMPARE_WITH_TIMEOUT(desktop.geometryOf(shredder->mainWindowId()), window, patience);
     }
 }
 
