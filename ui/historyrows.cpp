@@ -12,8 +12,8 @@ namespace
 {
 
 constexpr int screenRefreshMilliseconds = 16;
-/// Up to this many rows, about two screens, each row is drawn as it arrives. Drawing the table
-/// takes far longer than adding a row.
+/// Up to this many rows, about two screens, each row is drawn as it arrives and keeps its frame.
+/// Drawing the table takes far longer than adding a row.
 constexpr int rowsShownAtOnce = 30;
 /// Up to this many rows, each is added to the table as it arrives. Adding takes longer the more
 /// there are, so later ones are added together, once a screen refresh.
@@ -77,13 +77,16 @@ void HistoryRows::show()
     sinceShown.restart();
 }
 
-/// Makes frames for the rows in and next to the view and removes those of all others.
+/// Makes frames for the rows in and next to the view and removes those of all others, unless the
+/// table is short.
 void HistoryRows::fillView()
 {
     const int firstInView = table->verticalScrollBar()->value();
     const int rowsInView = table->viewport()->height() / RowTable::entryHeight + 1;
-    const int first = qMax(0, firstInView - rowsNearView);
-    const int last = qMin(table->rowCount() - 1, firstInView + rowsInView + rowsNearView);
+    const int rows = table->rowCount();
+    const bool isShort = rows <= rowsShownAtOnce;
+    const int first = isShort ? 0 : qMax(0, firstInView - rowsNearView);
+    const int last = isShort ? rows - 1 : qMin(rows - 1, firstInView + rowsInView + rowsNearView);
     const QList<int> framedRows = frames.keys();
     for (const int row : framedRows) {
         if (row < first || row > last) {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // The rows of the history table, newest on top. A history can have hundreds of
-// thousands of entries. All keep their texts, but only rows in and next to the view
-// have a frame with labels; scrolling makes the others. Rows that follow each other
+// thousands of entries. All keep their texts, but in a long one only rows in and next to
+// the view have a frame with labels; scrolling makes the others. Rows that follow each other
 // closely are drawn once a screen refresh. Lives in the GUI thread; owned by the table.
 
 #pragma once
