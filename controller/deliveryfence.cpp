@@ -40,9 +40,10 @@ void DeliveryFence::deliverPending()
 
 void DeliveryFence::waitUntilDelivered()
 {
+    constexpr unsigned long longestWait = 1000; // milliseconds
     const QMutexLocker locker(&mutex);
-    while (!isClear())
-        cleared.wait(&mutex);
+    while (!isClear() && cleared.wait(&mutex, longestWait))
+        continue;
 }
 
 void DeliveryFence::countDelivered()

@@ -39,7 +39,8 @@ public:
     bool isClear() const { return undelivered == 0; }
     /// GUI thread: delivers queued calls to the GUI thread's objects until isClear().
     void deliverPending();
-    /// Any other thread: returns when the GUI thread has delivered everything.
+    /// Any other thread: returns when the GUI thread has delivered everything, or after a second if
+    /// it serves no events.
     void waitUntilDelivered();
 
 signals:

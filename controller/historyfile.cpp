@@ -25,12 +25,12 @@ QByteArray lineOf(QString text)
     return text.replace(QLatin1Char('\n'), visibleLineFeed).toUtf8() + '\n';
 }
 
-/// Opens @p file for reading and writing and fills @p status; not open unless it is a regular file.
+/// Opens @p file with @p flags and fills @p status; not open unless it is a regular file.
 /// O_NONBLOCK: a device that has the name must not keep the program waiting.
 Descriptor openRegular(const QString &file, int flags, struct stat &status)
 {
-    Descriptor opened(::open(QFile::encodeName(file).constData(),
-                             O_RDWR | O_CLOEXEC | O_NONBLOCK | flags, S_IRUSR | S_IWUSR));
+    Descriptor opened(::open(QFile::encodeName(file).constData(), O_CLOEXEC | O_NONBLOCK | flags,
+                             S_IRUSR | S_IWUSR));
     if (!opened.isOpen() || ::fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return Descriptor();
     return opened;
@@ -48,7 +48,7 @@ QByteArray entryFor(const QString &path, const QDateTime &time)
 void append(const QString &file, const QByteArray &entry)
 {
     struct stat before = {};
-    const Descriptor history = openRegular(file, O_APPEND | O_CREAT, before);
+    const Descriptor history = openRegular(file, O_RDWR | O_APPEND | O_CREAT, before);
     if (!history.isOpen())
         return;
     // A single write(), so a program killed at any moment leaves whole entries. Only where a page
@@ -62,8 +62,11 @@ void append(const QString &file, const QByteArray &entry)
 
 QStringList load(const QString &file, const std::atomic<bool> &aborted)
 {
+    // Opened for writing, one with the append-only attribute (chattr +a) could not be read.
+    if (!QFileInfo(file).isWritable())
+        return QStringList();
     struct stat status = {};
-    const Descriptor history = openRegular(file, 0, status);
+    const Descriptor history = openRegular(file, O_RDONLY, status);
     QFile device;
     if (!history.isOpen() || !device.open(history.get(), QIODevice::ReadOnly | QIODevice::Text))
         return QStringList();

@@ -27,8 +27,8 @@ QList<QFileInfo> FileCrusher::listDirectory(const char *path)
 
 quint64 FileCrusher::directorySize(const char *path)
 {
-    const QFileInfo info(QString::fromUtf8(path));
-    DirectoryTree tree(info.isSymLink() ? info.canonicalFilePath() : info.filePath());
+    // A tree begins at no link, but the directory that @p path leads to can be measured.
+    DirectoryTree tree(QFileInfo(QString::fromUtf8(path)).canonicalFilePath());
     quint64 bytes = 0;
     for (int index = 0; tree.isOpen() && index < tree.size(); ++index) {
         const int directory = tree.descriptorOf(index);

@@ -128,10 +128,11 @@ qint64 FileCrusher::shredFileInDirectory(const char *path, quint64 totalBytes, q
         return CrushResult::NullPath;
     if (topDirectory.isEmpty())
         return CrushResult::WrongKind;
-    const ParentDirectory parent{QByteArray(path)};
     const QString name = QString::fromUtf8(path);
-    if (statTargetAt(parent.descriptor(), parent.name()).kind == EntryKind::Missing)
+    // By the whole path: behind a file's name a slash leads nowhere.
+    if (!QFileInfo::exists(name))
         return CrushResult::Success;
+    const ParentDirectory parent{QByteArray(path)};
     if (totalBytes == 0) {
         // As remove(3) does, a directory that is empty is removed too.
         if (!unlinkAt(parent.descriptor(), parent.name())
