@@ -43,7 +43,7 @@ check_packages=(
     groff-base man-db       # reading the manual pages as users will
     devscripts              # hardening-check
     librsvg2-bin            # drawing the artwork again, to compare
-    python3                 # run-clang-tidy is written in it
+    python3                 # drawing the artwork again is written in it
     reuse
     shellcheck
 )

@@ -58,6 +58,6 @@ int runSuite(int argc, char **argv)
 #define TEST_SUITE(suite, TestClass) TEST_SUITE_PREPARED_BY(suite, TestClass, nullptr)
 
 #define TEST_SUITE_PREPARED_BY(suite, TestClass, prepare)                                          \
-    static const bool isAdded = testsupport::addSuite(                                             \
+    static const bool is##TestClass##Added = testsupport::addSuite(                                \
         {#suite, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },       \
          prepare});
