@@ -5,155 +5,144 @@
 // Real system folders are admitted here, so no test in this file starts a run.
 
 #include "suites.h"
+#include "systemcalls.h"
 #include "walleharness.h"
 
+using testsupport::CallFate;
+using testsupport::CallHook;
 using testsupport::OrdinaryUser;
 using testsupport::SignalRecords;
+using testsupport::SystemCall;
 using testsupport::WalleTest;
-
-static void addPaths(const QByteArrayList &paths)
-{
-    QTest::addColumn<QString>("path");
-    for (const QByteArray &path : paths)
-        QTest::newRow(path.constData()) << QString::fromLatin1(path);
-}
 
 class TestAdmission : public WalleTest
 {
     Q_OBJECT
 
 private slots:
-    void pathsAreTakenAndComparedLiterally();
-    void danglingLinkIsAdmittedOnce();
-    void linkToAnUnreadableTargetIsAdmittedTheTargetRefused();
-    void fifoAndDeviceAreRefusedAsUnknown();
-    void systemDirectoriesAreRefused_data();
-    void systemDirectoriesAreRefused();
-    void whatOnlyResemblesASystemDirectoryIsAdmitted_data();
-    void whatOnlyResemblesASystemDirectoryIsAdmitted();
-    void secondTimeInOneBatchIsADuplicate();
+    void batchIsAdmittedOrRefusedForOneReason_data();
+    void batchIsAdmittedOrRefusedForOneReason();
     void missingPathIsMissingEvenAsADuplicate();
-    void zeroByteInAPathNamesNoOtherFile();
+    void systemDirectoryIsRefusedByItsExactNameOnly_data();
+    void systemDirectoryIsRefusedByItsExactNameOnly();
+    void systemDirectoryIsRefusedAsOneInAFullList();
 
     void dialogBatchGoesOnBeyondTheLimitAndReportsItOnce();
     void dropEndsAtTheFirstRefusalForTheLimit();
-    void systemDirectoryIsRefusedAsOneInAFullList();
     void urlThatIsNoLocalFileEndsTheDropSilently_data();
     void urlThatIsNoLocalFileEndsTheDropSilently();
     void droppedNamesKeepTheirBytes();
 
 private:
     /// The reasons reported for a batch; 0 when nothing was.
-    uint refusal(const std::function<void()> &batch);
-    uint choose(const QStringList &paths)
+    uint reported(const std::function<void()> &batch);
+    uint choosing(const QStringList &paths)
     {
-        return refusal([&] { harness->choose(paths); });
-    }
-    uint drop(const QList<QUrl> &urls)
-    {
-        return refusal([&] { harness->drop(urls); });
+        return reported([&] { choose(paths); });
     }
 };
 
-uint TestAdmission::refusal(const std::function<void()> &batch)
+uint TestAdmission::reported(const std::function<void()> &batch)
 {
-    harness->takeLog();
+    takeLog();
     batch();
-    harness->performed();
-    const SignalRecords reports = harness->log({"alertDialog"});
+    performed();
+    const SignalRecords reports = log({"alertDialog"});
     if (reports.size() > 1)
         qFatal("more than one report for one batch");
     return reports.isEmpty() ? 0 : reports.first().arguments.first().toUInt();
 }
 
-void TestAdmission::pathsAreTakenAndComparedLiterally()
+void TestAdmission::batchIsAdmittedOrRefusedForOneReason_data()
 {
-    const QStringList paths{make("folder/file"), make("folder/FILE"),
-                            tree->path("folder//../folder/./file"), tree->path("folder"),
-                            tree->path("folder/")};
-    QCOMPARE(choose(paths), 0U);
-    QCOMPARE(harness->paths(), paths);
+    QTest::addColumn<QByteArrayList>("names");
+    QTest::addColumn<uint>("reason");
+    const auto row = [](const char *name, const QByteArrayList &names, uint reason) {
+        QTest::newRow(name) << names << reason;
+    };
+    row("paths are taken and compared literally",
+        {"folder/file", "folder/FILE", "folder//../folder/./file", "folder", "folder/"}, 0);
+    row("dangling link is admitted", {"dangling"}, 0);
+    row("dangling link is admitted once", {"dangling", "dangling"}, RejectDuplicate);
+    row("second time in one batch is a duplicate", {"file", "file"}, RejectDuplicate);
+    row("link to an unreadable target is admitted", {"link"}, 0);
+    row("its target is refused", {"closed"}, RejectNoPermission);
+    row("file that may be read but not written", {"readable"}, RejectNoPermission);
+    row("file that may be written but not read", {"writable"}, RejectNoPermission);
+    row("fifo is refused as unknown", {"fifo"}, RejectUnknownType);
+    row("device is refused as unknown", {"/dev/null"}, RejectUnknownType);
+    row("missing path", {"missing"}, RejectNotFound);
+    row("zero byte in a path names no other file", {QByteArrayLiteral("file\0b")}, RejectNotFound);
 }
 
-void TestAdmission::danglingLinkIsAdmittedOnce()
+void TestAdmission::batchIsAdmittedOrRefusedForOneReason()
 {
-    const QString link = tree->makeLink("link", "/nonexistent");
-    QCOMPARE(choose({link}), 0U);
-    QCOMPARE(harness->paths(), QStringList{link});
-    QCOMPARE(choose({link}), RejectDuplicate);
-}
-
-void TestAdmission::linkToAnUnreadableTargetIsAdmittedTheTargetRefused()
-{
-    const QString target = make("target");
-    const QString link = tree->makeLink("link", target);
+    QFETCH(QByteArrayList, names);
+    QFETCH(uint, reason);
     OrdinaryUser::give(tree->path());
-    OrdinaryUser::give(target);
-    QVERIFY(QFile::setPermissions(target, {}));
+    const auto makeWith = [this](const char *name, QFile::Permissions permissions) {
+        OrdinaryUser::give(make(name));
+        QFile::setPermissions(tree->path(name), permissions);
+    };
+    for (const char *name : {"file", "folder/file", "folder/FILE"})
+        makeWith(name, QFile::ReadOwner | QFile::WriteOwner);
+    makeWith("readable", QFile::ReadOwner);
+    makeWith("writable", QFile::WriteOwner);
+    makeWith("closed", {});
+    OrdinaryUser::give(tree->path("folder"));
+    OrdinaryUser::give(tree->makeFifo("fifo"));
+    tree->makeLink("link", tree->path("closed"));
+    tree->makeLink("dangling", "/nonexistent");
+
+    QStringList batch;
+    for (const QByteArray &bytes : qAsConst(names)) {
+        const QString name = QString::fromLatin1(bytes.constData(), bytes.size());
+        batch.append(name.startsWith(QLatin1Char('/')) ? name : tree->path(name));
+    }
     const OrdinaryUser user;
-    QCOMPARE(choose({link}), 0U);
-    QCOMPARE(choose({target}), RejectNoPermission);
-    QCOMPARE(harness->paths(), QStringList{link});
-}
-
-void TestAdmission::fifoAndDeviceAreRefusedAsUnknown()
-{
-    QCOMPARE(choose({tree->makeFifo("fifo")}), RejectUnknownType);
-    QCOMPARE(choose({QStringLiteral("/dev/null")}), RejectUnknownType);
-    QVERIFY(harness->rows().isEmpty());
-}
-
-void TestAdmission::systemDirectoriesAreRefused_data()
-{
-    addPaths({"/", "/proc", "/usr/sbin", "/sbin", "/etc", "/dev", "/mnt", "/bin", "/lib", "/sys"});
-}
-
-/// For whom may not read and write it, a system directory is refused for that reason already; a
-/// directory that is a link is refused as a system directory for everybody.
-void TestAdmission::systemDirectoriesAreRefused()
-{
-    QFETCH(QString, path);
-    const QFileInfo info(path);
-    const bool permitted = info.isSymLink() || (info.isWritable() && info.isReadable());
-    const uint expected = !info.exists() ? RejectNotFound
-                          : permitted    ? RejectSystemPath
-                                         : RejectNoPermission;
-    QCOMPARE(choose({path}), expected);
-    QVERIFY(harness->rows().isEmpty());
-}
-
-void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted_data()
-{
-    addPaths({"/etc/", "/usr/bin", "/etc/passwd", "//", "/usr", "/dev/../etc"});
-}
-
-void TestAdmission::whatOnlyResemblesASystemDirectoryIsAdmitted()
-{
-    QFETCH(QString, path);
-    const QFileInfo info(path);
-    const bool permitted = info.isWritable() && info.isReadable();
-    QCOMPARE(choose({path}), permitted ? 0U : RejectNoPermission);
-    QCOMPARE(harness->paths(), permitted ? QStringList{path} : QStringList());
-}
-
-void TestAdmission::secondTimeInOneBatchIsADuplicate()
-{
-    const QString file = make("file");
-    QCOMPARE(choose({file, file}), RejectDuplicate);
-    QCOMPARE(harness->paths(), QStringList{file});
+    QCOMPARE(choosing(batch), reason);
+    batch.removeDuplicates();
+    QCOMPARE(paths(), reason == 0 || reason == RejectDuplicate ? batch : QStringList());
 }
 
 void TestAdmission::missingPathIsMissingEvenAsADuplicate()
 {
     const QString file = make("file");
-    QCOMPARE(choose({file}), 0U);
+    QCOMPARE(choosing({file}), 0U);
     QVERIFY(QFile::remove(file));
-    QCOMPARE(choose({file}), RejectNotFound);
+    QCOMPARE(choosing({file}), RejectNotFound);
 }
 
-void TestAdmission::zeroByteInAPathNamesNoOtherFile()
+/// For whom may not read and write it, a system directory is refused for that reason already.
+static CallFate permitEverything(const SystemCall &call)
 {
-    QCOMPARE(choose({make("file") + QChar(QChar::Null) + QLatin1Char('b')}), RejectNotFound);
+    return {0, false, call.is("access")};
+}
+
+void TestAdmission::systemDirectoryIsRefusedByItsExactNameOnly_data()
+{
+    QTest::addColumn<uint>("reason");
+    for (const char *path :
+         {"/", "/proc", "/usr/sbin", "/sbin", "/etc", "/dev", "/mnt", "/bin", "/lib", "/sys"})
+        QTest::newRow(path) << uint{RejectSystemPath};
+    for (const char *path : {"/etc/", "/usr/bin", "/etc/passwd", "//", "/usr", "/dev/../etc"})
+        QTest::newRow(path) << 0U;
+}
+
+void TestAdmission::systemDirectoryIsRefusedByItsExactNameOnly()
+{
+    QFETCH(uint, reason);
+    const QString path = QString::fromLatin1(QTest::currentDataTag());
+    const CallHook hook(permitEverything);
+    QCOMPARE(choosing({path}), QFileInfo::exists(path) ? reason : RejectNotFound);
+    QCOMPARE(paths(), reason == 0 ? QStringList{path} : QStringList());
+}
+
+void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
+{
+    addRows(200);
+    const CallHook hook(permitEverything);
+    QCOMPARE(choosing({QStringLiteral("/etc")}), RejectSystemPath);
 }
 
 void TestAdmission::dialogBatchGoesOnBeyondTheLimitAndReportsItOnce()
@@ -161,58 +150,47 @@ void TestAdmission::dialogBatchGoesOnBeyondTheLimitAndReportsItOnce()
     addRows(199);
     const QStringList names = makeFiles("new", 3);
     // The last name shows that every name is tried.
-    QCOMPARE(choose(names + QStringList{QStringLiteral("/nonexistent")}),
+    QCOMPARE(choosing(names + QStringList{QStringLiteral("/nonexistent")}),
              RejectOverLimit | RejectNotFound);
-    QCOMPARE(harness->rows().size(), 200);
-    QCOMPARE(harness->paths().last(), names.first());
+    QCOMPARE(paths().size(), 200);
+    QCOMPARE(paths().last(), names.first());
 }
 
 void TestAdmission::dropEndsAtTheFirstRefusalForTheLimit()
 {
     addRows(199);
-    QList<QUrl> urls;
     const QStringList names = makeFiles("new", 2);
-    for (const QString &path : names)
-        urls.append(QUrl::fromLocalFile(path));
-    // Would add its own reason if it were looked at.
-    urls.append(QUrl::fromLocalFile(QStringLiteral("/nonexistent")));
-    QCOMPARE(drop(urls), RejectOverLimit);
-    QCOMPARE(harness->rows().size(), 200);
-    QCOMPARE(harness->paths().last(), names.first());
-}
-
-void TestAdmission::systemDirectoryIsRefusedAsOneInAFullList()
-{
-    addRows(200);
-    const bool isLink = QFileInfo(QStringLiteral("/bin")).isSymLink();
-    if (!isLink && !QFileInfo(QStringLiteral("/bin")).isWritable())
-        QSKIP("refused for its permission already");
-    QCOMPARE(choose({QStringLiteral("/bin")}), RejectSystemPath);
+    // The last name would add its own reason if it were looked at.
+    QCOMPARE(reported([&] { dropFiles(names + QStringList{QStringLiteral("/nonexistent")}); }),
+             RejectOverLimit);
+    QCOMPARE(paths().size(), 200);
+    QCOMPARE(paths().last(), names.first());
 }
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently_data()
 {
-    addPaths({"http://example.com/b", "sftp://example.com/b", "trash:///b", ""});
+    QTest::addColumn<QUrl>("url");
+    for (const char *url : {"http://example.com/b", "sftp://example.com/b", "trash:///b", ""})
+        QTest::newRow(url) << QUrl(QString::fromLatin1(url));
 }
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently()
 {
-    QFETCH(QString, path);
+    QFETCH(QUrl, url);
     const QString first = make("first");
-    QCOMPARE(drop({QUrl::fromLocalFile(first), QUrl(path), QUrl::fromLocalFile(make("behind")),
-                   QUrl::fromLocalFile(QStringLiteral("/nonexistent"))}),
-             0U);
-    QCOMPARE(harness->paths(), QStringList{first});
+    const QList<QUrl> urls{QUrl::fromLocalFile(first), url, QUrl::fromLocalFile(make("behind")),
+                           QUrl::fromLocalFile(QStringLiteral("/nonexistent"))};
+    QCOMPARE(reported([&] { drop(urls); }), 0U);
+    QCOMPARE(paths(), QStringList{first});
 }
 
 void TestAdmission::droppedNamesKeepTheirBytes()
 {
     const QString folder = tree->makeFolder("folder");
-    const QStringList paths{make("a b%20c#d?e"), make("'q' \"q\""), make("粉碎 🗑"),
+    const QStringList names{make("a b%20c#d?e"), make("'q' \"q\""), make("粉碎 🗑"),
                             make("two\nlines"), folder + QStringLiteral("//../folder/")};
-    harness->dropFiles(paths);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->paths(), paths);
+    QCOMPARE(reported([&] { dropFiles(names); }), 0U);
+    QCOMPARE(paths(), names);
 }
 
 TEST_SUITE(admission, TestAdmission)

@@ -8,8 +8,6 @@
 // entries behind; this program does that as its own child.
 
 #include "inventory.h"
-#include "ordinaryuser.h"
-#include "promptly.h"
 #include "suites.h"
 #include "systemcalls.h"
 #include "walleharness.h"
@@ -45,27 +43,32 @@ constexpr std::array<CallFate, 7> fates{
     CallFate{EIO, false},   CallFate{ENOSPC, false}, CallFate{EACCES, false}, CallFate{0, true},
     CallFate{EINTR, false}, CallFate{EROFS, false},  CallFate{EMFILE, false}};
 
-/// In the child: shreds @p folder and is killed right before the call @p fatal of the run.
-int shredAndDie(int &argc, char **argv, const QString &folder, int fatal)
+/// In the child: shreds the folder argv[2] and is killed right before the call argv[3] of the run.
+int shredAndDie(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    WalleHarness harness;
-    if (!harness.admitted({folder}))
-        return EXIT_FAILURE;
-    std::atomic<int> calls{0};
-    const CallHook hook([&](const SystemCall &) {
-        if (calls++ == fatal)
-            ::raise(SIGKILL);
-        return CallFate();
-    });
-    harness.post(CommandStartCrush);
-    return harness.finished() ? EXIT_SUCCESS : EXIT_FAILURE;
+    const int fatal = std::atoi(argv[3]);
+    WalleHarness user;
+    user.startController();
+    bool done = user.admitted({QString::fromUtf8(argv[2])});
+    {
+        std::atomic<int> calls{0};
+        const CallHook hook([&](const SystemCall &) {
+            if (calls++ == fatal)
+                ::raise(SIGKILL);
+            return CallFate();
+        });
+        user.post(CommandStartCrush);
+        done = user.finished() && done;
+    }
+    user.leaveController();
+    return done ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 void becomeChild(int argc, char **argv)
 {
     if (argc == 4 && qstrcmp(argv[1], childOption) == 0)
-        std::exit(shredAndDie(argc, argv, QString::fromUtf8(argv[2]), std::atoi(argv[3])));
+        std::exit(shredAndDie(argc, argv));
 }
 
 } // namespace
@@ -83,10 +86,11 @@ private slots:
     void killBeforeAnyCallLeavesWholeEntries();
 
 private:
+    void makeTree();
     int runWithFault(int number, CallFate fate);
     int historyWithFault(int number, CallFate fate);
-    void makeTree();
-    void checkResult(const QStringList &chosen);
+    int callsOf(int number, CallFate fate, const std::function<bool()> &session);
+    void checkResult(const QStringList &chosen) const;
     void checkHistory() const;
 
     std::unique_ptr<OrdinaryUser> user;
@@ -143,34 +147,39 @@ void TestEveryFault::runAmongFaults()
     qInfo("%d runs; a run makes %d calls", tries, calls);
 }
 
-/// Chooses and shreds a folder and a file while call @p number meets @p fate. Returns the calls.
+/// Does @p session while its call @p number meets @p fate. Returns the calls.
+int TestEveryFault::callsOf(int number, CallFate fate, const std::function<bool()> &session)
+{
+    std::atomic<int> calls{0};
+    const CallHook hook([&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
+    if (!session())
+        QTest::qFail("it does not end", __FILE__, __LINE__);
+    return calls;
+}
+
+/// Chooses and shreds a folder and a file.
 int TestEveryFault::runWithFault(int number, CallFate fate)
 {
     makeTree();
     const QStringList chosen{victims.at(3), victims.at(4)};
-    std::atomic<int> calls{0};
-    {
-        const CallHook hook(
-            [&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
-        harness->admitted(chosen);
-        harness->post(CommandStartCrush);
-        if (!harness->finished())
-            QTest::qFail("the run does not end", __FILE__, __LINE__);
-    }
+    const int calls = callsOf(number, fate, [&] {
+        admitted(chosen);
+        post(CommandStartCrush);
+        return finished();
+    });
     checkResult(chosen);
     checkHistory();
     answerTo({CommandCheckAll, CommandRemoveChecked});
     return calls;
 }
 
-void TestEveryFault::checkResult(const QStringList &chosen)
+void TestEveryFault::checkResult(const QStringList &chosen) const
 {
-    const QStringList left = harness->paths();
-    const auto results = harness->log({"showResultDialog"});
-    QCOMPARE(results.size(), 1);
-    QCOMPARE(results.first().arguments.at(2).toInt(), left.size());
+    const auto reports = log({"showResultDialog"});
+    QCOMPARE(reports.size(), 1);
+    QCOMPARE(reports.first().arguments.at(2).toInt(), paths().size());
     for (const QString &path : chosen)
-        QVERIFY(entryExists(path) || !left.contains(path));
+        QVERIFY(entryExists(path) || !paths().contains(path));
 }
 
 /// Whole entries of what is gone, of which one may be missing.
@@ -203,28 +212,24 @@ void TestEveryFault::historyAmongFaults()
     qInfo("%d runs", calls * static_cast<int>(fates.size()));
 }
 
-/// Loads and clears the history while call @p number meets @p fate. Returns the calls.
+/// Loads and clears the history.
 int TestEveryFault::historyWithFault(int number, CallFate fate)
 {
     home.forgetHistory();
     home.writeHistory(oldHistory);
-    std::atomic<int> calls{0};
-    {
-        const CallHook hook(
-            [&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
-        harness->post(CommandLoadHistory);
-        harness->post(CommandClearHistory);
-        if (!harness->performed())
-            QTest::qFail("the history is never loaded", __FILE__, __LINE__);
-    }
+    const int calls = callsOf(number, fate, [this] {
+        post(CommandLoadHistory);
+        post(CommandClearHistory);
+        return performed();
+    });
     // All or nothing of what is there, and it is still there or all gone.
-    const int rows = harness->count("addRowToHistoryTable");
+    const int rows = count("addRowToHistoryTable");
     if (rows > 1 || (number < 0 && rows != 1))
         QTest::qFail("other rows than the history has", __FILE__, __LINE__);
     const QByteArray history = home.history();
     if (!history.isEmpty() && history != oldHistory)
         QTest::qFail("another history than before", __FILE__, __LINE__);
-    harness->takeLog();
+    takeLog();
     return calls;
 }
 
@@ -235,10 +240,10 @@ void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
     const CallHook hook([&](const SystemCall &call) {
         return call.kind == CallKind::Read && ++reads > 0 ? CallFate{EIO, false} : CallFate();
     });
-    harness->post(CommandLoadHistory);
+    post(CommandLoadHistory);
     PROMPTLY_VERIFY(reads > 0);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->count("addRowToHistoryTable"), 0);
+    QVERIFY(performed());
+    QCOMPARE(count("addRowToHistoryTable"), 0);
 }
 
 void TestEveryFault::killBeforeAnyCallLeavesWholeEntries()

@@ -20,7 +20,6 @@ class TestHistoryLoad : public WalleTest
 private slots:
     void historyWithoutLinesOnlyBegins_data();
     void historyWithoutLinesOnlyBegins();
-    void historyThatMayNotBeReadAndWrittenOnlyBegins();
     void threeLinesGiveOneRowAndTheRestIsIgnored_data();
     void threeLinesGiveOneRowAndTheRestIsIgnored();
     void abortEndsTheRowsAndStillCompletes();
@@ -46,29 +45,21 @@ private:
                 {QString::fromUtf8(time), QString::fromUtf8(name), QString::fromUtf8(folder)}};
     }
     /// That many lines "0", "1" ...
-    void writeLines(int count) const;
+    static QByteArray lines(int count)
+    {
+        QByteArray text;
+        for (int number = 0; number < count; ++number)
+            text += QByteArray::number(number) + '\n';
+        return text;
+    }
     SignalRecords load() { return answerTo({CommandLoadHistory}); }
-    QString copied();
+    QString copied() { return answerTo({CommandCopyHistory}).first().arguments.first().toString(); }
 };
-
-void TestHistoryLoad::writeLines(int count) const
-{
-    QByteArray text;
-    for (int number = 0; number < count; ++number)
-        text += QByteArray::number(number) + '\n';
-    home.writeHistory(text);
-}
-
-QString TestHistoryLoad::copied()
-{
-    const SignalRecords answer = harness->answerTo([this] { harness->copyHistory(); });
-    return answer.first().arguments.first().toString();
-}
 
 void TestHistoryLoad::historyWithoutLinesOnlyBegins_data()
 {
     QTest::addColumn<QByteArray>("kind");
-    for (const char *kind : {"missing", "empty", "folder", "fifo"})
+    for (const char *kind : {"missing", "empty", "folder", "fifo", "read only", "write only"})
         QTest::newRow(kind) << QByteArray(kind);
 }
 
@@ -76,39 +67,28 @@ void TestHistoryLoad::historyWithoutLinesOnlyBegins()
 {
     QFETCH(QByteArray, kind);
     const QString file = home.historyFile();
-    if (kind == "empty")
-        home.writeHistory("");
     if (kind == "folder")
         QVERIFY(QDir().mkdir(file));
-    if (kind == "fifo")
+    else if (kind == "fifo")
         QVERIFY(QFile::rename(tree->makeFifo("fifo"), file));
+    else if (kind != "missing")
+        home.writeHistory(kind == "empty" ? QByteArray() : lines(3));
+    if (kind != "missing")
+        OrdinaryUser::give(file);
+    if (kind.endsWith("only"))
+        QFile::setPermissions(file, kind == "read only" ? QFile::ReadOwner : QFile::WriteOwner);
+    const OrdinaryUser user;
     QCOMPARE(load(), SignalRecords{begun()});
     QCOMPARE(QFile::exists(file), kind != "missing");
-}
-
-void TestHistoryLoad::historyThatMayNotBeReadAndWrittenOnlyBegins()
-{
-    writeLines(3);
-    OrdinaryUser::give(home.historyFile());
-    for (const QFile::Permissions permissions : {QFile::ReadOwner, QFile::WriteOwner}) {
-        QVERIFY(QFile::setPermissions(home.historyFile(), permissions));
-        const OrdinaryUser user;
-        QCOMPARE(load(), SignalRecords{begun()});
-    }
 }
 
 void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored_data()
 {
     QTest::addColumn<QByteArray>("history");
     QTest::addColumn<SignalRecords>("rows");
-    const SignalRecord first = row("0", "1", "2");
-    const SignalRecord second = row("3", "4", "5");
-    QTest::newRow("one line") << QByteArray("0\n") << SignalRecords();
-    QTest::newRow("two lines") << QByteArray("0\n1\n") << SignalRecords();
-    QTest::newRow("three") << QByteArray("0\n1\n2\n") << SignalRecords{first};
-    QTest::newRow("five") << QByteArray("0\n1\n2\n3\n4\n") << SignalRecords{first};
-    QTest::newRow("six") << QByteArray("0\n1\n2\n3\n4\n5\n") << SignalRecords{first, second};
-    QTest::newRow("seven") << QByteArray("0\n1\n2\n3\n4\n5\n6\n") << SignalRecords{first, second};
+    const SignalRecords two{row("0", "1", "2"), row("3", "4", "5")};
+    for (const int count : {1, 2, 3, 5, 6, 7})
+        QTest::addRow("%d lines", count) << lines(count) << SignalRecords(two.mid(0, count / 3));
     QTest::newRow("as written") << QByteArray("2024-01-02 03:04:05\n粉碎.txt\n/home/u\n")
                                 << SignalRecords{row("2024-01-02 03:04:05", "粉碎.txt", "/home/u")};
     QTest::newRow("blanks around, last line without an end")
@@ -133,11 +113,11 @@ void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored()
 
 void TestHistoryLoad::abortEndsTheRowsAndStillCompletes()
 {
-    writeLines(15);
+    home.writeHistory(lines(15));
     for (const int rows : {0, 1, 3, 5}) {
-        harness->onSignal = [this, rows](const SignalRecord &signal) {
-            if (signal != begun() && harness->count("addRowToHistoryTable") == rows)
-                harness->walle().abortHistoryLoad();
+        onSignal = [this, rows](const SignalRecord &signal) {
+            if (signal != begun() && count("addRowToHistoryTable") == rows)
+                walle->abortHistoryLoad();
         };
         const SignalRecords log = load();
         QCOMPARE(log.size(), rows + 3);
@@ -149,8 +129,8 @@ void TestHistoryLoad::abortEndsTheRowsAndStillCompletes()
 /// Whether a first line is read before the abort is seen is left open; a row is not.
 void TestHistoryLoad::abortWhileReadingGivesNoRows()
 {
-    writeLines(6);
-    onNext("setHistoryButtonEnabled", [this] { harness->walle().abortHistoryLoad(); });
+    home.writeHistory(lines(6));
+    onNext("setHistoryButtonEnabled", [this] { walle->abortHistoryLoad(); });
     const SignalRecords log = load();
     QVERIFY(log == SignalRecords{begun()}
             || log == (SignalRecords{begun(), rowsComing(), complete()}));
@@ -158,25 +138,24 @@ void TestHistoryLoad::abortWhileReadingGivesNoRows()
 
 void TestHistoryLoad::abortBeforeALoadHasNoEffectOnIt()
 {
-    writeLines(3);
-    harness->walle().abortHistoryLoad();
+    home.writeHistory(lines(3));
+    walle->abortHistoryLoad();
     QCOMPARE(load().size(), 4);
 }
 
 void TestHistoryLoad::entriesRecordedDuringALoadComeWithTheNext()
 {
-    writeLines(6);
+    home.writeHistory(lines(6));
     onNext("addRowToHistoryTable",
-           [this] { harness->walle().addToHistoryWalle(QStringLiteral("/nonexistent/file")); });
+           [this] { walle->addToHistoryWalle(QStringLiteral("/nonexistent/file")); });
     QCOMPARE(load().size(), 3 + 2);
     QCOMPARE(load().size(), 3 + 3);
 }
 
 void TestHistoryLoad::copyBeforeAnyLoadIsEmpty()
 {
-    writeLines(3);
-    QCOMPARE(harness->answerTo([this] { harness->copyHistory(); }),
-             (SignalRecords{{"clipboardSetText", {QString()}}}));
+    home.writeHistory(lines(3));
+    QCOMPARE(answerTo({CommandCopyHistory}), (SignalRecords{{"clipboardSetText", {QString()}}}));
 }
 
 void TestHistoryLoad::copyGivesTheWholeEntriesLastLoaded()

@@ -18,7 +18,6 @@ class TestOrder : public WalleTest
     Q_OBJECT
 
 private slots:
-    void init();
     void cleanup();
     void progressFollowsAChangeUnderWay_data();
     void progressFollowsAChangeUnderWay();
@@ -30,129 +29,108 @@ private slots:
 
 private:
     /// Posts @p code and returns when @p signal is emitted and not delivered.
-    void postUntil(const char *signal, int code);
-    void addUntilEmitted(const QString &path);
-    /// Starts a run that stands still at its only row.
-    void startRunThatStandsStill();
-
-    QString a;
-    QString b;
+    void postUntil(const char *signal, int code)
+    {
+        QVERIFY(emittedUnheard(signal, [&] { post(code); }));
+    }
+    void addUntilEmitted(const QString &path)
+    {
+        QVERIFY(emittedUnheard("addRowToMainTable", [&] { choose({path}); }));
+    }
 };
-
-void TestOrder::init()
-{
-    WalleTest::init();
-    a = make("a");
-    b = make("b");
-}
 
 void TestOrder::cleanup()
 {
-    harness->onSignal = nullptr;
-    QCOMPARE(harness->differenceFromJobList(), QString());
+    onSignal = nullptr;
+    compareTableWithJobList();
     WalleTest::cleanup();
-}
-
-void TestOrder::postUntil(const char *signal, int code)
-{
-    QVERIFY(harness->emittedUnheard(signal, [this, code] { harness->post(code); }));
-}
-
-void TestOrder::addUntilEmitted(const QString &path)
-{
-    QVERIFY(harness->emittedUnheard("addRowToMainTable", [&] { harness->choose({path}); }));
-}
-
-void TestOrder::startRunThatStandsStill()
-{
-    QVERIFY(harness->admitted({a}));
-    becomeFifo(a);
-    answerTo({CommandStartCrush});
 }
 
 void TestOrder::progressFollowsAChangeUnderWay_data()
 {
     QTest::addColumn<int>("code");
-    QTest::addColumn<QByteArray>("signal");
     QTest::addColumn<SignalRecords>("expected");
+    const SignalRecords buttonsOff{crushEnabled(false), removeEnabled(false)};
     // The row has another number in the list than in the table.
-    QTest::newRow("removal") << int(CommandRemoveChecked) << QByteArray("removeRowFromMainTable")
-                             << SignalRecords{removed(0), crushEnabled(false),
-                                              removeEnabled(false)};
-    QTest::newRow("click") << int(CommandToggleRow) << QByteArray("setTableItemCheckBoxState")
+    QTest::newRow("removal") << int(CommandRemoveChecked)
+                             << SignalRecords{removed(0)} + buttonsOff
+                                    + SignalRecords{progress(0, 50)};
+    QTest::newRow("click") << int(CommandToggleRow)
                            << SignalRecords{ticked(1, true), selectAllTicked(true),
-                                            crushEnabled(true), removeEnabled(true)};
+                                            crushEnabled(true), removeEnabled(true),
+                                            progress(1, 50)};
     QTest::newRow("uncheck all") << int(CommandUncheckAll)
-                                 << QByteArray("setTableItemCheckBoxState")
-                                 << SignalRecords{ticked(0, false), selectAllTicked(false),
-                                                  crushEnabled(false), removeEnabled(false)};
+                                 << SignalRecords{ticked(0, false), selectAllTicked(false)}
+                                        + buttonsOff + SignalRecords{progress(1, 50)};
 }
 
 void TestOrder::progressFollowsAChangeUnderWay()
 {
     QFETCH(int, code);
-    QFETCH(QByteArray, signal);
     QFETCH(SignalRecords, expected);
-    QVERIFY(harness->admitted({a, b}));
+    addRows(2);
+    const QString last = paths().last();
     answerToClick(1);
     if (code == CommandToggleRow)
-        harness->walle().postCellToggle(CellToggle{1, true, b});
-    postUntil(signal.constData(), code);
-    harness->walle().finishPercentWalle(b, 50);
-    QCOMPARE(harness->log(),
-             expected + SignalRecords{progress(code == CommandRemoveChecked ? 0 : 1, 50)});
+        walle->postCellToggle(CellToggle{1, true, last});
+    postUntil(expected.first().name.constData(), code);
+    walle->finishPercentWalle(last, 50);
+    QCOMPARE(log(), expected);
 }
 
 void TestOrder::progressFollowsTheInsertionOfItsRow()
 {
-    addUntilEmitted(a);
-    harness->walle().finishPercentWalle(a, 50);
-    QCOMPARE(harness->log({"addRowToMainTable", "setTableRowHeight"}),
-             (SignalRecords{added(a), progress(0, 50)}));
+    const QString file = make("file");
+    addUntilEmitted(file);
+    walle->finishPercentWalle(file, 50);
+    QCOMPARE(log({"addRowToMainTable", "setTableRowHeight"}),
+             (SignalRecords{added(file), progress(0, 50)}));
 }
 
 void TestOrder::verdictFollowsTheStartUnderWay()
 {
-    QVERIFY(harness->admitted({a}));
-    becomeFifo(a);
+    addRows(1);
+    becomeFifo(paths().first());
     postUntil("setCrushStarted", CommandStartCrush);
-    harness->walle().failedOneWalle(a);
-    QCOMPARE(harness->log({"setCrushStarted", "setTableRowHeight"}),
+    walle->failedOneWalle(paths().first());
+    QCOMPARE(log({"setCrushStarted", "setTableRowHeight"}),
              (SignalRecords{running(), progress(0, 0), idle()}));
-    harness->post(CommandCheckAll); // the row is drawn ticked still
+    answerTo({CommandCheckAll}); // the row is drawn ticked still
 }
 
 /// The button is disabled between the request to the worker and "stopping".
 void TestOrder::answerFollowsTheStopUnderWay()
 {
-    startRunThatStandsStill();
+    startRunThatStandsStill(1);
     postUntil("setCrushButtonEnabled", CommandStopCrush);
-    harness->walle().stoppedWalle();
-    QCOMPARE(harness->log().mid(0, 3), (SignalRecords{crushEnabled(false), stopping(), idle()}));
+    walle->stoppedWalle();
+    QCOMPARE(log().mid(0, 3), (SignalRecords{crushEnabled(false), stopping(), idle()}));
 }
 
 /// Else the window, which unticks its rows then, would miss the new one.
 void TestOrder::resultFollowsTheInsertionUnderWay()
 {
-    startRunThatStandsStill();
+    startRunThatStandsStill(1);
     answerTo({CommandStopCrush});
-    addUntilEmitted(b);
-    harness->walle().finishOneWalle(a);
-    QCOMPARE(harness->log({"addRowToMainTable", "removeRowFromMainTable", "showResultDialog"}),
-             (SignalRecords{added(b), removed(0), result(1, 0)}));
-    QCOMPARE(harness->checkedPaths(), QStringList{b});
+    const QString file = make("file");
+    addUntilEmitted(file);
+    walle->finishOneWalle(paths().first());
+    QCOMPARE(log({"addRowToMainTable", "removeRowFromMainTable", "showResultDialog"}),
+             (SignalRecords{added(file), removed(0), result(1, 0)}));
+    QCOMPARE(checkedPaths(), QStringList{file});
 }
 
 /// A failure does not hold up the controller thread, which admits a row between the last look at
 /// the list and the result.
 void TestOrder::rowAddedWhileAFailureEndsTheRunKeepsItsTick()
 {
-    startRunThatStandsStill();
-    onNext("finishAll", [this] { addUntilEmitted(b); });
-    harness->walle().failedOneWalle(a);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->paths(), (QStringList{a, b}));
-    QCOMPARE(harness->count("showResultDialog"), 1);
+    startRunThatStandsStill(1);
+    const QStringList rows{paths().first(), make("file")};
+    onNext("finishAll", [&] { addUntilEmitted(rows.last()); });
+    walle->failedOneWalle(rows.first());
+    QVERIFY(performed());
+    QCOMPARE(paths(), rows);
+    QCOMPARE(count("showResultDialog"), 1);
     const SignalRecords answer = answerTo({CommandCheckAll});
     QCOMPARE(answer.first(), ticked(0, true));
     QVERIFY(!answer.contains(ticked(1, true)));

@@ -68,13 +68,13 @@ void TestQueue::signalsAndSlotsKeepTheirDeclaredOrder()
 
 void TestQueue::controllerAndItsRunningWorkerLiveWhereTheyAreMade()
 {
-    auto *walle = new Walle; // never ended, as in the program
-    const auto *worker = walle->findChild<FileCrusher *>();
-    QVERIFY(worker && worker->isRunning() && !walle->isRunning());
-    QCOMPARE(worker->parent(), walle);
-    QCOMPARE(worker->thread(), QThread::currentThread());
-    QCOMPARE(walle->thread(), QThread::currentThread());
-    walle->shutDown();
+    auto *const unstarted = new Walle; // never ended, as in the program
+    const auto *child = unstarted->findChild<FileCrusher *>();
+    QVERIFY(child && child->isRunning() && !unstarted->isRunning());
+    QCOMPARE(child->parent(), unstarted);
+    QCOMPARE(child->thread(), QThread::currentThread());
+    QCOMPARE(unstarted->thread(), QThread::currentThread());
+    unstarted->shutDown();
 }
 
 void TestQueue::unknownCodeIsTakenAndIgnored()
@@ -94,15 +94,14 @@ void TestQueue::commandWithoutBatchOrClickDoesNothing()
 
 void TestQueue::batchesAreAdmittedOnePerCommandInPostingOrder()
 {
-    const QStringList paths{make("chosen"), make("dropped"), make("chosen too"),
-                            make("dropped too")};
-    for (const QString &path : {paths.at(0), paths.at(2)})
-        harness->walle().addChosenFiles({path});
-    for (const QString &path : {paths.at(1), paths.at(3)})
-        harness->walle().addDroppedUrls({QUrl::fromLocalFile(path)});
+    const QStringList files = makeFiles("file", 4);
+    for (const int first : {0, 2}) {
+        walle->addChosenFiles({files.at(first)});
+        walle->addDroppedUrls({QUrl::fromLocalFile(files.at(first + 1))});
+    }
     for (const int rows : {1, 2, 3, 4}) {
         answerTo({rows % 2 == 0 ? CommandAddDropped : CommandAddChosen});
-        QCOMPARE(harness->paths(), QStringList(paths.mid(0, rows)));
+        QCOMPARE(paths(), QStringList(files.mid(0, rows)));
     }
 }
 
@@ -121,29 +120,28 @@ void TestQueue::openRefusalReportHoldsUpFurtherCommands()
 {
     constexpr int fewMilliseconds = 100;
     bool heldUp = false;
-    onNext("alertDialog", [this, &heldUp] {
-        harness->post(CommandUncheckAll);
-        const auto answered = [&] { return harness->log().constLast().name != "alertDialog"; };
+    onNext("alertDialog", [&] {
+        post(CommandUncheckAll);
+        const auto answered = [this] { return log().last().name != "alertDialog"; };
         heldUp = !eventually(answered, fewMilliseconds);
     });
-    harness->choose({QStringLiteral("/nonexistent/path")});
-    QTRY_COMPARE(harness->count("setRemoveButtonEnabled"), 1);
+    choose({QStringLiteral("/nonexistent/path")});
+    QTRY_COMPARE(count("setRemoveButtonEnabled"), 1);
     QVERIFY(heldUp);
 }
 
 void TestQueue::signalsThatAreOnlyDeclaredAreNeverEmitted()
 {
-    harness->choose({make("file"), makeStubborn("folder"), QStringLiteral("/dev/null")});
-    harness->dropFiles({make("dropped")});
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
+    choose({make("file"), makeStubborn("folder"), QStringLiteral("/dev/null")});
+    dropFiles({make("dropped")});
+    post(CommandStartCrush);
+    QVERIFY(finished());
     for (const int code : {CommandLoadHistory, CommandCheckAll, CommandRemoveChecked,
                            CommandClearHistory, CommandLoadHistory})
-        harness->post(code);
-    QVERIFY(harness->performed());
-    QVERIFY(harness->count("showResultDialog") == 1 && harness->count("addRowToHistoryTable") > 0);
-    QCOMPARE(harness->count("removeRowFromHistoryTable"), 0);
-    QCOMPARE(harness->count("finishOne"), 0);
+        post(code);
+    QVERIFY(performed());
+    QVERIFY(count("showResultDialog") == 1 && count("addRowToHistoryTable") > 0);
+    QCOMPARE(log({"removeRowFromHistoryTable", "finishOne"}), SignalRecords());
 }
 
 TEST_SUITE(queue, TestQueue)

@@ -6,17 +6,16 @@
 // lose the agreement between table and job list.
 
 #include "engine/filecrusher.h"
-#include "promptly.h"
 #include "suites.h"
 #include "systemcalls.h"
 #include "walleharness.h"
 
+#include <algorithm>
 #include <chrono>
 
 using testsupport::entryExists;
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
-using testsupport::WalleHarness;
 using testsupport::WalleTest;
 
 class TestRaces : public WalleTest
@@ -29,34 +28,16 @@ private slots:
     void everyStopOfARunOfFilesEndsInOneReport();
 
 private:
-    /// Stops the run and waits until neither controller nor worker has anything left to do.
-    void settle();
-    static QStringList survivorsOf(const QStringList &paths);
+    static QStringList survivorsOf(QStringList paths);
 
     const testsupport::ShortPauses quickly;
 };
 
-void TestRaces::settle()
+QStringList TestRaces::survivorsOf(QStringList paths)
 {
-    answerTo({CommandUncheckAll});
-    // The worker gets to this one behind whatever it still holds; nobody has a row for it.
-    const QString last = make("last");
-    harness->walle().findChild<FileCrusher *>()->addPath(last);
-    PROMPTLY_VERIFY(!entryExists(last));
-    harness->takeLog();
-    harness->post(CommandStopCrush);
-    PROMPTLY_VERIFY(harness->log().contains(idle()));
-    QVERIFY(harness->performed());
-}
-
-QStringList TestRaces::survivorsOf(const QStringList &paths)
-{
-    QStringList survivors;
-    for (const QString &path : paths) {
-        if (entryExists(path))
-            survivors.append(path);
-    }
-    return survivors;
+    const auto isGone = [](const QString &path) { return !entryExists(path); };
+    paths.erase(std::remove_if(paths.begin(), paths.end(), isGone), paths.end());
+    return paths;
 }
 
 void TestRaces::filesDroppedOntoARunNeverFreezeIt()
@@ -66,22 +47,20 @@ void TestRaces::filesDroppedOntoARunNeverFreezeIt()
     for (int round = 0; round < rounds; ++round) {
         const QStringList first = makeFiles("first", 100);
         const QStringList dropped = makeFiles("dropped", 100);
-        QVERIFY(harness->admitted(first));
+        QVERIFY(admitted(first));
         for (int row = 0; row < first.size(); row += 10)
-            harness->click(row);
-        QVERIFY(harness->performed());
-        harness->takeLog();
-        harness->post(CommandStartCrush);
+            answerToClick(row);
+        post(CommandStartCrush);
         for (int from = 0; from < dropped.size(); from += filesADrop)
-            harness->dropFiles(dropped.mid(from, filesADrop));
-        QVERIFY(harness->finished());
-        QVERIFY(harness->performed());
+            dropFiles(dropped.mid(from, filesADrop));
+        QVERIFY(finished());
+        QVERIFY(performed());
 
-        QCOMPARE(harness->paths(), survivorsOf(first) + survivorsOf(dropped));
+        QCOMPARE(paths(), survivorsOf(first) + survivorsOf(dropped));
         QCOMPARE(survivorsOf(first).size(), 10);
-        const int destroyed = first.size() + dropped.size() - harness->rows().size();
-        QCOMPARE(harness->log({"showResultDialog"}), SignalRecords{result(destroyed, 0)});
-        QCOMPARE(harness->differenceFromJobList(), QString());
+        const int destroyed = first.size() + dropped.size() - paths().size();
+        QCOMPARE(log({"showResultDialog"}), SignalRecords{result(destroyed, 0)});
+        compareTableWithJobList();
     }
 }
 
@@ -99,33 +78,35 @@ void TestRaces::clickDuringARunHitsWhatWasClicked()
         QSet<QString> clicked;
         QSet<QString> unticked;
         QSet<QString> tooLate;
-        QVERIFY(harness->admitted(files));
-        harness->onSignal = [&](const SignalRecord &signal) {
-            const QVector<WalleHarness::Row> &rows = harness->rows();
+        QVERIFY(admitted(files));
+        onSignal = [&](const SignalRecord &signal) {
+            const QStringList rows = paths();
+            const int row = signal.arguments.value(0).toInt();
             if (signal.name == "removeRowFromMainTable") {
-                const int row = signal.arguments.first().toInt() + distance;
-                if (rows.size() % everyFewRows == 0 && row < rows.size()
-                    && !clicked.contains(rows.at(row).path)) {
-                    clicked.insert(rows.at(row).path);
-                    // The worker is some rows further when the controller gets to the click.
-                    for (int commands = 0; commands < distance / 2; ++commands)
-                        harness->post(nothing);
-                    harness->click(row);
-                }
+                const QString further = rows.value(row + distance);
+                if (rows.size() % everyFewRows != 0 || further.isEmpty()
+                    || clicked.contains(further))
+                    return;
+                clicked.insert(further);
+                // The worker is some rows further when the controller gets to the click.
+                for (int commands = 0; commands < distance / 2; ++commands)
+                    post(nothing);
+                click(further);
             } else if (signal.name == "setTableItemCheckBoxState") {
-                const int row = signal.arguments.first().toInt();
-                const QString path = rows.at(row).path;
-                const QStringList checkedAbove = harness->checkedPaths();
-                const bool wasInHand =
-                    checkedAbove.isEmpty() || harness->paths().indexOf(checkedAbove.first()) > row;
-                (wasInHand ? tooLate : unticked).insert(path);
+                const QStringList checked = checkedPaths();
+                const bool wasInHand = checked.isEmpty() || rows.indexOf(checked.first()) > row;
+                (wasInHand ? tooLate : unticked).insert(rows.at(row));
             }
         };
-        harness->takeLog();
-        harness->post(CommandStartCrush);
-        PROMPTLY_VERIFY(harness->checkedPaths().isEmpty());
-        harness->onSignal = nullptr;
-        settle();
+        post(CommandStartCrush);
+        PROMPTLY_VERIFY(checkedPaths().isEmpty());
+        onSignal = nullptr;
+        answerTo({CommandUncheckAll});
+        // The worker gets to this one behind whatever it still holds; nobody has a row for it.
+        const QString last = make("last");
+        worker->addPath(last);
+        PROMPTLY_VERIFY(!entryExists(last));
+        answerToStop();
 
         QVERIFY(clicked.contains(unticked) && clicked.contains(tooLate));
         const QStringList survivors = survivorsOf(files);
@@ -134,7 +115,7 @@ void TestRaces::clickDuringARunHitsWhatWasClicked()
         for (const QString &path : qAsConst(unticked))
             QVERIFY2(survivors.contains(path), "a file was destroyed that was unticked");
         spared += unticked.size();
-        QCOMPARE(harness->differenceFromJobList(), QString());
+        compareTableWithJobList();
         for (const QString &path : survivors)
             QFile::remove(path);
     }
@@ -152,21 +133,21 @@ void TestRaces::everyStopOfARunOfFilesEndsInOneReport()
     int spared = 0;
     for (int round = 0; round < rounds; ++round) {
         addRows(files);
-        harness->post(CommandStartCrush);
+        post(CommandStartCrush);
         const QDeadlineTimer end(std::chrono::microseconds(round * stepOfPauses));
         while (!end.hasExpired())
             QCoreApplication::processEvents();
-        harness->post(CommandStopCrush);
-        QVERIFY(harness->performed());
-        PROMPTLY_COMPARE(harness->runState(), RunState::Idle);
-        QVERIFY(harness->performed());
+        post(CommandStopCrush);
+        QVERIFY(performed());
+        PROMPTLY_COMPARE(runState(), RunState::Idle);
+        QVERIFY(performed());
 
-        const int left = harness->rows().size();
-        QCOMPARE(harness->log({"finishAll", "showResultDialog"}),
+        const int left = paths().size();
+        QCOMPARE(log({"finishAll", "showResultDialog"}),
                  (SignalRecords{all(files - left), result(files - left, 0)}));
         spared += left > 0 ? 1 : 0;
         answerTo({CommandRemoveChecked});
-        QCOMPARE(harness->rows().size(), 0);
+        QCOMPARE(paths().size(), 0);
     }
     if (spared == 0)
         QSKIP("no stop came in time on this machine");

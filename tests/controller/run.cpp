@@ -5,7 +5,6 @@
 // another row than the one in hand.
 
 #include "engine/filecrusher.h"
-#include "promptly.h"
 #include "suites.h"
 #include "walleharness.h"
 
@@ -19,10 +18,10 @@ class TestRun : public WalleTest
 
 private slots:
     void runWithNothingCheckedEndsAtOnce();
+    void verdictWithNothingCheckedChangesNothing();
     void failureOfTheSecondOfThreeLeavesItsRowUnchecked();
     void linkToAFifoGoesAsAnyLink();
     void workerWaitsUntilTheReportIsClosed();
-
     void fileOf255BytesHoldsTheRunOpen();
     void successOfAnotherPathRemovesNothingButGoesOn();
 };
@@ -34,26 +33,37 @@ void TestRun::runWithNothingCheckedEndsAtOnce()
     QCOMPARE(answerTo({CommandStartCrush}),
              (SignalRecords{running(), idle(), all(0), crushEnabled(false), removeEnabled(false),
                             result(0, 0)}));
-    QVERIFY(entryExists(harness->paths().first()));
+    QVERIFY(entryExists(paths().first()));
+}
+
+void TestRun::verdictWithNothingCheckedChangesNothing()
+{
+    addRows(1);
+    answerToClick(0);
+    walle->finishOneWalle(paths().first());
+    walle->failedOneWalle(paths().first());
+    QVERIFY(performed());
+    QCOMPARE(log(), SignalRecords());
+    QVERIFY(entryExists(paths().first()));
 }
 
 void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
 {
     const QString stubborn = makeStubborn("second");
-    QVERIFY(harness->admitted({make("first"), stubborn, make("third")}));
+    QVERIFY(admitted({make("first"), stubborn, make("third")}));
     QCOMPARE(answerToRun(),
              (SignalRecords{running(), progress(0, 99), removed(0), progress(0, 0), progress(1, 99),
                             removed(1), idle(), all(2), crushEnabled(false), removeEnabled(false),
                             result(2, 1)}));
-    QCOMPARE(harness->paths(), QStringList{stubborn});
+    QCOMPARE(paths(), QStringList{stubborn});
     QCOMPARE(answerTo({CommandCheckAll}).first(), ticked(0, true));
-    QCOMPARE(harness->differenceFromJobList(), QString());
+    compareTableWithJobList();
 }
 
 void TestRun::linkToAFifoGoesAsAnyLink()
 {
     const QString fifo = tree->makeFifo("fifo");
-    QVERIFY(harness->admitted({tree->makeLink("link", fifo)}));
+    QVERIFY(admitted({tree->makeLink("link", fifo)}));
     QCOMPARE(answerToRun().last(), result(1, 0));
     QVERIFY(entryExists(fifo));
 }
@@ -62,7 +72,6 @@ void TestRun::linkToAFifoGoesAsAnyLink()
 void TestRun::workerWaitsUntilTheReportIsClosed()
 {
     constexpr int fewMilliseconds = 200; // many passes of a worker that does not wait
-    auto *worker = harness->walle().findChild<FileCrusher *>();
     bool waits = false;
     addRows(1);
     onNext("showResultDialog", [&] {
@@ -76,33 +85,27 @@ void TestRun::workerWaitsUntilTheReportIsClosed()
 
 void TestRun::fileOf255BytesHoldsTheRunOpen()
 {
-    const QString file = make("file", 255);
-    const QString behind = make("behind");
-    QVERIFY(harness->admitted({file, behind}));
-    harness->post(CommandStartCrush);
+    const QStringList rows{make("file", 255), make("behind")};
+    QVERIFY(admitted(rows));
+    post(CommandStartCrush);
     PROMPTLY_VERIFY(!home.history().isEmpty());
-    harness->post(CommandStopCrush);
-    PROMPTLY_VERIFY(harness->log().contains(idle()));
-    QVERIFY(!entryExists(file));
-    QVERIFY(entryExists(behind));
-    QCOMPARE(harness->paths(), (QStringList{file, behind}));
-    QCOMPARE(harness->count("showResultDialog"), 0);
+    const SignalRecords answer = answerToStop();
+    QVERIFY(!entryExists(rows.first()) && entryExists(rows.last()));
+    QCOMPARE(paths(), rows);
+    QCOMPARE(answer.mid(0, 3), (SignalRecords{crushEnabled(false), stopping(), idle()}));
+    QVERIFY(!answer.contains(result(0, 0)));
 }
 
 void TestRun::successOfAnotherPathRemovesNothingButGoesOn()
 {
-    const QString first = make("first");
-    const QString second = make("second");
-    QVERIFY(harness->admitted({first, second}));
-    becomeFifo(first); // so the run stands still there
-    answerTo({CommandStartCrush});
-    becomeFile(first);
-    harness->takeLog();
-    harness->walle().finishOneWalle(second);
-    QCOMPARE(harness->log(), SignalRecords());
-    QVERIFY(harness->finished());
-    QVERIFY(!entryExists(first) && !entryExists(second));
-    QCOMPARE(harness->log({"removeRowFromMainTable", "finishAll"}),
+    startRunThatStandsStill(2);
+    const QStringList rows = paths();
+    becomeFile(rows.first());
+    walle->finishOneWalle(rows.last());
+    QCOMPARE(log(), SignalRecords());
+    QVERIFY(finished());
+    QVERIFY(!entryExists(rows.first()) && !entryExists(rows.last()));
+    QCOMPARE(log({"removeRowFromMainTable", "finishAll"}),
              (SignalRecords{removed(0), removed(0), all(2)}));
 }
 

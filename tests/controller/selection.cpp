@@ -25,6 +25,7 @@ private slots:
     void uncheckAllOnAnEmptyListTellsTheControls();
     void removalNumbersAreThoseOfTheMoment();
     void removingEveryRowClearsAndDisablesTheControls();
+    void unknownSituationTellsTheControlsNothing();
 
     void progressFrom0To100ReachesItsRow();
     void progressOfAnUnknownPathIsDropped();
@@ -32,7 +33,15 @@ private slots:
 private:
     /// Adds @p count rows and unchecks those of @p unchecked.
     void addRows(int count, const QVector<int> &unchecked = {});
-    void toggle(int row, bool state = false) const;
+    /// A click by number alone, on a row that the window would draw @p state.
+    void toggle(int row, bool state = false)
+    {
+        walle->postCellToggle(CellToggle{row, state, QString()});
+        post(CommandToggleRow);
+    }
+
+    static constexpr int smallest = std::numeric_limits<int>::min();
+    static constexpr int largest = std::numeric_limits<int>::max();
 };
 
 void TestSelection::addRows(int count, const QVector<int> &unchecked)
@@ -42,58 +51,52 @@ void TestSelection::addRows(int count, const QVector<int> &unchecked)
         answerToClick(row);
 }
 
-void TestSelection::toggle(int row, bool state) const
-{
-    harness->walle().postCellToggle(CellToggle{row, state, QString()});
-    harness->post(CommandToggleRow);
-}
-
 void TestSelection::stateDrawnByTheWindowIsNotRead()
 {
     addRows(2);
     toggle(0, true);
     toggle(1, false);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->checkedPaths(), QStringList());
+    QVERIFY(performed());
+    QCOMPARE(checkedPaths(), QStringList());
 }
 
 void TestSelection::rowNumbersThatDoNotExistAreIgnored()
 {
     addRows(2);
-    for (const int row : {-1, 2, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
-        QCOMPARE(harness->answerTo([&] { toggle(row); }), SignalRecords());
+    for (const int row : {-1, 2, smallest, largest})
+        QCOMPARE(answerTo([&] { toggle(row); }), SignalRecords());
 }
 
 /// Row 0 goes while the click on row 2 is still waiting.
 void TestSelection::clickFollowsItsEntryToAnotherRow()
 {
     addRows(4, {1, 2, 3});
-    const QString clicked = harness->paths().at(2);
-    harness->post(CommandRemoveChecked);
-    harness->click(2);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->log({"setTableItemCheckBoxState"}), SignalRecords{ticked(1, true)});
-    QCOMPARE(harness->checkedPaths(), QStringList{clicked});
+    const QString clicked = paths().at(2);
+    post(CommandRemoveChecked);
+    click(clicked);
+    QVERIFY(performed());
+    QCOMPARE(log({"setTableItemCheckBoxState"}), SignalRecords{ticked(1, true)});
+    QCOMPARE(checkedPaths(), QStringList{clicked});
 }
 
 void TestSelection::clickOnAnEntryThatHasGoneIsDropped()
 {
     addRows(2, {1});
-    harness->post(CommandRemoveChecked);
-    harness->click(0);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->rows().size(), 1);
-    QVERIFY(!harness->rows().first().checked);
+    post(CommandRemoveChecked);
+    click(0);
+    QVERIFY(performed());
+    QCOMPARE(paths().size(), 1);
+    QCOMPARE(checkedPaths(), QStringList());
 }
 
 void TestSelection::clickWithoutAPathMeansTheRowAtThatTime()
 {
     addRows(3, {1, 2});
-    const QString last = harness->paths().at(2);
-    harness->post(CommandRemoveChecked);
+    const QString last = paths().last();
+    post(CommandRemoveChecked);
     toggle(1);
-    QVERIFY(harness->performed());
-    QCOMPARE(harness->checkedPaths(), QStringList{last});
+    QVERIFY(performed());
+    QCOMPARE(checkedPaths(), QStringList{last});
 }
 
 void TestSelection::checkAllOnACheckedListTellsTheControls()
@@ -112,12 +115,11 @@ void TestSelection::uncheckAllOnAnEmptyListTellsTheControls()
 void TestSelection::removalNumbersAreThoseOfTheMoment()
 {
     addRows(4, {0, 3});
-    const QStringList paths = harness->paths();
+    const QStringList before = paths();
     QCOMPARE(answerTo({CommandRemoveChecked}),
              (SignalRecords{removed(1), removed(1), crushEnabled(false), removeEnabled(false)}));
-    QCOMPARE(harness->paths(), (QStringList{paths.first(), paths.last()}));
-    QCOMPARE(harness->checkedPaths(), QStringList());
-    QCOMPARE(harness->differenceFromJobList(), QString());
+    QCOMPARE(paths(), (QStringList{before.first(), before.last()}));
+    compareTableWithJobList();
 }
 
 void TestSelection::removingEveryRowClearsAndDisablesTheControls()
@@ -129,29 +131,35 @@ void TestSelection::removingEveryRowClearsAndDisablesTheControls()
                        removeEnabled(false), selectAllTicked(false), selectAllEnabled(false)}));
 }
 
+void TestSelection::unknownSituationTellsTheControlsNothing()
+{
+    addRows(2, {1});
+    for (const int situation : {-1, 0, 9, smallest, largest})
+        walle->refreshControls(situation);
+    QCOMPARE(log(), SignalRecords());
+}
+
 void TestSelection::progressFrom0To100ReachesItsRow()
 {
     addRows(2);
     const auto answerTo = [this](int percent) {
-        harness->walle().finishPercentWalle(harness->paths().at(1), percent);
-        return harness->takeLog();
+        walle->finishPercentWalle(paths().at(1), percent);
+        return takeLog();
     };
     for (const int percent : {0, 1, 50, 99, 100})
         QCOMPARE(answerTo(percent), SignalRecords{progress(1, percent)});
-    for (const int percent :
-         {101, -1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+    for (const int percent : {101, -1, smallest, largest})
         QCOMPARE(answerTo(percent), SignalRecords());
 }
 
 void TestSelection::progressOfAnUnknownPathIsDropped()
 {
-    addRows(1);
-    const QString path = harness->paths().first();
-    harness->walle().finishPercentWalle(QString(), 50);
-    harness->walle().finishPercentWalle(path + QLatin1Char('x'), 50);
+    addRows(2, {1});
+    const QString gone = paths().first();
     answerTo({CommandRemoveChecked});
-    harness->walle().finishPercentWalle(path, 50);
-    QCOMPARE(harness->log(), SignalRecords());
+    for (const QString &path : {QString(), paths().first() + QLatin1Char('x'), gone})
+        walle->finishPercentWalle(path, 50);
+    QCOMPARE(log(), SignalRecords());
 }
 
 TEST_SUITE(selection, TestSelection)

@@ -4,13 +4,11 @@
 // Which starts begin a run: none while a run goes on, and none that the worker's
 // answer to an earlier stop would end.
 
-#include "promptly.h"
 #include "suites.h"
 #include "walleharness.h"
 
 using testsupport::entryExists;
 using testsupport::eventually;
-using testsupport::SignalRecord;
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
 
@@ -34,38 +32,34 @@ private slots:
 void TestStart::startWhileStoppingIsDropped()
 {
     addRows(1);
-    holdIdleWorker();
+    QVERIFY(holdWorkerAfter(CommandStopCrush));
     answerTo({CommandStartCrush, CommandStopCrush, CommandStartCrush});
-    held.reset();
-    QVERIFY(harness->finished());
-    QVERIFY(harness->performed());
+    releaseWorker();
+    QVERIFY(finished());
+    QVERIFY(performed());
     QCOMPARE(runLog(), (SignalRecords{idle(), idle(), all(0), result(0, 0)}));
-    QVERIFY(entryExists(harness->paths().first()));
+    QVERIFY(entryExists(paths().first()));
 }
 
 /// The second file waits in the worker's queue; handed over again it would be reported twice.
 void TestStart::startBetweenVerdictAndNextPathIsDropped()
 {
     addRows(2);
-    startAndHoldAt(1);
+    QVERIFY(holdWorkerAfter(CommandStartCrush));
     QCOMPARE(answerTo({CommandStartCrush}), SignalRecords());
-    held.reset();
-    QVERIFY(harness->finished());
-    QVERIFY(harness->performed());
+    releaseWorker();
+    QVERIFY(finished());
+    QVERIFY(performed());
     QCOMPARE(runLog(), (SignalRecords{idle(), all(2), result(2, 0)}));
 }
 
 void TestStart::runLeftOpenByAFifoTakesNoStart()
 {
-    addRows(1);
-    const QString path = harness->paths().first();
-    becomeFifo(path);
-    answerTo({CommandStartCrush});
+    startRunThatStandsStill(1);
+    const QString path = paths().first();
     becomeFile(path);
     QCOMPARE(answerTo({CommandStartCrush}), SignalRecords());
-
-    harness->post(CommandStopCrush);
-    PROMPTLY_VERIFY(harness->count("setSelectAllCheckBoxState") > 0);
+    answerToStop();
     QCOMPARE(answerToRun().last(), result(1, 0));
     QVERIFY(!entryExists(path));
 }
@@ -75,15 +69,12 @@ void TestStart::startWhileTheEndIsToldWaitsForIt()
 {
     addRows(1);
     bool waits = false;
-    harness->onSignal = [&](const SignalRecord &signal) {
-        if (signal != idle())
-            return;
-        harness->onSignal = nullptr;
-        waits = !harness->emittedUnheard(
-            "setCrushStarted", [this] { harness->post(CommandStartCrush); }, fewMilliseconds);
-    };
-    harness->post(CommandStartCrush);
-    PROMPTLY_COMPARE(harness->count("showResultDialog"), 2);
+    onNext("finishAll", [&] {
+        waits = !emittedUnheard(
+            "setCrushStarted", [this] { post(CommandStartCrush); }, fewMilliseconds);
+    });
+    post(CommandStartCrush);
+    PROMPTLY_COMPARE(count("showResultDialog"), 2);
     QVERIFY(waits);
     QCOMPARE(runLog(), (SignalRecords{running(), idle(), all(1), result(1, 0), running(), idle(),
                                       all(0), result(0, 0)}));
@@ -95,11 +86,10 @@ void TestStart::startInAnswerToTheReportIsAccepted()
     addRows(1);
     bool accepted = false;
     onNext("showResultDialog", [&] {
-        accepted = harness->emittedUnheard("setCrushStarted",
-                                           [this] { harness->post(CommandStartCrush); });
+        accepted = emittedUnheard("setCrushStarted", [this] { post(CommandStartCrush); });
     });
-    harness->post(CommandStartCrush);
-    PROMPTLY_COMPARE(harness->count("showResultDialog"), 2);
+    post(CommandStartCrush);
+    PROMPTLY_COMPARE(count("showResultDialog"), 2);
     QVERIFY(accepted);
 }
 
@@ -107,29 +97,29 @@ void TestStart::startBehindAVerdictAfterAStopWaitsForTheAnswer()
 {
     addRows(2);
     onNext("setTableRowHeight", [this] {
-        harness->post(CommandStopCrush);
-        harness->performed();
+        post(CommandStopCrush);
+        performed();
     });
-    startAndHoldAt(1);
-    QVERIFY(harness->finished());
-    harness->post(CommandStartCrush);
-    QVERIFY(!eventually([this] { return !harness->log().isEmpty(); }, fewMilliseconds));
-    held.reset();
-    QVERIFY(harness->finished());
+    QVERIFY(holdWorkerAfter(CommandStartCrush));
+    QVERIFY(finished());
+    takeLog();
+    post(CommandStartCrush);
+    QVERIFY(!eventually([this] { return !log().isEmpty(); }, fewMilliseconds));
+    releaseWorker();
+    QVERIFY(finished());
     QCOMPARE(runLog(), (SignalRecords{idle(), running(), idle(), all(1), result(1, 0)}));
 }
 
 void TestStart::startBehindAStopWithoutARunWaitsForTheAnswer()
 {
     addRows(1);
-    holdIdleWorker();
-    harness->post(CommandStopCrush);
-    harness->post(CommandStartCrush);
-    QVERIFY(!eventually([this] { return harness->count("setCrushStarted") > 1; }, fewMilliseconds));
-    held.reset();
-    QVERIFY(harness->finished());
-    QCOMPARE(runLog(),
-             (SignalRecords{stopping(), idle(), running(), idle(), all(1), result(1, 0)}));
+    QVERIFY(holdWorkerAfter(CommandStopCrush));
+    answerTo({CommandStopCrush});
+    post(CommandStartCrush);
+    QVERIFY(!eventually([this] { return !log().isEmpty(); }, fewMilliseconds));
+    releaseWorker();
+    QVERIFY(finished());
+    QCOMPARE(runLog(), (SignalRecords{idle(), running(), idle(), all(1), result(1, 0)}));
 }
 
 /// The worker has seen the first stop, and the window has yet to get its answer. An answer of its
@@ -140,31 +130,31 @@ void TestStart::stopWhileTheAnswerIsOnItsWayIsAnsweredByIt()
     class SecondStop : public QObject
     {
     public:
-        explicit SecondStop(testsupport::WalleHarness &user)
-            : harness(user)
+        explicit SecondStop(TestStart &user)
+            : test(user)
         {
-            harness.walle().installEventFilter(this);
+            test.walle->installEventFilter(this);
         }
         bool eventFilter(QObject *, QEvent *event) override
         {
             if (event->type() == QEvent::MetaCall && !done)
-                done = harness.emittedUnheard("setCrushButtonEnabled",
-                                              [this] { harness.post(CommandStopCrush); });
+                done = test.emittedUnheard("setCrushButtonEnabled",
+                                           [this] { test.post(CommandStopCrush); });
             return false;
         }
-        testsupport::WalleHarness &harness;
+        TestStart &test;
         bool done = false;
     };
 
     addRows(1);
     {
-        const SecondStop secondStop(*harness);
-        harness->post(CommandStopCrush);
-        PROMPTLY_VERIFY(harness->log().contains(idle()));
+        const SecondStop secondStop(*this);
+        post(CommandStopCrush);
+        PROMPTLY_VERIFY(log().contains(idle()));
         QVERIFY(secondStop.done);
     }
-    harness->post(CommandStartCrush);
-    QVERIFY(harness->finished());
+    post(CommandStartCrush);
+    QVERIFY(finished());
     QCOMPARE(runLog(), (SignalRecords{stopping(), stopping(), idle(), running(), idle(), all(1),
                                       result(1, 0)}));
 }

@@ -5,7 +5,6 @@
 // ends the run with its report, once. Stops at random moments are in model and races.
 
 #include "engine/filecrusher.h"
-#include "promptly.h"
 #include "suites.h"
 #include "walleharness.h"
 
@@ -21,43 +20,22 @@ class TestStop : public WalleTest
 
 private slots:
     void stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped();
-
     void stopBetweenFilesSparesTheOneHandedOverAndReports();
-    void verdictBetweenStopAndAnswerEndsTheRunOnce();
+    void stopWithoutARunTakesBackThePathOfSomebodyElse();
 
-    void successAfterAStopEndsTheRunWithItsResult();
+    void verdictBetweenStopAndAnswerEndsTheRunOnce();
+    void verdictAfterAnAnsweredStopEndsTheRunWithItsResult_data();
+    void verdictAfterAnAnsweredStopEndsTheRunWithItsResult();
     void shutDownSparesWhatWasHandedOver();
     void verdictAfterTheShutDownHandsNothingOver();
 
 private:
-    /// Starts a run over two rows that stands still at the first.
-    void startRunThatStandsStill();
-    /// Stops the run, lets the held worker answer and waits until the controller is idle.
-    SignalRecords stopAndRelease();
     /// Between its answers to two stops the worker shreds what is in its queue.
     void letWorkerEmptyItsQueue() const;
 };
 
-void TestStop::startRunThatStandsStill()
-{
-    addRows(2);
-    becomeFifo(harness->paths().first());
-    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
-}
-
-SignalRecords TestStop::stopAndRelease()
-{
-    return harness->answerTo([this] {
-        harness->post(CommandStopCrush);
-        harness->performed();
-        held.reset();
-        testsupport::promptly([this] { return harness->log().contains(idle()); });
-    });
-}
-
 void TestStop::letWorkerEmptyItsQueue() const
 {
-    auto *worker = harness->walle().findChild<FileCrusher *>();
     std::atomic<int> stops{0};
     const QObject context;
     connect(
@@ -70,87 +48,106 @@ void TestStop::letWorkerEmptyItsQueue() const
 
 void TestStop::stopSaysStoppingAtOnceAndIdleWhenTheWorkerStopped()
 {
-    startRunThatStandsStill();
-    const QStringList rows = harness->paths();
-    harness->post(CommandStopCrush);
-    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
+    startRunThatStandsStill(2);
+    const QStringList rows = paths();
     // Nothing was spared, so there is no report.
-    QCOMPARE(harness->log(),
+    QCOMPARE(answerToStop(),
              (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(true),
                             crushEnabled(true), removeEnabled(true), selectAllTicked(true)}));
-    QCOMPARE(harness->checkedPaths(), rows);
+    QCOMPARE(checkedPaths(), rows);
     QVERIFY(entryExists(rows.first()) && entryExists(rows.last()));
-    QCOMPARE(harness->differenceFromJobList(), QString());
+    compareTableWithJobList();
 }
 
 void TestStop::stopBetweenFilesSparesTheOneHandedOverAndReports()
 {
     const QString spared = make("spared");
-    QVERIFY(harness->admitted({makeStubborn("stubborn"), make("first"), spared}));
-    startAndHoldAt(2);
-    QCOMPARE(stopAndRelease(),
+    QVERIFY(admitted({makeStubborn("stubborn"), make("first"), spared}));
+    QVERIFY(holdWorkerAfter(CommandStartCrush, 2));
+    QCOMPARE(answerToStop(),
              (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(true),
                             crushEnabled(true), removeEnabled(true), selectAllTicked(false), idle(),
                             all(1), result(1, 1)}));
-    QCOMPARE(harness->paths(), (QStringList{tree->path("stubborn"), spared}));
+    QCOMPARE(paths(), (QStringList{tree->path("stubborn"), spared}));
     // A later run counts anew, and the worker has not kept what was spared.
-    QVERIFY(harness->finished());
+    QVERIFY(finished());
     answerToClick(1);
-    QVERIFY(harness->admitted({make("last")}));
+    QVERIFY(admitted({make("last")}));
     const SignalRecords answer = answerToRun();
     QVERIFY(answer.contains(all(1)));
     QCOMPARE(answer.last(), result(1, 0));
     QVERIFY(entryExists(spared));
 }
 
+void TestStop::stopWithoutARunTakesBackThePathOfSomebodyElse()
+{
+    const QString file = make("file");
+    QVERIFY(holdWorkerAfter(CommandStopCrush));
+    worker->addPath(file);
+    // It belongs to no run, so there is no report.
+    QCOMPARE(answerToStop(),
+             (SignalRecords{crushEnabled(false), stopping(), idle(), selectAllEnabled(false),
+                            crushEnabled(false), removeEnabled(false)}));
+    letWorkerEmptyItsQueue();
+    QVERIFY(entryExists(file));
+}
+
 /// A verdict on what was taken back, which the worker never gives, but a caller may.
 void TestStop::verdictBetweenStopAndAnswerEndsTheRunOnce()
 {
     addRows(2);
-    const QString spared = harness->paths().last();
-    startAndHoldAt(1);
+    QVERIFY(holdWorkerAfter(CommandStartCrush));
     answerTo({CommandStopCrush});
-    harness->walle().failedOneWalle(spared);
-    harness->takeLog();
-    held.reset();
-    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
-    QVERIFY(harness->performed());
+    walle->failedOneWalle(paths().last());
+    takeLog();
+    releaseWorker();
+    PROMPTLY_VERIFY(!log().isEmpty());
+    QVERIFY(performed());
     QCOMPARE(runLog(), SignalRecords{idle()});
 }
 
-void TestStop::successAfterAStopEndsTheRunWithItsResult()
+void TestStop::verdictAfterAnAnsweredStopEndsTheRunWithItsResult_data()
 {
-    startRunThatStandsStill();
-    harness->post(CommandStopCrush);
-    PROMPTLY_COMPARE(harness->count("setSelectAllCheckBoxState"), 1);
-    harness->takeLog();
-    harness->walle().finishOneWalle(harness->paths().first());
-    QCOMPARE(harness->log(), (SignalRecords{removed(0), idle(), all(1), result(1, 0)}));
+    QTest::addColumn<bool>("isSuccess");
+    QTest::newRow("success") << true;
+    QTest::newRow("failure") << false;
+}
+
+void TestStop::verdictAfterAnAnsweredStopEndsTheRunWithItsResult()
+{
+    QFETCH(bool, isSuccess);
+    startRunThatStandsStill(2);
+    answerToStop();
+    const QString first = paths().first();
+    if (isSuccess)
+        walle->finishOneWalle(first);
+    else
+        walle->failedOneWalle(first);
+    QCOMPARE(takeLog(), isSuccess ? (SignalRecords{removed(0), idle(), all(1), result(1, 0)})
+                                  : (SignalRecords{progress(0, 0), idle(), all(0), result(0, 1)}));
     // The other row is still ticked, in the list as well.
-    QVERIFY(harness->finished());
+    QVERIFY(finished());
     QCOMPARE(answerToRun().last(), result(1, 0));
-    QVERIFY(harness->rows().isEmpty());
+    QCOMPARE(paths(), isSuccess ? QStringList() : QStringList{first});
 }
 
 void TestStop::shutDownSparesWhatWasHandedOver()
 {
     addRows(2);
-    const QString spared = harness->paths().last();
-    startAndHoldAt(1);
-    harness->walle().shutDown();
-    held.reset();
+    QVERIFY(holdWorkerAfter(CommandStartCrush));
+    walle->shutDown();
+    releaseWorker();
     letWorkerEmptyItsQueue();
-    QVERIFY(entryExists(spared));
+    QVERIFY(entryExists(paths().last()));
 }
 
 void TestStop::verdictAfterTheShutDownHandsNothingOver()
 {
-    startRunThatStandsStill();
-    const QStringList rows = harness->paths();
-    harness->walle().shutDown();
-    harness->walle().finishOneWalle(rows.first());
+    startRunThatStandsStill(2);
+    walle->shutDown();
+    walle->finishOneWalle(paths().first());
     letWorkerEmptyItsQueue();
-    QVERIFY(entryExists(rows.last()));
+    QVERIFY(entryExists(paths().last()));
 }
 
 TEST_SUITE(stop, TestStop)

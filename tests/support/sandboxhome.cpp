@@ -4,6 +4,7 @@
 #include "sandboxhome.h"
 
 #include "controller/walle.h"
+#include "ordinaryuser.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,23 +15,12 @@
 namespace testsupport
 {
 
-namespace
-{
-
-QByteArray account(const char *name, uid_t uid, const QString &home)
-{
-    const QByteArray id = QByteArray::number(uid);
-    return QByteArray(name) + ":x:" + id + ":" + id + "::" + home.toUtf8() + ":/bin/sh\n";
-}
-
-void write(const QString &file, const QByteArray &contents)
+static void write(const QString &file, const QByteArray &contents)
 {
     QFile out(file);
     if (!out.open(QIODevice::WriteOnly) || out.write(contents) != contents.size())
         qFatal("cannot write %s", qPrintable(file));
 }
-
-} // namespace
 
 SandboxHome::SandboxHome()
     : homePath(QFileInfo(directory.path()).canonicalFilePath() + QStringLiteral("/home"))
@@ -38,31 +28,23 @@ SandboxHome::SandboxHome()
     QDir().mkpath(homePath);
     OrdinaryUser::give(directory.path());
     OrdinaryUser::give(homePath);
+    const auto account = [this](const char *name, uid_t uid) {
+        return QStringLiteral("%1:x:%2:%2::%3:/bin/sh\n")
+            .arg(QLatin1String(name), QString::number(uid), homePath)
+            .toUtf8();
+    };
+    QByteArray accounts = account("tester", ::getuid());
+    if (OrdinaryUser::id() != ::getuid())
+        accounts += account("ordinary", OrdinaryUser::id());
     const QString passwd = directory.filePath(QStringLiteral("passwd"));
     const QString group = directory.filePath(QStringLiteral("group"));
-    QByteArray accounts = account("tester", ::getuid(), homePath);
-    if (OrdinaryUser::id() != ::getuid())
-        accounts += account("ordinary", OrdinaryUser::id(), homePath);
     write(passwd, accounts);
     write(group, "tester:x:" + QByteArray::number(::getgid()) + ":\n");
     qputenv("NSS_WRAPPER_PASSWD", passwd.toUtf8());
     qputenv("NSS_WRAPPER_GROUP", group.toUtf8());
-}
-
-bool SandboxHome::isInForce() const
-{
-    return directory.isValid() && Walle::historyFilePath() == historyFile();
-}
-
-const char *SandboxHome::advice()
-{
-    return "The history would go to a real home folder. Run this test through ctest, or with "
-           "LD_PRELOAD=libnss_wrapper.so (package libnss-wrapper).";
-}
-
-QString SandboxHome::historyFile() const
-{
-    return homePath + QStringLiteral("/.fileshredderEx.dat");
+    if (!directory.isValid() || Walle::historyFilePath() != historyFile())
+        qFatal("The history would go to a real home folder. Run this test through ctest, or with "
+               "LD_PRELOAD=libnss_wrapper.so (package libnss-wrapper).");
 }
 
 void SandboxHome::forgetHistory() const

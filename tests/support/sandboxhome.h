@@ -1,15 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A home folder for the test program itself. The controller asks the user
-// database where home is, so the sandbox is a passwd file of its own that
-// nss_wrapper, preloaded by ctest, puts in front of the system's. A test that
-// could reach the history of whoever runs it must not run: initTestCase() of
-// each says QVERIFY2(home.isInForce(), home.advice()).
+// A home folder for the test program itself. The controller asks the user database where
+// home is, so the sandbox is a passwd file of its own that nss_wrapper, preloaded by
+// ctest, puts in front of the system's.
 
 #pragma once
-
-#include "ordinaryuser.h"
 
 #include <QByteArrayList>
 #include <QString>
@@ -21,16 +17,12 @@ namespace testsupport
 class SandboxHome
 {
 public:
-    /// Once in a program, before anything asks for a home folder.
+    /// Once in a program, before anything asks for a home folder. Ends the program when the
+    /// controller would keep its history elsewhere, which could be the real home.
     SandboxHome();
 
-    /// True when the controller keeps its history in here.
-    bool isInForce() const;
-    /// What to do when it does not.
-    static const char *advice();
-
     QString path() const { return homePath; }
-    QString historyFile() const;
+    QString historyFile() const { return homePath + QStringLiteral("/.fileshredderEx.dat"); }
     /// Leaves a home without a history.
     void forgetHistory() const;
     void writeHistory(const QByteArray &contents) const;

@@ -1,21 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Everything an object says, in the order it says it: one list across all the
-// signals that the object's own class declares (not those it inherits), so that
-// a test compares whole conversations:
-//
-//     SignalLog log(&crusher);
-//     ...
-//     QCOMPARE(log.records(), (SignalRecords{{"finishPercent", {path, 99}},
-//                                            {"addToHistory", {path}}}));
-//
-// By default a signal is recorded in the thread that emits it, before the emit
-// returns. With Qt::BlockingQueuedConnection it is recorded in the thread that
-// made the log, whose event loop has to run for that.
+// Everything an object says, in the order it says it: one list across all the signals that
+// the object's own class declares, so that a test compares whole conversations.
 
 #pragma once
 
+#include <QByteArrayList>
 #include <QDebug>
 #include <QList>
 #include <QMetaMethod>
@@ -35,10 +26,6 @@ struct SignalRecord {
     SignalRecord(const QByteArray &signal, const QVariantList &values = {})
         : name(signal)
         , arguments(values)
-    {
-    }
-    SignalRecord(const char *signal, const QVariantList &values = {})
-        : SignalRecord(QByteArray(signal), values)
     {
     }
 
@@ -71,15 +58,11 @@ inline char *toString(const SignalRecord &record)
 class SignalLog final : public QObject
 {
 public:
-    using TypeOf = std::function<Qt::ConnectionType(const QByteArray &signal)>;
-
-    explicit SignalLog(const QObject *sender, Qt::ConnectionType type = Qt::DirectConnection)
-        : SignalLog(sender, [type](const QByteArray &) { return type; })
-    {
-    }
-
-    /// @p typeOf tells how each signal is connected.
-    SignalLog(const QObject *sender, const TypeOf &typeOf)
+    /// By default a signal is recorded in the thread that emits it, before the emit returns. With
+    /// Qt::BlockingQueuedConnection, which the signals @p blocking have anyway, it is recorded in
+    /// the thread that made the log, whose event loop has to run for that.
+    explicit SignalLog(const QObject *sender, Qt::ConnectionType type = Qt::DirectConnection,
+                       const QByteArrayList &blocking = {})
     {
         const QMetaObject *meta = sender->metaObject();
         for (int index = meta->methodOffset(); index < meta->methodCount(); ++index) {
@@ -88,7 +71,9 @@ public:
                 continue;
             const int slot = QObject::staticMetaObject.methodCount() + heard.size();
             heard.append(method);
-            if (!QMetaObject::connect(sender, index, this, slot, typeOf(method.name()), nullptr))
+            const bool waits = blocking.contains(method.name());
+            if (!QMetaObject::connect(sender, index, this, slot,
+                                      waits ? Qt::BlockingQueuedConnection : type, nullptr))
                 qFatal("cannot listen to %s", method.methodSignature().constData());
         }
     }
@@ -105,28 +90,18 @@ public:
 
     int count() const { return records().size(); }
 
-    int count(const char *name) const { return argumentsOf(name).size(); }
+    int count(const char *name) const { return firstArguments(name).size(); }
 
     /// The first argument of every record of the signal @p name, in order, as text.
     QStringList firstArguments(const char *name) const
     {
         QStringList texts;
-        const QList<QVariantList> calls = argumentsOf(name);
-        for (const QVariantList &call : calls)
-            texts.append(call.value(0).toString());
-        return texts;
-    }
-
-    /// The arguments of every record of the signal @p name, in order.
-    QList<QVariantList> argumentsOf(const char *name) const
-    {
-        QList<QVariantList> calls;
         const SignalRecords all = records();
         for (const SignalRecord &record : all) {
             if (record.name == name)
-                calls.append(record.arguments);
+                texts.append(record.arguments.value(0).toString());
         }
-        return calls;
+        return texts;
     }
 
     void clear()

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QtTest>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <vector>
@@ -25,20 +26,20 @@ struct Suite {
 };
 
 /// The suites of this program, to which TEST_SUITE() adds.
-std::vector<Suite> &suites();
-
-/// Adds @p suite; the value only allows this to stand outside of functions.
-bool addSuite(const Suite &suite);
-
-/// nullptr when the program has no suite of that name.
-const Suite *suiteNamed(const char *name);
+inline std::vector<Suite> &suites()
+{
+    static std::vector<Suite> ofThisProgram;
+    return ofThisProgram;
+}
 
 /// The whole of main().
 template <typename Application>
 int runSuite(int argc, char **argv)
 {
-    const Suite *suite = suiteNamed(argc > 1 ? argv[1] : "");
-    if (suite == nullptr) {
+    const auto suite = std::find_if(suites().cbegin(), suites().cend(), [&](const Suite &known) {
+        return argc > 1 && qstrcmp(known.name, argv[1]) == 0;
+    });
+    if (suite == suites().cend()) {
         for (const Suite &known : suites())
             std::puts(known.name);
         return 2;
@@ -58,6 +59,9 @@ int runSuite(int argc, char **argv)
 #define TEST_SUITE(suite, TestClass) TEST_SUITE_PREPARED_BY(suite, TestClass, nullptr)
 
 #define TEST_SUITE_PREPARED_BY(suite, TestClass, prepare)                                          \
-    static const bool is##TestClass##Added = testsupport::addSuite(                                \
-        {#suite, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },       \
-         prepare});
+    static const bool is##TestClass##Added = [] {                                                  \
+        testsupport::suites().push_back(                                                           \
+            {#suite, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },   \
+             prepare});                                                                            \
+        return true;                                                                               \
+    }();

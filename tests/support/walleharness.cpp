@@ -4,89 +4,70 @@
 #include "walleharness.h"
 
 #include "engine/filecrusher.h"
-#include "promptly.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSemaphore>
 #include <QUrl>
 #include <QtTest>
 
+#include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace testsupport
 {
 
-struct HeldWorker::Reports {
-    std::atomic<int> left;
-    QSemaphore arrived;
+struct WalleHarness::Gate {
+    explicit Gate(int report)
+        : reportsUntilClosed(report)
+    {
+    }
+
+    std::atomic<int> reportsUntilClosed;
+    std::atomic<bool> workerIsHeld{false};
     QSemaphore released;
 };
 
-/// The controller's own connections are older and so are served first.
-HeldWorker::HeldWorker(const Walle &walle, int report)
-    : reports(std::make_shared<Reports>())
+void WalleHarness::startController()
 {
-    reports->left = report;
-    const auto hold = [reports = reports] {
-        if (--reports->left != 0)
-            return;
-        reports->arrived.release();
-        QCoreApplication::eventDispatcher()->wakeUp(); // a promptly() for stands() goes on at once
-        reports->released.acquire();
-    };
-    const auto *worker = walle.findChild<FileCrusher *>();
-    connections.append(QObject::connect(worker, &FileCrusher::finishOne, hold));
-    connections.append(QObject::connect(worker, &FileCrusher::failedOne, hold));
-    connections.append(QObject::connect(worker, &FileCrusher::stopped, hold));
+    walle = new Walle;
+    worker = walle->findChild<FileCrusher *>();
+    // Before the window, for which the controller thread waits.
+    emissions = std::make_unique<SignalLog>(walle);
+    window = std::make_unique<SignalLog>(
+        walle, Qt::AutoConnection,
+        QByteArrayList{"addRowToMainTable", "addRowToHistoryTable", "removeRowFromHistoryTable",
+                       "clipboardSetText", "setHistoryButtonEnabled", "alertDialog"});
+    window->onRecord = [this](const SignalRecord &signal) { receive(signal); };
+    records.clear();
+    table.clear();
+    shownRunState = RunState::Idle;
+    results = 0;
+    barriers = 0;
+    copies = 0;
+    walle->start(QThread::InheritPriority);
 }
 
-HeldWorker::~HeldWorker()
+void WalleHarness::leaveController()
 {
-    for (const QMetaObject::Connection &connection : qAsConst(connections))
-        QObject::disconnect(connection);
-    reports->released.release();
-}
-
-bool HeldWorker::stands() const
-{
-    return reports->arrived.available() > 0;
-}
-
-/// As the main window connects.
-static Qt::ConnectionType connectionOf(const QByteArray &signal)
-{
-    static const QByteArrayList blocking{"addRowToMainTable",         "addRowToHistoryTable",
-                                         "removeRowFromHistoryTable", "clipboardSetText",
-                                         "setHistoryButtonEnabled",   "alertDialog"};
-    return blocking.contains(signal) ? Qt::BlockingQueuedConnection : Qt::AutoConnection;
-}
-
-WalleHarness::WalleHarness()
-    : controller(new Walle)
-    , emissions(controller)
-    , window(controller, connectionOf)
-{
-    emissions.onRecord = [this](const SignalRecord &signal) {
-        const char *const awaited = awaitedEmission;
-        if (awaited != nullptr && signal.name == awaited)
-            emitted.release();
-    };
-    window.onRecord = [this](const SignalRecord &signal) { receive(signal); };
-    controller->start(QThread::InheritPriority);
-}
-
-WalleHarness::~WalleHarness()
-{
-    controller->shutDown();
+    releaseWorker();
+    walle->shutDown();
+    gate.reset();
+    onSignal = nullptr;
 }
 
 void WalleHarness::receive(const SignalRecord &signal)
 {
-    static const QByteArrayList rowSignals{"removeRowFromMainTable", "setTableItemCheckBoxState",
-                                           "setTableRowHeight"};
     const QVariant first = signal.arguments.value(0);
+    const auto row = [&] {
+        if (first.toInt() < 0 || first.toInt() >= table.size())
+            qFatal("%s names no row of the table", signal.name.constData());
+        return first.toInt();
+    };
     if (signal.name == "clipboardSetText") {
         if (copies == 0) {
             --barriers;
@@ -95,37 +76,42 @@ void WalleHarness::receive(const SignalRecord &signal)
         --copies;
     } else if (signal.name == "addRowToMainTable") {
         table.append({first.toString()});
+    } else if (signal.name == "removeRowFromMainTable") {
+        table.removeAt(row());
+    } else if (signal.name == "setTableItemCheckBoxState") {
+        table[row()].checked = signal.arguments.at(1).toBool();
+    } else if (signal.name == "setTableRowHeight") {
+        row();
     } else if (signal.name == "setCrushStarted") {
         shownRunState = first.toInt();
     } else if (signal.name == "showResultDialog") {
         ++results;
-    } else if (rowSignals.contains(signal.name)) {
-        const int row = first.toInt();
-        if (row < 0 || row >= table.size())
-            QTest::qFail("a signal names no row of the table", __FILE__, __LINE__);
-        else if (signal.name == "removeRowFromMainTable")
-            table.removeAt(row);
-        else if (signal.name == "setTableItemCheckBoxState")
-            table[row].checked = signal.arguments.at(1).toBool();
     }
     records.append(signal);
     if (onSignal)
-        onSignal(records.last());
+        onSignal(signal);
 }
 
-void WalleHarness::choose(const QStringList &names) const
+void WalleHarness::post(int code)
 {
-    controller->addChosenFiles(names);
+    if (code == CommandCopyHistory)
+        ++copies;
+    walle->postCommand(code);
+}
+
+void WalleHarness::choose(const QStringList &names)
+{
+    walle->addChosenFiles(names);
     post(CommandAddChosen);
 }
 
-void WalleHarness::drop(const QList<QUrl> &urls) const
+void WalleHarness::drop(const QList<QUrl> &urls)
 {
-    controller->addDroppedUrls(urls);
+    walle->addDroppedUrls(urls);
     post(CommandAddDropped);
 }
 
-void WalleHarness::dropFiles(const QStringList &paths) const
+void WalleHarness::dropFiles(const QStringList &paths)
 {
     QList<QUrl> urls;
     for (const QString &path : paths)
@@ -133,35 +119,33 @@ void WalleHarness::dropFiles(const QStringList &paths) const
     drop(urls);
 }
 
-void WalleHarness::click(int row) const
+void WalleHarness::click(const QString &path)
 {
-    controller->postCellToggle(CellToggle{row, !table.at(row).checked, table.at(row).path});
+    walle->postCellToggle(CellToggle{0, false, path});
     post(CommandToggleRow);
-}
-
-void WalleHarness::copyHistory()
-{
-    ++copies;
-    post(CommandCopyHistory);
 }
 
 bool WalleHarness::performed()
 {
     ++barriers;
-    post(CommandCopyHistory);
+    walle->postCommand(CommandCopyHistory);
     return promptly([this] { return barriers == 0; });
 }
 
-bool WalleHarness::emittedUnheard(const char *signal, const std::function<void()> &request,
-                                  int milliseconds)
+bool WalleHarness::finished()
 {
-    const int heard = count(signal);
-    emitted.acquire(emitted.available());
-    awaitedEmission = signal;
-    request();
-    const bool done = emitted.tryAcquire(1, milliseconds);
-    awaitedEmission = nullptr;
-    return done && count(signal) == heard;
+    if (!promptly([this] { return results > 0; }))
+        return false;
+    --results;
+    return true;
+}
+
+bool WalleHarness::admitted(const QStringList &paths)
+{
+    choose(paths);
+    const bool done = performed();
+    takeLog();
+    return done;
 }
 
 SignalRecords WalleHarness::answerTo(const std::function<void()> &request)
@@ -173,37 +157,56 @@ SignalRecords WalleHarness::answerTo(const std::function<void()> &request)
     return takeLog();
 }
 
-bool WalleHarness::admitted(const QStringList &paths)
+SignalRecords WalleHarness::answerTo(const QList<int> &codes)
 {
-    choose(paths);
-    const bool done = performed();
-    takeLog();
-    return done;
+    return answerTo([&] {
+        for (const int code : codes)
+            post(code);
+    });
 }
 
-bool WalleHarness::finished()
+SignalRecords WalleHarness::answerToClick(int row)
 {
-    if (!promptly([this] { return results > 0; }))
-        return false;
-    --results;
-    return true;
+    return answerTo([&] { click(row); });
+}
+
+SignalRecords WalleHarness::answerToRun()
+{
+    return answerTo([this] {
+        post(CommandStartCrush);
+        if (!finished())
+            qFatal("the run does not end");
+    });
+}
+
+bool WalleHarness::emittedUnheard(const char *signal, const std::function<void()> &request,
+                                  int milliseconds) const
+{
+    const int before = emissions->count(signal);
+    request();
+    const QDeadlineTimer deadline(milliseconds);
+    while (emissions->count(signal) == before && !deadline.hasExpired())
+        QThread::yieldCurrentThread();
+    return emissions->count(signal) > before;
+}
+
+void WalleHarness::onNext(const char *name, const std::function<void()> &step)
+{
+    onSignal = [this, name, step](const SignalRecord &signal) {
+        if (signal.name != name)
+            return;
+        const auto once = step; // the next line destroys this function
+        onSignal = nullptr;
+        once();
+    };
 }
 
 SignalRecords WalleHarness::log(const QByteArrayList &names) const
 {
     SignalRecords chosen;
-    for (const SignalRecord &record : records) {
-        if (names.contains(record.name))
-            chosen.append(record);
-    }
+    std::copy_if(records.cbegin(), records.cend(), std::back_inserter(chosen),
+                 [&](const SignalRecord &record) { return names.contains(record.name); });
     return chosen;
-}
-
-SignalRecords WalleHarness::takeLog()
-{
-    emissions.clear();
-    window.clear();
-    return std::exchange(records, {});
 }
 
 QStringList WalleHarness::paths() const
@@ -224,66 +227,41 @@ QStringList WalleHarness::checkedPaths() const
     return checked;
 }
 
-/// The rows that the controller names in @p signal when asked for @p request.
-QVector<int> WalleHarness::rowsAnsweringTo(const std::function<void()> &request, const char *signal)
+bool WalleHarness::holdWorkerAfter(int code, int report)
 {
-    QVector<int> rows;
-    const SignalRecords answer = answerTo(request);
-    for (const SignalRecord &record : answer) {
-        if (record.name == signal)
-            rows.append(record.arguments.first().toInt());
-    }
-    return rows;
+    gate = std::make_shared<Gate>(report);
+    const auto pass = [gate = gate] {
+        if (--gate->reportsUntilClosed != 0)
+            return;
+        gate->workerIsHeld = true;
+        QCoreApplication::eventDispatcher()->wakeUp(); // promptly() looks again
+        gate->released.acquire();
+    };
+    // Behind the controller's own connections.
+    QObject::connect(worker, &FileCrusher::finishOne, pass);
+    QObject::connect(worker, &FileCrusher::failedOne, pass);
+    QObject::connect(worker, &FileCrusher::stopped, pass);
+    post(code);
+    return promptly([this] { return gate->workerIsHeld.load(); }) && performed();
 }
 
-QString WalleHarness::differenceFromJobList()
+void WalleHarness::releaseWorker()
 {
-    performed();
-    QVector<int> unchecked;
-    for (int row = 0; row < table.size(); ++row) {
-        if (!table.at(row).checked)
-            unchecked.append(row);
-    }
-    const char *tick = "setTableItemCheckBoxState";
-    if (rowsAnsweringTo([this] { post(CommandCheckAll); }, tick) != unchecked)
-        return QStringLiteral("other rows are ticked in the list");
-    for (int row = 0; row < table.size(); ++row) {
-        if (rowsAnsweringTo([this, row] { click(row); }, tick) != QVector<int>{row})
-            return QStringLiteral("%1 is in another row of the list").arg(table.at(row).path);
-    }
-    const int shownRows = table.size();
-    post(CommandCheckAll);
-    const QVector<int> removals =
-        rowsAnsweringTo([this] { post(CommandRemoveChecked); }, "removeRowFromMainTable");
-    if (removals != QVector<int>(shownRows, 0))
-        return QStringLiteral("the list has %1 rows, the table %2")
-            .arg(removals.size())
-            .arg(shownRows);
-    return QString();
-}
-
-void WalleTest::initTestCase()
-{
-    QVERIFY2(home.isInForce(), home.advice());
+    if (gate)
+        gate->released.release();
 }
 
 void WalleTest::init()
 {
     home.forgetHistory();
     tree = std::make_unique<TemporaryTree>();
-    harness = std::make_unique<WalleHarness>();
+    startController();
 }
 
 void WalleTest::cleanup()
 {
-    held.reset();
-    harness.reset();
+    leaveController();
     tree.reset();
-}
-
-QString WalleTest::make(const char *name, qint64 size) const
-{
-    return tree->makeFile(QString::fromUtf8(name), size);
 }
 
 QStringList WalleTest::makeFiles(const char *prefix, int count) const
@@ -296,9 +274,7 @@ QStringList WalleTest::makeFiles(const char *prefix, int count) const
 
 QString WalleTest::makeStubborn(const char *name) const
 {
-    tree->makeFolder(QLatin1String(name));
-    tree->makeFifo(QLatin1String(name) + QStringLiteral("/fifo"));
-    return tree->path(QLatin1String(name));
+    return QFileInfo(tree->makeFifo(QLatin1String(name) + QStringLiteral("/fifo"))).path();
 }
 
 void WalleTest::becomeFifo(const QString &path) const
@@ -315,64 +291,49 @@ void WalleTest::becomeFile(const QString &path) const
 
 void WalleTest::addRows(int count)
 {
-    QVERIFY(harness->admitted(makeFiles("row", count)));
-    QCOMPARE(harness->rows().size(), count);
+    QVERIFY(admitted(makeFiles("row", count)));
+    QCOMPARE(paths().size(), count);
 }
 
-SignalRecords WalleTest::answerTo(const QList<int> &codes)
+void WalleTest::startRunThatStandsStill(int rows)
 {
-    return harness->answerTo([&] {
-        for (const int code : codes)
-            harness->post(code);
+    addRows(rows);
+    becomeFifo(paths().first());
+    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
+}
+
+SignalRecords WalleTest::answerToStop()
+{
+    return answerTo([this] {
+        post(CommandStopCrush);
+        performed();
+        releaseWorker();
+        promptly([this] { return log().contains(idle()); });
     });
 }
 
-SignalRecords WalleTest::answerToClick(int row)
+void WalleTest::compareTableWithJobList()
 {
-    return harness->answerTo([&] { harness->click(row); });
-}
-
-SignalRecords WalleTest::answerToRun()
-{
-    return harness->answerTo([this] {
-        harness->post(CommandStartCrush);
-        if (!harness->finished())
-            qFatal("the run does not end");
-    });
-}
-
-SignalRecords WalleTest::runLog() const
-{
-    return harness->log({"setCrushStarted", "finishAll", "showResultDialog"});
-}
-
-void WalleTest::holdIdleWorker()
-{
-    held = std::make_unique<HeldWorker>(harness->walle());
-    harness->post(CommandStopCrush);
-    PROMPTLY_VERIFY(held->stands());
-    QVERIFY(harness->performed());
-    harness->takeLog();
-}
-
-void WalleTest::startAndHoldAt(int verdict)
-{
-    held = std::make_unique<HeldWorker>(harness->walle(), verdict);
-    harness->post(CommandStartCrush);
-    PROMPTLY_VERIFY(held->stands());
-    QVERIFY(harness->performed());
-    harness->takeLog();
-}
-
-void WalleTest::onNext(const char *name, const std::function<void()> &step)
-{
-    harness->onSignal = [this, name, step](const SignalRecord &signal) {
-        if (signal.name != name)
-            return;
-        const auto once = step; // the next line destroys this function
-        harness->onSignal = nullptr;
-        once();
-    };
+    QVERIFY(performed());
+    SignalRecords expected;
+    const QStringList rows = paths();
+    for (int row = 0; row < rows.size(); ++row) {
+        if (!checkedPaths().contains(rows.at(row)))
+            expected += ticked(row, true);
+    }
+    for (const bool on : {false, true}) {
+        for (int row = 0; row < rows.size(); ++row)
+            expected += ticked(row, on);
+    }
+    expected += SignalRecords(QVector<SignalRecord>(rows.size(), removed(0)).toList());
+    takeLog();
+    post(CommandCheckAll);
+    for (const QString &path : rows)
+        click(path);
+    post(CommandCheckAll);
+    post(CommandRemoveChecked);
+    QVERIFY(performed());
+    QCOMPARE(log({"setTableItemCheckBoxState", "removeRowFromMainTable"}), expected);
 }
 
 } // namespace testsupport

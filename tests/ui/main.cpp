@@ -9,8 +9,6 @@
 int main(int argc, char **argv)
 {
     testsupport::moveIntoTestHome();
-    if (!testsupport::testHome().isInForce())
-        qFatal("%s", testsupport::SandboxHome::advice());
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
     return testsupport::runSuite<QApplication>(argc, argv);
 }

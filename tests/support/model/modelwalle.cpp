@@ -3,8 +3,6 @@
 
 #include "modelwalle.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 
 namespace testsupport
@@ -13,30 +11,25 @@ namespace testsupport
 namespace
 {
 
-constexpr quint32 notFound = 0x01;
-constexpr quint32 unknownType = 0x02;
-constexpr quint32 noPermission = 0x04;
-constexpr quint32 duplicate = 0x08;
-constexpr quint32 overLimit = 0x10;
+enum Command {
+    RemoveChecked = 0,
+    StartCrush = 1,
+    ClearHistory = 2,
+    CopyHistory = 3,
+    CheckAll = 6,
+    UncheckAll = 7,
+    StopCrush = 9,
+    LoadHistory = 10
+};
+enum Reason { NotFound = 1, UnknownType = 2, NoPermission = 4, Duplicate = 8, OverLimit = 16 };
+enum State { Idle = 1, Running = 2, Stopping = 3 };
 constexpr int mostRows = 200;
-
-constexpr int idle = 1;
-constexpr int running = 2;
-constexpr int stopping = 3;
 constexpr int linesPerEntry = 3;
 
-/// An entry has three lines whatever it is called.
-QString inOneLine(QString text)
+/// As QString::fromUtf8(), which drops a byte order mark at the beginning; in one line.
+QString textOf(const QByteArray &bytes)
 {
-    return text.replace(QLatin1Char('\n'), QStringLiteral("\u2424"));
-}
-
-/// What the system has everywhere and an ordinary user may not write.
-bool isSystemFolder(const QString &path)
-{
-    return QStringList{QStringLiteral("/"), QStringLiteral("/etc"), QStringLiteral("/usr/bin"),
-                       QStringLiteral("/proc")}
-        .contains(path);
+    return QString::fromUtf8('/' + bytes).mid(1).replace(QLatin1Char('\n'), QChar(0x2424));
 }
 
 } // namespace
@@ -54,58 +47,71 @@ void ModelWalle::say(const char *name, const QVariantList &arguments)
         onSignal(said.last());
 }
 
-void ModelWalle::lookAtDisk()
+void ModelWalle::sayButtons(bool enabled)
 {
-    picture = ModelDisk(picture.folder());
+    say("setCrushButtonEnabled", {enabled});
+    say("setRemoveButtonEnabled", {enabled});
 }
 
-QStringList ModelWalle::paths() const
+void ModelWalle::sayWhatIsLeft()
 {
-    QStringList all;
-    for (const Row &row : rows)
-        all.append(row.path);
-    return all;
+    if (checked.isEmpty())
+        sayButtons(false);
+    if (rows.isEmpty()) {
+        sayBox(false);
+        say("setSelectAllCheckBoxEnabled", {false});
+    }
 }
 
-int ModelWalle::rowOf(const QString &path) const
+void ModelWalle::post(int code)
 {
-    return paths().indexOf(path);
-}
-
-int ModelWalle::firstChecked() const
-{
-    const auto found =
-        std::find_if(rows.begin(), rows.end(), [](const Row &row) { return row.checked; });
-    return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
-}
-
-bool ModelWalle::anyUnchecked() const
-{
-    return std::any_of(rows.begin(), rows.end(), [](const Row &row) { return !row.checked; });
+    switch (code) {
+    case RemoveChecked:
+        while (!checked.isEmpty())
+            removeRow(firstChecked());
+        return sayWhatIsLeft();
+    case StartCrush:
+        return start();
+    case ClearHistory:
+        return historyFile.clear();
+    case CopyHistory:
+        return copyHistory();
+    case CheckAll:
+    case UncheckAll:
+        return setAllChecked(code == CheckAll);
+    case StopCrush:
+        return stop();
+    case LoadHistory:
+        return loadHistory();
+    default: // nothing comes of a batch or a click that was not posted
+        return;
+    }
 }
 
 /// The one reason not to take @p path in, or 0.
 quint32 ModelWalle::admit(const QString &path)
 {
+    // What the system has everywhere and an ordinary user may not write.
+    static const QByteArrayList systemFolders{"/", "/etc", "/usr/bin", "/proc"};
     const QByteArray name = path.toUtf8();
-    const bool isLink = picture.isLink(name);
-    if (path == QLatin1String("/dev/null"))
-        return unknownType;
-    if (isSystemFolder(path))
-        return noPermission;
-    if (!isLink) { // a link stands for itself, whatever it leads to
+    if (name == "/dev/null")
+        return UnknownType;
+    if (systemFolders.contains(name))
+        return NoPermission;
+    if (!picture.isLink(name)) { // a link stands for itself, whatever it leads to
         if (!picture.exists(name))
-            return notFound;
+            return NotFound;
         if (!picture.isFile(name) && !picture.isDirectory(name))
-            return unknownType;
+            return UnknownType;
         if (!picture.isOpenToUser(name))
-            return noPermission;
+            return NoPermission;
     }
-    if (rowOf(path) >= 0)
-        return duplicate;
+    if (rows.contains(path))
+        return Duplicate;
     if (rows.size() >= mostRows)
-        return overLimit;
-    rows.append(Row{path});
+        return OverLimit;
+    rows.append(path);
+    checked.insert(path);
     say("addRowToMainTable", {path});
     return 0;
 }
@@ -115,111 +121,80 @@ void ModelWalle::choose(const QStringList &names)
     quint32 reasons = 0;
     for (const QString &name : names)
         reasons |= admit(name);
-    finishBatch(reasons);
+    endBatch(reasons);
 }
 
-void ModelWalle::drop(const QStringList &paths)
+void ModelWalle::drop(const QList<QUrl> &urls)
 {
     quint32 reasons = 0;
-    for (const QString &path : paths) {
-        if (path.isEmpty())
+    for (const QUrl &url : urls) {
+        if (!url.isLocalFile())
             break;
-        const quint32 reason = admit(path);
+        const quint32 reason = admit(url.toLocalFile());
         reasons |= reason;
-        if (reason == overLimit)
+        if (reason == OverLimit)
             break;
     }
-    finishBatch(reasons);
+    endBatch(reasons);
 }
 
-void ModelWalle::finishBatch(quint32 reasons)
+void ModelWalle::endBatch(quint32 reasons)
 {
-    refresh(1);
+    if (!rows.isEmpty())
+        say("setSelectAllCheckBoxEnabled", {true});
+    if (!checked.isEmpty())
+        sayButtons(true);
+    if (!rows.isEmpty() && allAreChecked())
+        sayBox(true);
     if (reasons != 0)
         say("alertDialog", {reasons});
 }
 
-void ModelWalle::setAllChecked(bool checked)
+void ModelWalle::setAllChecked(bool on)
 {
     for (int row = 0; row < rows.size(); ++row) {
-        if (rows.at(row).checked == checked)
+        const QString &path = rows.at(row);
+        if (checked.contains(path) == on)
             continue;
-        rows[row].checked = checked;
-        say("setTableItemCheckBoxState", {row, checked});
+        if (on)
+            checked.insert(path);
+        else
+            checked.remove(path);
+        say("setTableItemCheckBoxState", {row, on});
     }
-    refresh(checked ? 3 : 4);
+    sayBox(on);
+    sayButtons(on);
 }
 
 void ModelWalle::click(const QString &path)
 {
-    const int row = rowOf(path);
+    const int row = rows.indexOf(path);
     if (row < 0)
         return;
-    const bool checked = !rows.at(row).checked;
-    rows[row].checked = checked;
-    say("setTableItemCheckBoxState", {row, checked});
-    if (checked)
-        refresh(anyUnchecked() ? 5 : 3);
-    else
-        refresh(hasChecked() ? 6 : 4);
+    const bool on = !checked.remove(path);
+    if (on)
+        checked.insert(path);
+    say("setTableItemCheckBoxState", {row, on});
+    if (!on || allAreChecked())
+        sayBox(on);
+    if (on || checked.isEmpty())
+        sayButtons(on);
 }
 
-void ModelWalle::removeChecked()
+void ModelWalle::removeRow(const QString &path)
 {
-    for (int row = firstChecked(); row >= 0; row = firstChecked()) {
-        rows.removeAt(row);
-        say("removeRowFromMainTable", {row});
-    }
-    refresh(2);
+    const int row = rows.indexOf(path);
+    rows.removeAt(row);
+    checked.remove(path);
+    say("removeRowFromMainTable", {row});
 }
 
-void ModelWalle::sayCrushAndRemove(bool enabled)
+/// Empty when no row is checked.
+QString ModelWalle::firstChecked() const
 {
-    say("setCrushButtonEnabled", {enabled});
-    say("setRemoveButtonEnabled", {enabled});
-}
-
-/// What the controls are told after each kind of change; the numbers are those of the situations.
-void ModelWalle::refresh(int situation)
-{
-    const bool none = rows.isEmpty();
-    switch (situation) {
-    case 1:
-        if (none)
-            return;
-        say("setSelectAllCheckBoxEnabled", {true});
-        if (hasChecked())
-            sayCrushAndRemove(true);
-        if (!anyUnchecked())
-            say("setSelectAllCheckBoxState", {true});
-        return;
-    case 2:
-        if (!hasChecked())
-            sayCrushAndRemove(false);
-        if (none) {
-            say("setSelectAllCheckBoxState", {false});
-            say("setSelectAllCheckBoxEnabled", {false});
-        }
-        return;
-    case 3:
-    case 4:
-        say("setSelectAllCheckBoxState", {situation == 3});
-        return sayCrushAndRemove(situation == 3);
-    case 5:
-        return sayCrushAndRemove(true);
-    case 6:
-        return say("setSelectAllCheckBoxState", {false});
-    case 7:
-        return say("setCrushButtonEnabled", {false});
-    case 8:
-        say("setSelectAllCheckBoxEnabled", {!none});
-        sayCrushAndRemove(hasChecked());
-        if (!none)
-            say("setSelectAllCheckBoxState", {!anyUnchecked()});
-        return;
-    default:
-        return;
-    }
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [this](const QString &path) { return checked.contains(path); });
+    return found == rows.end() ? QString() : *found;
 }
 
 void ModelWalle::start()
@@ -231,32 +206,29 @@ void ModelWalle::start()
     succeeded = 0;
     failed = 0;
     stopPending = false;
-    say("setCrushStarted", {running});
-    crushNext();
+    say("setCrushStarted", {Running});
+    goOn();
 }
 
-void ModelWalle::crushNext()
+void ModelWalle::goOn()
 {
-    const int row = firstChecked();
-    if (row >= 0 && !stopPending) {
-        const QString path = rows.at(row).path;
-        const QByteArray name = path.toUtf8();
-        const bool exists = picture.exists(name) || picture.isLink(name);
-        // What took the place of a file and is none is not handed over, and no verdict comes.
-        if (!exists || picture.isLink(name) || picture.isFile(name) || picture.isDirectory(name))
-            queue.append(path);
-        return;
-    }
-    endRun();
+    const QString path = firstChecked();
+    const QByteArray name = path.toUtf8();
+    if (path.isEmpty() || stopPending)
+        endRun();
+    else if (picture.isLink(name) || !picture.exists(name) || picture.isFile(name)
+             || picture.isDirectory(name))
+        queue.append(path);
+    // What took the place of a file and is none is not handed over, and no verdict comes.
 }
 
 void ModelWalle::endRun()
 {
     open = false;
     spared = false;
-    say("setCrushStarted", {idle});
+    say("setCrushStarted", {Idle});
     say("finishAll", {finished});
-    refresh(2);
+    sayWhatIsLeft();
     finished = 0;
     say("showResultDialog", {1U, succeeded, failed});
 }
@@ -267,8 +239,8 @@ void ModelWalle::stop()
     worker.stopRequested = true;
     spared = spared || (open && !queue.isEmpty());
     queue.clear();
-    refresh(7);
-    say("setCrushStarted", {stopping});
+    say("setCrushButtonEnabled", {false});
+    say("setCrushStarted", {Stopping});
 }
 
 void ModelWalle::work()
@@ -281,51 +253,39 @@ void ModelWalle::work()
 void ModelWalle::hearWorker(const SignalRecord &report)
 {
     const QString path = report.arguments.value(0).toString();
+    const QString first = firstChecked();
     ++reports;
-    if (report.name == "finishOne")
-        return finishOne(path);
-    if (report.name == "failedOne")
-        return failedOne(path);
-    if (report.name == "finishPercent")
-        return showPercent(path, report.arguments.at(1).toInt());
-    if (report.name == "addToHistory")
-        return record(path);
-    const bool endsTheRun = spared;
-    open = false;
-    say("setCrushStarted", {idle});
-    refresh(8);
-    if (endsTheRun) // no verdict will
-        endRun();
-}
-
-void ModelWalle::finishOne(const QString &path)
-{
-    const int row = firstChecked();
-    if (row < 0)
-        return;
-    if (rows.at(row).path == path) {
-        rows.removeAt(row);
-        say("removeRowFromMainTable", {row});
-        ++finished;
-        ++succeeded;
+    if (report.name == "finishPercent") {
+        showPercent(path, report.arguments.at(1).toInt());
+    } else if (report.name == "addToHistory") {
+        record(path);
+    } else if (report.name == "stopped") {
+        const bool noVerdictWillCome = spared;
+        open = false;
+        say("setCrushStarted", {Idle});
+        say("setSelectAllCheckBoxEnabled", {!rows.isEmpty()});
+        sayButtons(!checked.isEmpty());
+        if (!rows.isEmpty())
+            sayBox(allAreChecked());
+        if (noVerdictWillCome)
+            endRun();
+    } else if (!first.isEmpty()) {
+        if (report.name == "failedOne") {
+            checked.remove(first);
+            ++failed;
+            showPercent(path, 0);
+        } else if (path == first) {
+            removeRow(path);
+            ++finished;
+            ++succeeded;
+        }
+        goOn();
     }
-    crushNext();
-}
-
-void ModelWalle::failedOne(const QString &path)
-{
-    const int row = firstChecked();
-    if (row < 0)
-        return;
-    rows[row].checked = false;
-    ++failed;
-    showPercent(path, 0);
-    crushNext();
 }
 
 void ModelWalle::showPercent(const QString &path, int percent)
 {
-    const int row = rowOf(path);
+    const int row = rows.indexOf(path);
     if (row >= 0 && percent >= 0 && percent <= 100)
         say("setTableRowHeight", {row, percent});
 }
@@ -333,12 +293,10 @@ void ModelWalle::showPercent(const QString &path, int percent)
 void ModelWalle::record(const QString &path)
 {
     const QByteArray bytes = path.toUtf8();
-    if (picture.exists(bytes))
-        return;
     const int slash = bytes.lastIndexOf('/');
-    historyFile.append(someTime());
-    historyFile.append(inOneLine(QString::fromUtf8('/' + bytes.mid(slash + 1)).mid(1)));
-    historyFile.append(inOneLine(QString::fromUtf8(cleaned(bytes.left(slash)))));
+    if (!picture.exists(bytes))
+        historyFile << someTime() << textOf(bytes.mid(slash + 1))
+                    << textOf(cleaned(bytes.left(slash)));
 }
 
 void ModelWalle::loadHistory()
@@ -361,32 +319,10 @@ void ModelWalle::copyHistory()
 {
     QString text;
     for (int line = 0; line < historyLines.size(); line += linesPerEntry)
-        text += QStringLiteral("日期：") + historyLines.at(line)
-                + QStringLiteral("\t已粉碎的文件或目录名：") + historyLines.at(line + 1)
-                + QStringLiteral("\t路径：") + historyLines.at(line + 2) + QLatin1Char('\n');
+        text +=
+            QStringLiteral("日期：%1\t已粉碎的文件或目录名：%2\t路径：%3\n")
+                .arg(historyLines.at(line), historyLines.at(line + 1), historyLines.at(line + 2));
     say("clipboardSetText", {text});
-}
-
-void ModelWalle::clearHistory()
-{
-    historyFile.clear();
-}
-
-QString someTime()
-{
-    return QStringLiteral("0000-00-00 00:00:00");
-}
-
-SignalRecords withSomeTime(SignalRecords said)
-{
-    const QRegularExpression time(
-        QStringLiteral("(^|日期：)20\\d\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"));
-    for (SignalRecord &record : said) {
-        if (record.name == "addRowToHistoryTable" || record.name == "clipboardSetText")
-            record.arguments[0] =
-                record.arguments.at(0).toString().replace(time, QStringLiteral("\\1") + someTime());
-    }
-    return said;
 }
 
 } // namespace testsupport
