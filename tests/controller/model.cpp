@@ -343,8 +343,6 @@ void TestModelController::beginAnew()
     home.forgetHistory();
     answerToStop(); // a run that nothing but a stop ends
     answerTo({CommandCheckAll, CommandRemoveChecked, CommandStartCrush, CommandLoadHistory});
-    finished();
-    takeLog();
 }
 
 void TestModelController::controllerAgreesWithTheModel()

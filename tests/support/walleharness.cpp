@@ -45,8 +45,7 @@ void WalleHarness::startController()
     window->onRecord = [this](const SignalRecord &signal) { receive(signal); };
     records.clear();
     table.clear();
-    shownRunState = RunState::Idle;
-    results = 0;
+    unticked.clear();
     barriers = 0;
     copies = 0;
     walle->start(QThread::InheritPriority);
@@ -75,17 +74,16 @@ void WalleHarness::receive(const SignalRecord &signal)
         }
         --copies;
     } else if (signal.name == "addRowToMainTable") {
-        table.append({first.toString()});
+        table.append(first.toString());
     } else if (signal.name == "removeRowFromMainTable") {
-        table.removeAt(row());
+        unticked.remove(table.takeAt(row()));
     } else if (signal.name == "setTableItemCheckBoxState") {
-        table[row()].checked = signal.arguments.at(1).toBool();
+        if (signal.arguments.at(1).toBool())
+            unticked.remove(table.at(row()));
+        else
+            unticked.insert(table.at(row()));
     } else if (signal.name == "setTableRowHeight") {
         row();
-    } else if (signal.name == "setCrushStarted") {
-        shownRunState = first.toInt();
-    } else if (signal.name == "showResultDialog") {
-        ++results;
     }
     records.append(signal);
     if (onSignal)
@@ -134,10 +132,7 @@ bool WalleHarness::performed()
 
 bool WalleHarness::finished()
 {
-    if (!promptly([this] { return results > 0; }))
-        return false;
-    --results;
-    return true;
+    return promptly([this] { return count("showResultDialog") > 0; });
 }
 
 bool WalleHarness::admitted(const QStringList &paths)
@@ -209,21 +204,11 @@ SignalRecords WalleHarness::log(const QByteArrayList &names) const
     return chosen;
 }
 
-QStringList WalleHarness::paths() const
-{
-    QStringList all;
-    for (const Row &row : table)
-        all.append(row.path);
-    return all;
-}
-
 QStringList WalleHarness::checkedPaths() const
 {
-    QStringList checked;
-    for (const Row &row : table) {
-        if (row.checked)
-            checked.append(row.path);
-    }
+    QStringList checked = table;
+    for (const QString &path : unticked)
+        checked.removeOne(path);
     return checked;
 }
 

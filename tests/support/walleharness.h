@@ -14,6 +14,7 @@
 #include "temporarytree.h"
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
@@ -40,13 +41,13 @@ public:
     /// A click on the row that shows @p path.
     void click(const QString &path);
     /// A click on @p row of the table.
-    void click(int row) { click(table.at(row).path); }
+    void click(int row) { click(table.at(row)); }
     void abortHistoryLoad() { walle->abortHistoryLoad(); }
 
     /// Waits until everything posted so far is performed and its signals are here; false after
     /// too long a time.
     bool performed();
-    /// Waits until a run that was started has given its result.
+    /// Waits until the result of a run is in the log.
     bool finished();
     /// Chooses @p paths, waits until that is performed and forgets what was said about it.
     bool admitted(const QStringList &paths);
@@ -72,10 +73,8 @@ public:
     /// The log since it was last taken.
     SignalRecords takeLog() { return std::exchange(records, {}); }
 
-    QStringList paths() const;
+    QStringList paths() const { return table; }
     QStringList checkedPaths() const;
-    /// The RunState as the window shows it.
-    int runState() const { return shownRunState; }
 
     /// Posts @p code and holds the worker at its @p report th verdict or answer to a stop from now.
     /// The controller has heard that one; what it hands over stays in the worker's queue. After a
@@ -89,10 +88,6 @@ public:
 
 private:
     struct Gate;
-    struct Row {
-        QString path;
-        bool checked = true;
-    };
 
     void receive(const SignalRecord &signal);
 
@@ -100,11 +95,10 @@ private:
     std::unique_ptr<SignalLog> emissions; ///< of what is emitted, in whatever thread
     std::unique_ptr<SignalLog> window;    ///< is connected as the window is
     SignalRecords records;
-    QList<Row> table;
-    int shownRunState = RunState::Idle;
-    int results = 0;
-    int barriers = 0; ///< copies asked for by performed(), which are not in the log
-    int copies = 0;   ///< copies asked for by the test, each before any barrier
+    QStringList table;
+    QSet<QString> unticked; ///< of the table
+    int barriers = 0;       ///< copies asked for by performed(), which are not in the log
+    int copies = 0;         ///< copies asked for by the test, each before any barrier
 };
 
 /// A home without a history, a folder and a controller, and words for what the controller emits.
