@@ -1,26 +1,20 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Any one of the calls about files that a whole run makes fails, in whatever thread. The program
-// goes on, the run ends with its result, the counts and the rows that are left agree, and what the
-// history held before it still holds. FILESHREDDER_FAULTS says how many of the calls are tried;
-// they are spread over the run. A program that is killed at any one of the calls leaves whole
-// entries behind; this program does that as its own child.
+// Any one of the calls about files that a whole run makes fails, in whatever thread, or all from
+// there on. FILESHREDDER_FAULTS says how many of the calls are tried; they are spread over the run.
 
 #include "inventory.h"
 #include "suites.h"
 #include "systemcalls.h"
 #include "walleharness.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
 
 using testsupport::CallFate;
 using testsupport::CallHook;
@@ -30,45 +24,23 @@ using testsupport::inventoryOf;
 using testsupport::OrdinaryUser;
 using testsupport::SystemCall;
 using testsupport::TemporaryTree;
-using testsupport::WalleHarness;
 using testsupport::WalleTest;
 
 namespace
 {
 
-constexpr const char *childOption = "--shred";
 constexpr int fewFaults = 30;
 constexpr int fileSize = 5000;
 constexpr std::array<CallFate, 7> fates{
     CallFate{EIO, false},   CallFate{ENOSPC, false}, CallFate{EACCES, false}, CallFate{0, true},
     CallFate{EINTR, false}, CallFate{EROFS, false},  CallFate{EMFILE, false}};
 
-/// In the child: shreds the folder argv[2] and is killed right before the call argv[3] of the run.
-int shredAndDie(int &argc, char **argv)
-{
-    const QCoreApplication application(argc, argv);
-    const int fatal = std::atoi(argv[3]);
-    WalleHarness user;
-    user.startController();
-    bool done = user.admitted({QString::fromUtf8(argv[2])});
-    {
-        std::atomic<int> calls{0};
-        const CallHook hook([&](const SystemCall &) {
-            if (calls++ == fatal)
-                ::raise(SIGKILL);
-            return CallFate();
-        });
-        user.post(CommandStartCrush);
-        done = user.finished() && done;
-    }
-    user.leaveController();
-    return done ? EXIT_SUCCESS : EXIT_FAILURE;
-}
+/// What becomes of the calls of a session, by their number.
+using FateOf = std::function<CallFate(int call)>;
 
-void becomeChild(int argc, char **argv)
+FateOf once(int number, CallFate fate)
 {
-    if (argc == 4 && qstrcmp(argv[1], childOption) == 0)
-        std::exit(shredAndDie(argc, argv));
+    return [number, fate](int call) { return call == number ? fate : CallFate(); };
 }
 
 } // namespace
@@ -87,16 +59,16 @@ private slots:
 
 private:
     void makeTree();
-    int runWithFault(int number, CallFate fate);
-    int historyWithFault(int number, CallFate fate);
-    int callsOf(int number, CallFate fate, const std::function<bool()> &session);
-    void checkResult(const QStringList &chosen) const;
-    void checkHistory() const;
+    /// Both do a session among @p fates and check what comes of it; they return its calls.
+    int run(const FateOf &fates);
+    int loadAndClear(const FateOf &fates);
+    static int callsOf(const FateOf &fates, const std::function<bool()> &session);
+    void checkRun() const;
 
     std::unique_ptr<OrdinaryUser> user;
     std::unique_ptr<TemporaryTree> outside; ///< what a link leads to
     const QByteArray oldHistory{"2024-01-02 03:04:05\nold\n/home\n"};
-    QStringList victims;
+    QStringList victims; ///< the last two are chosen
 };
 
 /// Without a home the history would lie in the root folder, where an ordinary user cannot write.
@@ -127,11 +99,59 @@ void TestEveryFault::makeTree()
     home.writeHistory(oldHistory);
 }
 
-void TestEveryFault::runAmongFaults()
+/// The program goes on whatever fails.
+int TestEveryFault::callsOf(const FateOf &fates, const std::function<bool()> &session)
+{
+    std::atomic<int> calls{0};
+    const CallHook hook([&](const SystemCall &) { return fates(calls++); });
+    if (!session())
+        QTest::qFail("it does not end", __FILE__, __LINE__);
+    return calls;
+}
+
+int TestEveryFault::run(const FateOf &fates)
 {
     makeTree();
+    const int calls = callsOf(fates, [this] {
+        admitted(victims.mid(3));
+        post(CommandStartCrush);
+        return finished();
+    });
+    checkRun();
+    answerTo({CommandCheckAll, CommandRemoveChecked});
+    return calls;
+}
+
+/// The counts and the rows that are left agree, and the history holds what it held before and whole
+/// entries of what is gone, of which one may be missing.
+void TestEveryFault::checkRun() const
+{
+    static const QRegularExpression time(
+        QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
+    QCOMPARE(count("showResultDialog"), 1);
+    QCOMPARE(log({"showResultDialog"}).first().arguments.at(2).toInt(), paths().size());
+    for (const QString &path : victims.mid(3))
+        QVERIFY(entryExists(path) || !paths().contains(path));
+
+    QVERIFY(home.history().startsWith(oldHistory) && home.history().endsWith('\n'));
+    const QByteArrayList lines = home.historyLines();
+    QCOMPARE(lines.size() % 3, 0);
+    for (int first = 3; first < lines.size(); first += 3) {
+        QVERIFY(time.match(QString::fromUtf8(lines.at(first))).hasMatch());
+        QVERIFY(
+            victims.contains(QString::fromUtf8(lines.at(first + 2) + '/' + lines.at(first + 1))));
+    }
+    const int recorded = lines.size() / 3 - 1;
+    const auto gone = std::count_if(victims.cbegin(), victims.cend(),
+                                    [](const QString &path) { return !entryExists(path); });
+    QVERIFY(recorded <= gone && recorded >= gone - 1);
+    QVERIFY(!entryExists(QStringLiteral("/.fileshredderEx.dat")));
+}
+
+void TestEveryFault::runAmongFaults()
+{
     const QStringList before = inventoryOf(outside->path());
-    const int calls = runWithFault(-1, CallFate());
+    const int calls = run(once(-1, CallFate()));
     QVERIFY(calls > 0);
     const int wanted = qEnvironmentVariableIntValue("FILESHREDDER_FAULTS");
     const int tries = wanted > 0 ? wanted : fewFaults;
@@ -139,7 +159,7 @@ void TestEveryFault::runAmongFaults()
         const int number = static_cast<int>(qint64{index} * calls / std::min(tries, calls)) % calls;
         // Every call gets another fate in each round.
         const auto fate = static_cast<std::size_t>(index + index / calls) % fates.size();
-        runWithFault(number, fates.at(fate));
+        run(once(number, fates.at(fate)));
         QCOMPARE(inventoryOf(outside->path()), before);
         QVERIFY2(!QTest::currentTestFailed(),
                  qPrintable(QStringLiteral("call %1, fate %2").arg(number).arg(fate)));
@@ -147,90 +167,33 @@ void TestEveryFault::runAmongFaults()
     qInfo("%d runs; a run makes %d calls", tries, calls);
 }
 
-/// Does @p session while its call @p number meets @p fate. Returns the calls.
-int TestEveryFault::callsOf(int number, CallFate fate, const std::function<bool()> &session)
-{
-    std::atomic<int> calls{0};
-    const CallHook hook([&](const SystemCall &) { return calls++ == number ? fate : CallFate(); });
-    if (!session())
-        QTest::qFail("it does not end", __FILE__, __LINE__);
-    return calls;
-}
-
-/// Chooses and shreds a folder and a file.
-int TestEveryFault::runWithFault(int number, CallFate fate)
-{
-    makeTree();
-    const QStringList chosen{victims.at(3), victims.at(4)};
-    const int calls = callsOf(number, fate, [&] {
-        admitted(chosen);
-        post(CommandStartCrush);
-        return finished();
-    });
-    checkResult(chosen);
-    checkHistory();
-    answerTo({CommandCheckAll, CommandRemoveChecked});
-    return calls;
-}
-
-void TestEveryFault::checkResult(const QStringList &chosen) const
-{
-    const auto reports = log({"showResultDialog"});
-    QCOMPARE(reports.size(), 1);
-    QCOMPARE(reports.first().arguments.at(2).toInt(), paths().size());
-    for (const QString &path : chosen)
-        QVERIFY(entryExists(path) || !paths().contains(path));
-}
-
-/// Whole entries of what is gone, of which one may be missing.
-void TestEveryFault::checkHistory() const
-{
-    static const QRegularExpression time(
-        QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
-    QVERIFY(home.history().startsWith(oldHistory) && home.history().endsWith('\n'));
-    const QByteArrayList lines = home.historyLines();
-    QCOMPARE(lines.size() % 3, 0);
-    int recorded = 0;
-    for (int first = 3; first < lines.size(); first += 3, ++recorded) {
-        QVERIFY(time.match(QString::fromUtf8(lines.at(first))).hasMatch());
-        QVERIFY(
-            victims.contains(QString::fromUtf8(lines.at(first + 2) + '/' + lines.at(first + 1))));
-    }
-    const auto gone = std::count_if(victims.cbegin(), victims.cend(),
-                                    [](const QString &path) { return !entryExists(path); });
-    QVERIFY(recorded <= gone && recorded >= gone - 1);
-    QVERIFY(!entryExists(QStringLiteral("/.fileshredderEx.dat")));
-}
-
-void TestEveryFault::historyAmongFaults()
-{
-    const int calls = historyWithFault(-1, CallFate());
-    for (int number = 0; number < calls; ++number) {
-        for (const CallFate &fate : fates)
-            historyWithFault(number, fate);
-    }
-    qInfo("%d runs", calls * static_cast<int>(fates.size()));
-}
-
-/// Loads and clears the history.
-int TestEveryFault::historyWithFault(int number, CallFate fate)
+int TestEveryFault::loadAndClear(const FateOf &fates)
 {
     home.forgetHistory();
     home.writeHistory(oldHistory);
-    const int calls = callsOf(number, fate, [this] {
+    const int calls = callsOf(fates, [this] {
         post(CommandLoadHistory);
         post(CommandClearHistory);
         return performed();
     });
     // All or nothing of what is there, and it is still there or all gone.
-    const int rows = count("addRowToHistoryTable");
-    if (rows > 1 || (number < 0 && rows != 1))
-        QTest::qFail("other rows than the history has", __FILE__, __LINE__);
     const QByteArray history = home.history();
-    if (!history.isEmpty() && history != oldHistory)
+    if (count("addRowToHistoryTable") > 1 || (!history.isEmpty() && history != oldHistory))
         QTest::qFail("another history than before", __FILE__, __LINE__);
-    takeLog();
     return calls;
+}
+
+void TestEveryFault::historyAmongFaults()
+{
+    const int calls = loadAndClear(once(-1, CallFate()));
+    QCOMPARE(count("addRowToHistoryTable"), 1);
+    for (int number = 0; number < calls; ++number) {
+        for (const CallFate &fate : fates) {
+            takeLog();
+            loadAndClear(once(number, fate));
+        }
+    }
+    qInfo("%d runs", calls * static_cast<int>(fates.size()));
 }
 
 void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
@@ -246,26 +209,19 @@ void TestEveryFault::historyThatCannotBeReadEndsItsLoad()
     QCOMPARE(count("addRowToHistoryTable"), 0);
 }
 
+/// To the disk, the calls of a program that was killed all fail from then on.
 void TestEveryFault::killBeforeAnyCallLeavesWholeEntries()
 {
-    user.reset(); // a child of two user ids gets no sandboxed home
-    int kills = 0;
-    QProcess child;
-    do {
-        makeTree();
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("everyfault"), QLatin1String(childOption), victims.at(3),
-                     QString::number(kills)});
-        QVERIFY(child.waitForFinished(testsupport::patience));
-        checkHistory();
-        QVERIFY2(!QTest::currentTestFailed(), qPrintable(QStringLiteral("call %1").arg(kills)));
-        QVERIFY(testsupport::isAsMade(victims.last(), fileSize));
-    } while (child.exitStatus() == QProcess::CrashExit && ++kills > 0);
-    QCOMPARE(child.exitCode(), EXIT_SUCCESS);
-    QCOMPARE(home.historyLines().size(), 5 * 3);
-    QVERIFY(kills > 0);
-    qInfo("%d kills", kills);
+    const testsupport::ShortPauses quickly;
+    int kill = 0;
+    int calls = 1;
+    for (; kill < calls; ++kill) {
+        calls = run([kill](int call) { return call < kill ? CallFate() : CallFate{EIO, false}; });
+        QVERIFY2(!QTest::currentTestFailed(), qPrintable(QStringLiteral("call %1").arg(kill)));
+    }
+    QCOMPARE(home.historyLines().size(), (1 + victims.size()) * 3);
+    qInfo("%d kills", kill);
 }
 
-TEST_SUITE_PREPARED_BY(everyfault, TestEveryFault, becomeChild)
+TEST_SUITE(everyfault, TestEveryFault)
 #include "everyfault.moc"

@@ -133,7 +133,6 @@ void TestStart::stopWhileTheAnswerIsOnItsWayIsAnsweredByIt()
         explicit SecondStop(TestStart &user)
             : test(user)
         {
-            test.walle->installEventFilter(this);
         }
         bool eventFilter(QObject *, QEvent *event) override
         {
@@ -147,12 +146,11 @@ void TestStart::stopWhileTheAnswerIsOnItsWayIsAnsweredByIt()
     };
 
     addRows(1);
-    {
-        const SecondStop secondStop(*this);
-        post(CommandStopCrush);
-        PROMPTLY_VERIFY(log().contains(idle()));
-        QVERIFY(secondStop.done);
-    }
+    SecondStop secondStop(*this);
+    walle->installEventFilter(&secondStop);
+    post(CommandStopCrush);
+    PROMPTLY_VERIFY(log().contains(idle()));
+    QVERIFY(secondStop.done);
     post(CommandStartCrush);
     QVERIFY(finished());
     QCOMPARE(runLog(), (SignalRecords{stopping(), stopping(), idle(), running(), idle(), all(1),
