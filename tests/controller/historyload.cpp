@@ -30,20 +30,14 @@ private slots:
     void copyGivesTheWholeEntriesLastLoaded();
 
 private:
-    static SignalRecord begun() { return {"setHistoryButtonEnabled", {false, LoadPhase::Begun}}; }
-    static SignalRecord rowsComing()
-    {
-        return {"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
-    }
-    static SignalRecord complete()
-    {
-        return {"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
-    }
     static SignalRecord row(const char *time, const char *name, const char *folder)
     {
         return {"addRowToHistoryTable",
                 {QString::fromUtf8(time), QString::fromUtf8(name), QString::fromUtf8(folder)}};
     }
+    const SignalRecord begun{"setHistoryButtonEnabled", {false, LoadPhase::Begun}};
+    const SignalRecord rowsComing{"setHistoryButtonEnabled", {true, LoadPhase::RowsComing}};
+    const SignalRecord complete{"setHistoryButtonEnabled", {true, LoadPhase::Complete}};
     /// That many lines "0", "1" ...
     static QByteArray lines(int count)
     {
@@ -78,7 +72,7 @@ void TestHistoryLoad::historyWithoutLinesOnlyBegins()
     if (kind.endsWith("only"))
         QFile::setPermissions(file, kind == "read only" ? QFile::ReadOwner : QFile::WriteOwner);
     const OrdinaryUser user;
-    QCOMPARE(load(), SignalRecords{begun()});
+    QCOMPARE(load(), SignalRecords{begun});
     QCOMPARE(QFile::exists(file), kind != "missing");
 }
 
@@ -106,7 +100,7 @@ void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored()
     QFETCH(QByteArray, history);
     QFETCH(SignalRecords, rows);
     home.writeHistory(history);
-    QCOMPARE(load(), SignalRecords({begun(), rowsComing()}) + rows + SignalRecords({complete()}));
+    QCOMPARE(load(), SignalRecords({begun, rowsComing}) + rows + SignalRecords({complete}));
     // The clipboard gets the same entries.
     QCOMPARE(copied().count(QLatin1Char('\n')), rows.size());
 }
@@ -116,13 +110,13 @@ void TestHistoryLoad::abortEndsTheRowsAndStillCompletes()
     home.writeHistory(lines(15));
     for (const int rows : {0, 1, 3, 5}) {
         onSignal = [this, rows](const SignalRecord &signal) {
-            if (signal != begun() && count("addRowToHistoryTable") == rows)
+            if (signal != begun && count("addRowToHistoryTable") == rows)
                 walle->abortHistoryLoad();
         };
         const SignalRecords log = load();
         QCOMPARE(log.size(), rows + 3);
-        QCOMPARE(log.mid(0, 2), (SignalRecords{begun(), rowsComing()}));
-        QCOMPARE(log.last(), complete());
+        QCOMPARE(log.mid(0, 2), (SignalRecords{begun, rowsComing}));
+        QCOMPARE(log.last(), complete);
     }
 }
 
@@ -132,8 +126,7 @@ void TestHistoryLoad::abortWhileReadingGivesNoRows()
     home.writeHistory(lines(6));
     onNext("setHistoryButtonEnabled", [this] { walle->abortHistoryLoad(); });
     const SignalRecords log = load();
-    QVERIFY(log == SignalRecords{begun()}
-            || log == (SignalRecords{begun(), rowsComing(), complete()}));
+    QVERIFY(log == SignalRecords{begun} || log == (SignalRecords{begun, rowsComing, complete}));
 }
 
 void TestHistoryLoad::abortBeforeALoadHasNoEffectOnIt()

@@ -204,6 +204,13 @@ SignalRecords WalleHarness::log(const QByteArrayList &names) const
     return chosen;
 }
 
+SignalRecords WalleHarness::takeLog()
+{
+    emissions->clear();
+    window->clear();
+    return std::exchange(records, {});
+}
+
 QStringList WalleHarness::checkedPaths() const
 {
     QStringList checked = table;

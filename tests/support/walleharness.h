@@ -71,7 +71,7 @@ public:
     SignalRecords log(const QByteArrayList &names) const;
     int count(const char *name) const { return log({name}).size(); }
     /// The log since it was last taken.
-    SignalRecords takeLog() { return std::exchange(records, {}); }
+    SignalRecords takeLog();
 
     QStringList paths() const { return table; }
     QStringList checkedPaths() const;
