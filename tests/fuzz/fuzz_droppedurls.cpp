@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A drop brings a text/uri-list that another program wrote. Whatever it holds,
-// only the local files before the first URL that is none become paths, and each
-// path is the one its URL names: a wrong path would be a wrong file destroyed.
+// A drop brings a text/uri-list that another program wrote. Only the local files before the
+// first URL that is none become paths: a wrong path would be a wrong file destroyed.
 
 #include "controller/droppedurls.h"
 
@@ -12,16 +11,11 @@
 #include <cstdint>
 #include <cstdlib>
 
-namespace
-{
-
-void require(bool holds)
+static void require(bool holds)
 {
     if (!holds)
         std::abort();
 }
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -57,12 +57,12 @@ thread_local Emission *innermost = nullptr;
 
 /// Qt's own function of the mangled name @p symbol.
 template <class Function>
-Function original(const char *symbol)
+Function *original(const char *symbol)
 {
     void *found = ::dlsym(RTLD_NEXT, symbol);
     if (found == nullptr)
         qFatal("Qt has no %s", symbol);
-    return reinterpret_cast<Function>(found);
+    return reinterpret_cast<Function *>(found);
 }
 
 /// Stands for the answer to the call in @p event, which may be freed before that is seen.
@@ -116,30 +116,21 @@ void *operator new(std::size_t size)
 
 void QMutex::lock() noexcept
 {
-    static const auto qtLock = original<void (*)(QMutex *)>("_ZN6QMutex4lockEv");
+    static const auto qtLock = original<void(QMutex *)>("_ZN6QMutex4lockEv");
     qtLock(this);
     __tsan_acquire(this);
 }
 
-bool QMutex::tryLock(int timeout) noexcept
-{
-    static const auto qtTryLock = original<bool (*)(QMutex *, int)>("_ZN6QMutex7tryLockEi");
-    const bool locked = qtTryLock(this, timeout);
-    if (locked)
-        __tsan_acquire(this);
-    return locked;
-}
-
 void QMutex::unlock() noexcept
 {
-    static const auto qtUnlock = original<void (*)(QMutex *)>("_ZN6QMutex6unlockEv");
+    static const auto qtUnlock = original<void(QMutex *)>("_ZN6QMutex6unlockEv");
     __tsan_release(this);
     qtUnlock(this);
 }
 
 bool QWaitCondition::wait(QMutex *mutex, QDeadlineTimer deadline)
 {
-    static const auto qtWait = original<bool (*)(QWaitCondition *, QMutex *, QDeadlineTimer)>(
+    static const auto qtWait = original<bool(QWaitCondition *, QMutex *, QDeadlineTimer)>(
         "_ZN14QWaitCondition4waitEP6QMutex14QDeadlineTimer");
     __tsan_release(mutex);
     const bool woken = qtWait(this, mutex, deadline);
@@ -149,16 +140,14 @@ bool QWaitCondition::wait(QMutex *mutex, QDeadlineTimer deadline)
 
 void QSemaphore::release(int count)
 {
-    static const auto qtRelease =
-        original<void (*)(QSemaphore *, int)>("_ZN10QSemaphore7releaseEi");
+    static const auto qtRelease = original<void(QSemaphore *, int)>("_ZN10QSemaphore7releaseEi");
     __tsan_release(this);
     qtRelease(this, count);
 }
 
 void QSemaphore::acquire(int count)
 {
-    static const auto qtAcquire =
-        original<void (*)(QSemaphore *, int)>("_ZN10QSemaphore7acquireEi");
+    static const auto qtAcquire = original<void(QSemaphore *, int)>("_ZN10QSemaphore7acquireEi");
     qtAcquire(this, count);
     __tsan_acquire(this);
 }
@@ -166,7 +155,7 @@ void QSemaphore::acquire(int count)
 bool QSemaphore::tryAcquire(int count, int timeout)
 {
     static const auto qtTryAcquire =
-        original<bool (*)(QSemaphore *, int, int)>("_ZN10QSemaphore10tryAcquireEii");
+        original<bool(QSemaphore *, int, int)>("_ZN10QSemaphore10tryAcquireEii");
     const bool acquired = qtTryAcquire(this, count, timeout);
     if (acquired)
         __tsan_acquire(this);
@@ -175,7 +164,7 @@ bool QSemaphore::tryAcquire(int count, int timeout)
 
 void QMetaObject::activate(QObject *sender, const QMetaObject *meta, int signal, void **arguments)
 {
-    static const auto qtActivate = original<void (*)(QObject *, const QMetaObject *, int, void **)>(
+    static const auto qtActivate = original<void(QObject *, const QMetaObject *, int, void **)>(
         "_ZN11QMetaObject8activateEP7QObjectPKS_iPPv");
     if (sender->thread() == QThread::currentThread())
         return qtActivate(sender, meta, signal, arguments);
@@ -190,23 +179,20 @@ void QMetaObject::activate(QObject *sender, const QMetaObject *meta, int signal,
 
 bool QObject::event(QEvent *event)
 {
-    static const auto qtEvent =
-        original<bool (*)(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
+    static const auto qtEvent = original<bool(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
     return handled(this, event, qtEvent);
 }
 
 bool QThread::event(QEvent *event)
 {
-    static const auto qtEvent =
-        original<bool (*)(QObject *, QEvent *)>("_ZN7QThread5eventEP6QEvent");
+    static const auto qtEvent = original<bool(QObject *, QEvent *)>("_ZN7QThread5eventEP6QEvent");
     return handled(this, event, qtEvent);
 }
 
 #ifdef QT_WIDGETS_LIB
 bool QFrame::event(QEvent *event)
 {
-    static const auto qtEvent =
-        original<bool (*)(QObject *, QEvent *)>("_ZN6QFrame5eventEP6QEvent");
+    static const auto qtEvent = original<bool(QObject *, QEvent *)>("_ZN6QFrame5eventEP6QEvent");
     return handled(this, event, qtEvent);
 }
 #endif
