@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "controller/deliveryfence.h"
-#include "eventually.h"
 #include "suites.h"
 
 #include <QSemaphore>
 #include <QtTest>
 
-#include <atomic>
+#include <optional>
 #include <thread>
-
-using testsupport::eventually;
 
 class TestDeliveryFence : public QObject
 {
@@ -79,8 +76,7 @@ void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
     QSemaphore underWay;
     QSemaphore reportPosted;
     bool within = false;
-    bool reportedWithin = false;
-    std::atomic<bool> reported{false};
+    std::optional<bool> reportedWithin;
     std::thread other([&] {
         {
             const DeliveryFence::Emission emission(fence);
@@ -88,19 +84,16 @@ void TestDeliveryFence::whatFollowsAWaitIsNotDeliveredWithin()
         callLater([&] { reportPosted.tryAcquire(1, fewMilliseconds); });
         underWay.release();
         fence.waitUntilDelivered();
-        callLater([&] {
-            reportedWithin = within;
-            reported = true;
-        });
+        callLater([&] { reportedWithin = within; });
         reportPosted.release();
     });
     underWay.acquire();
     within = true;
     fence.deliverPending();
     within = false;
-    QVERIFY(eventually([&] { return reported.load(); }));
-    QVERIFY(!reportedWithin);
     other.join();
+    QTRY_VERIFY(reportedWithin);
+    QVERIFY(!*reportedWithin);
 }
 
 TEST_SUITE(deliveryfence, TestDeliveryFence)

@@ -7,7 +7,6 @@
 #pragma once
 
 #include "controller/walle.h"
-#include "ordinaryuser.h"
 #include "promptly.h"
 #include "sandboxhome.h"
 #include "signallog.h"
