@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "controller/deliveryfence.h"
+#include "eventually.h"
 #include "suites.h"
 
 #include <QSemaphore>
@@ -17,7 +18,18 @@ class TestDeliveryFence : public QObject
 private slots:
     void onlyCallsAreDeliveredNotInput();
     void otherThreadWaitsUntilAllIsDelivered();
+    void waitEndsThoughNobodyServesEvents();
     void whatFollowsAWaitIsNotDeliveredWithin();
+
+private:
+    static void emitAndWait(DeliveryFence &fence, QSemaphore &returned)
+    {
+        {
+            const DeliveryFence::Emission emission(fence);
+        }
+        fence.waitUntilDelivered();
+        returned.release();
+    }
 };
 
 void TestDeliveryFence::onlyCallsAreDeliveredNotInput()
@@ -49,18 +61,22 @@ void TestDeliveryFence::otherThreadWaitsUntilAllIsDelivered()
     constexpr int fewMilliseconds = 200;
     DeliveryFence fence;
     QSemaphore returned;
-    std::thread other([&] {
-        {
-            const DeliveryFence::Emission emission(fence);
-        }
-        fence.waitUntilDelivered();
-        returned.release();
-    });
+    std::thread other([&] { emitAndWait(fence, returned); });
     // Nothing is delivered meanwhile, as this does not serve the event loop.
     const bool waited = !returned.tryAcquire(1, fewMilliseconds);
     QTRY_VERIFY(fence.isClear());
     other.join();
     QVERIFY(waited);
+}
+
+void TestDeliveryFence::waitEndsThoughNobodyServesEvents()
+{
+    DeliveryFence fence;
+    QSemaphore returned;
+    std::thread other([&] { emitAndWait(fence, returned); });
+    QVERIFY(returned.tryAcquire(1, testsupport::patience));
+    QVERIFY(!fence.isClear());
+    other.join();
 }
 
 /// A report that opens a dialog must not be delivered inside a slot that calls deliverPending().

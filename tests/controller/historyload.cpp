@@ -4,11 +4,20 @@
 // Loading the history into its window, breaking that off, and copying it.
 
 #include "suites.h"
+#include "systemcalls.h"
 #include "walleharness.h"
 
+#include <cerrno>
+
+#include <fcntl.h>
+
+using testsupport::CallFate;
+using testsupport::CallHook;
+using testsupport::CallKind;
 using testsupport::OrdinaryUser;
 using testsupport::SignalRecord;
 using testsupport::SignalRecords;
+using testsupport::SystemCall;
 using testsupport::WalleTest;
 
 Q_DECLARE_METATYPE(SignalRecords)
@@ -20,6 +29,7 @@ class TestHistoryLoad : public WalleTest
 private slots:
     void historyWithoutLinesOnlyBegins_data();
     void historyWithoutLinesOnlyBegins();
+    void historyThatCanOnlyBeAppendedToIsRead();
     void threeLinesGiveOneRowAndTheRestIsIgnored_data();
     void threeLinesGiveOneRowAndTheRestIsIgnored();
     void abortEndsTheRowsAndStillCompletes();
@@ -74,6 +84,18 @@ void TestHistoryLoad::historyWithoutLinesOnlyBegins()
     const OrdinaryUser user;
     QCOMPARE(load(), SignalRecords{begun});
     QCOMPARE(QFile::exists(file), kind != "missing");
+}
+
+/// As with the attribute for that, which not every file system has.
+void TestHistoryLoad::historyThatCanOnlyBeAppendedToIsRead()
+{
+    home.writeHistory(lines(3));
+    const CallHook hook([](const SystemCall &call) {
+        const bool isPermitted =
+            (call.flags & O_ACCMODE) == O_RDONLY || (call.flags & O_APPEND) != 0;
+        return call.kind == CallKind::Open && !isPermitted ? CallFate{EPERM, false} : CallFate();
+    });
+    QCOMPARE(load().size(), 4);
 }
 
 void TestHistoryLoad::threeLinesGiveOneRowAndTheRestIsIgnored_data()
