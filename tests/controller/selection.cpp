@@ -15,7 +15,6 @@ class TestSelection : public WalleTest
     Q_OBJECT
 
 private slots:
-    void stateDrawnByTheWindowIsNotRead();
     void rowNumbersThatDoNotExistAreIgnored();
     void clickFollowsItsEntryToAnotherRowOrIsDropped();
     void clickWithoutAPathMeansTheRowAtThatTime();
@@ -32,10 +31,10 @@ private slots:
 private:
     /// Adds @p count rows and unchecks those of @p unchecked.
     void addRows(int count, const QVector<int> &unchecked = {});
-    /// A click by number alone, on a row that the window would draw @p state.
-    void toggle(int row, bool state = false)
+    /// A click by number alone.
+    void toggle(int row)
     {
-        walle->postCellToggle(CellToggle{row, state, QString()});
+        walle->postCellToggle(CellToggle{row, false, QString()});
         post(CommandToggleRow);
     }
 
@@ -48,15 +47,6 @@ void TestSelection::addRows(int count, const QVector<int> &unchecked)
     WalleTest::addRows(count);
     for (const int row : unchecked)
         answerToClick(row);
-}
-
-void TestSelection::stateDrawnByTheWindowIsNotRead()
-{
-    addRows(2);
-    toggle(0, true);
-    toggle(1, false);
-    QVERIFY(performed());
-    QCOMPARE(checkedPaths(), QStringList());
 }
 
 void TestSelection::rowNumbersThatDoNotExistAreIgnored()

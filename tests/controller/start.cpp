@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Which starts begin a run: none while a run goes on, and none that the worker's
-// answer to an earlier stop would end.
+// Which starts begin a run: none while a run goes on, and none that the worker's answer to an
+// earlier stop would end. Starts while the worker is at work are in model.
 
 #include "suites.h"
 #include "walleharness.h"
@@ -20,7 +20,6 @@ class TestStart : public WalleTest
 
 private slots:
     void startWhileStoppingIsDropped();
-    void startBetweenVerdictAndNextPathIsDropped();
     void runLeftOpenByAFifoTakesNoStart();
     void startWhileTheEndIsToldWaitsForIt();
     void startInAnswerToTheReportIsAccepted();
@@ -39,18 +38,6 @@ void TestStart::startWhileStoppingIsDropped()
     QVERIFY(performed());
     QCOMPARE(runLog(), (SignalRecords{idle(), idle(), all(0), result(0, 0)}));
     QVERIFY(entryExists(paths().first()));
-}
-
-/// The second file waits in the worker's queue; handed over again it would be reported twice.
-void TestStart::startBetweenVerdictAndNextPathIsDropped()
-{
-    addRows(2);
-    QVERIFY(holdWorkerAfter(CommandStartCrush));
-    QCOMPARE(answerTo({CommandStartCrush}), SignalRecords());
-    releaseWorker();
-    QVERIFY(finished());
-    QVERIFY(performed());
-    QCOMPARE(runLog(), (SignalRecords{idle(), all(2), result(2, 0)}));
 }
 
 void TestStart::runLeftOpenByAFifoTakesNoStart()
