@@ -2,29 +2,18 @@
 // SPDX-License-Identifier: MIT
 
 // What the medium holds at the moment of a verdict, before anybody syncs: file systems in images,
-// whose old bytes are on the medium and not in memory when the worker begins. The medium is read
-// in the worker's thread, within its report.
+// whose old bytes are on the medium and not in memory when the shredding begins.
 
-#include "engine/filecrusher.h"
-
-#include "eventually.h"
+#include "enginetest.h"
 #include "expectedbytes.h"
 #include "loopimage.h"
 #include "oldbytes.h"
-#include "signallog.h"
 #include "suites.h"
-#include "temporarytree.h"
 
-#include <QCoreApplication>
-#include <QSemaphore>
 #include <QtTest>
 
-#include <atomic>
 #include <ctime>
-#include <memory>
-
-#include <sys/mount.h>
-#include <unistd.h>
+#include <map>
 
 using namespace testsupport;
 
@@ -32,92 +21,75 @@ namespace
 {
 
 constexpr int mebibyte = 1024 * 1024;
-/// Blocks and a tail.
-constexpr int bigSize = 24 * mebibyte + 96;
 
 } // namespace
 
-class TestMedium : public QObject
+class TestMedium : public EngineTest
 {
     Q_OBJECT
 
 private slots:
+    void initTestCase_data();
     void initTestCase();
     void init();
     void cleanup();
 
-    void nothingIsLeftOfFilesInFolders_data() { fileSystems(); }
-    void nothingIsLeftOfFilesInFolders();
-    void definedBytesStandWhereASecondNameStays_data() { fileSystems(); }
-    void definedBytesStandWhereASecondNameStays();
-    void definedBytesStandWhereANameCannotGo_data() { fileSystems(); }
     void definedBytesStandWhereANameCannotGo();
-    void nothingIsLeftBelowAnOverlay_data() { fileSystems(); }
     void nothingIsLeftBelowAnOverlay();
-    void stoppedFolderHasLeftNothingOfWhatIsReported_data() { fileSystems(); }
     void stoppedFolderHasLeftNothingOfWhatIsReported();
+    void definedBytesStandWhereASecondNameStays();
+    void nothingIsLeftOfFilesInFolders();
 
 private:
-    static void fileSystems();
-    QString makeOld(const TreeName &name, int size);
+    QString makeOld(const QString &name, int size);
     bool putOnTheMedium();
-    bool shred(const QString &path, const char *signal = "finishOne");
+    int leftOf(const PieceRange &range) const;
     QByteArray standingWhere(const PieceRange &range) const;
 
-    /// Its worker lives until the process ends.
-    FileCrusher *crusher = new FileCrusher;
-    /// Outlives every test: the worker may still be in its last report when one ends.
-    SignalLog log{crusher};
-    std::atomic<int> stopAfter{0}; ///< removals
-    std::unique_ptr<LoopImage> image;
+    /// One of each kind for all tests, as it takes a while to make one. Each test begins with an
+    /// empty one; the largest files come last, so that the others have little to read.
+    std::map<QString, std::unique_ptr<LoopImage>> images;
+    LoopImage *image = nullptr;
     OldBytes old;
     PiecePlaces before;
-    PiecePlaces atVerdict;
-    QSemaphore looked;
-    std::time_t begin = 0;
 };
 
-void TestMedium::initTestCase()
-{
-    const QString reason = whyNoImages();
-    if (!reason.isEmpty())
-        QSKIP(qPrintable(reason));
-    log.onRecord = [this](const SignalRecord &record) {
-        if (record.name == "addToHistory" && log.count("addToHistory") == stopAfter)
-            crusher->requestStop(true);
-        if (record.name == "finishPercent" || record.name == "addToHistory")
-            return;
-        atVerdict = old.placesIn(image->imageFile());
-        looked.release();
-    };
-}
-
-void TestMedium::fileSystems()
+void TestMedium::initTestCase_data()
 {
     QTest::addColumn<QString>("type");
     for (const char *type : {"ext4", "ext2", "xfs"})
         QTest::newRow(type) << QString::fromLatin1(type);
 }
 
+void TestMedium::initTestCase()
+{
+    const QString reason = whyNoImages();
+    if (!reason.isEmpty())
+        QSKIP(qPrintable(reason));
+}
+
 void TestMedium::init()
 {
-    QFETCH(QString, type);
-    image = std::make_unique<LoopImage>(plainFileSystem(type));
+    EngineTest::init();
+    QFETCH_GLOBAL(QString, type);
+    std::unique_ptr<LoopImage> &kept = images[type];
+    if (!kept)
+        kept = std::make_unique<LoopImage>(plainFileSystem(type));
+    image = kept.get();
     if (image->isUnknownToKernel())
         QSKIP(qPrintable(QStringLiteral("no %1 in this kernel").arg(type)));
     QVERIFY2(image->problem().isEmpty(), qPrintable(image->problem()));
     old = OldBytes();
-    log.clear();
-    stopAfter = 0;
 }
 
 void TestMedium::cleanup()
 {
-    image.reset();
+    QDir(image->path()).removeRecursively(); // but for the mounted folder itself
+    EngineTest::cleanup();
 }
 
 /// A file of old bytes, which are the last that were taken.
-QString TestMedium::makeOld(const TreeName &name, int size)
+QString TestMedium::makeOld(const QString &name, int size)
 {
     return image->makeFile(name, old.take(size));
 }
@@ -131,14 +103,10 @@ bool TestMedium::putOnTheMedium()
     return piecesLeft(before, old.all()) == old.all().count;
 }
 
-/// Whether the worker says @p signal of @p path, within which the medium is read.
-bool TestMedium::shred(const QString &path, const char *signal)
+/// How many old pieces are on the medium now.
+int TestMedium::leftOf(const PieceRange &range) const
 {
-    begin = std::time(nullptr);
-    crusher->addPath(path);
-    if (!crusher->isRunning())
-        crusher->start(QThread::InheritPriority);
-    return looked.tryAcquire(1, patience) && log.firstArguments(signal).contains(path);
+    return piecesLeft(old.placesIn(image->imageFile()), range);
 }
 
 /// What the medium holds now in the place of old pieces.
@@ -147,67 +115,27 @@ QByteArray TestMedium::standingWhere(const PieceRange &range) const
     return bytesAt(image->imageFile(), before, range);
 }
 
-void TestMedium::nothingIsLeftOfFilesInFolders()
-{
-    for (int file = 0; file < 1500; ++file) {
-        const QString folder = QStringLiteral("top/%1/%2/").arg(file % 5).arg(file % 30);
-        makeOld(folder + QString::number(file), OldBytes::pieceSize + (file * 997) % 9000);
-        if (file % 50 == 0)
-            image->makeFile(folder + QStringLiteral("empty-%1").arg(file), QByteArray());
-    }
-    for (const int size : {bigSize, 8 * mebibyte, 4 * mebibyte + 4096})
-        makeOld(QStringLiteral("top/big/%1").arg(size), size);
-    QVERIFY(putOnTheMedium());
-    QVERIFY(shred(image->path("top")));
-    QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
-    QCOMPARE(log.count("addToHistory"), 1500 + 30 + 3 + 1 + 5 + 30 + 1);
-}
-
-void TestMedium::definedBytesStandWhereASecondNameStays()
-{
-    const auto makeWithSecondName = [this](const TreeName &name, int size) {
-        const QString file = makeOld(name, size);
-        const QString second = image->path(QStringLiteral("second-of-%1").arg(size));
-        if (::link(file.toUtf8().constData(), second.toUtf8().constData()) != 0)
-            qFatal("cannot link %s", qPrintable(second));
-        return old.last();
-    };
-    const PieceRange small = makeWithSecondName("top/small", 800);
-    const PieceRange big = makeWithSecondName("top/big", 9 * mebibyte + 64);
-    const PieceRange lone = makeWithSecondName("lone", 3 * 4096 + 96);
-    QVERIFY(putOnTheMedium());
-    QVERIFY(shred(image->path("lone")));
-    QCOMPARE(piecesLeft(atVerdict, lone), 0);
-    QCOMPARE(piecesLeft(atVerdict, big), big.count);
-    QVERIFY(wasOverwritten(standingWhere(lone), begin, std::time(nullptr)));
-    QVERIFY(shred(image->path("top")));
-    QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
-    QVERIFY(wasOverwritten(standingWhere(small), begin, std::time(nullptr)));
-    QVERIFY(wasOverwritten(standingWhere(big), begin, std::time(nullptr)));
-}
-
 void TestMedium::definedBytesStandWhereANameCannotGo()
 {
-    const QString inTree = makeOld("top/kept/file", 20000);
+    const QString inTree = makeOld(QStringLiteral("top/kept/file"), 20000);
     const PieceRange ofTree = old.last();
-    const QString lone = makeOld("kept/lone", 20000);
+    const QString lone = makeOld(QStringLiteral("kept/lone"), 20000);
     const PieceRange ofLone = old.last();
     QVERIFY(putOnTheMedium());
-    const QStringList keepers{QFileInfo(inTree).path(), QFileInfo(lone).path()};
+    const QStringList keepers{image->path("top/kept"), image->path("kept")};
     for (const QString &folder : keepers)
         QVERIFY(setImmutable(folder, true));
-    const bool loneFailed = shred(lone, "failedOne");
+    const std::time_t begin = std::time(nullptr);
+    const qint64 ofFile = shredFile(lone);
     const QByteArray standingOfLone = standingWhere(ofLone);
-    const std::time_t beginOfLone = begin;
-    const bool treeFailed = shred(image->path("top"), "failedOne");
+    const qint64 ofFolder = shredFolder(image->path("top"));
     const QByteArray standingOfTree = standingWhere(ofTree);
     const std::time_t end = std::time(nullptr);
     for (const QString &folder : keepers)
         QVERIFY(setImmutable(folder, false));
-    QVERIFY(loneFailed && treeFailed && entryExists(lone) && entryExists(inTree));
-    QVERIFY(wasOverwritten(standingOfLone, beginOfLone, end));
+    QVERIFY(ofFile < 0 && ofFolder < 0 && entryExists(lone) && entryExists(inTree));
+    QVERIFY(wasOverwritten(standingOfLone, begin, end));
     QVERIFY(wasOverwritten(standingOfTree, begin, end));
-    QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
 }
 
 /// An overlay has its files written in place once they are in its upper layer, and writes nothing
@@ -219,16 +147,15 @@ void TestMedium::nothingIsLeftBelowAnOverlay()
     for (const char *folder : {"lower", "work", "merged"})
         image->makeFolder(folder);
     QVERIFY(putOnTheMedium());
-    const QByteArray root = image->path("").toUtf8();
-    const QByteArray options =
-        "lowerdir=" + root + "lower,upperdir=" + root + "upper,workdir=" + root + "work";
-    const QByteArray merged = root + "merged";
-    if (::mount("overlay", merged.constData(), "overlay", 0, options.constData()) != 0)
+    const QByteArray root = image->path().toUtf8();
+    const Mount merged(image->path("merged"),
+                       "lowerdir=" + root + "/lower,upperdir=" + root + "/upper,workdir=" + root
+                           + "/work",
+                       "overlay");
+    if (!merged.isDone())
         QSKIP("no overlay over this file system");
-    const bool shredded = shred(image->path("merged/top"));
-    ::umount2(merged.constData(), 0);
-    QVERIFY(shredded);
-    QCOMPARE(piecesLeft(atVerdict, old.all()), 0);
+    QCOMPARE(shredFolder(image->path("merged/top")), CrushResult::Success);
+    QCOMPARE(leftOf(old.all()), 0);
 }
 
 void TestMedium::stoppedFolderHasLeftNothingOfWhatIsReported()
@@ -240,15 +167,55 @@ void TestMedium::stoppedFolderHasLeftNothingOfWhatIsReported()
         rangeOf.insert(path, old.last());
     }
     QVERIFY(putOnTheMedium());
-    stopAfter = removals;
-    QVERIFY(!shred(image->path("top")));
-    QCOMPARE(log.records().constLast(), SignalRecord("stopped"));
-    const QStringList reported = log.firstArguments("addToHistory");
+    log->onRecord = [this](const SignalRecord &) {
+        if (log->count("addToHistory") == removals)
+            crusher->requestStop(true);
+    };
+    QCOMPARE(shredFolder(image->path("top")), CrushResult::Stopped);
+    const PiecePlaces atVerdict = old.placesIn(image->imageFile());
+    const QStringList reported = log->firstArguments("addToHistory");
     QCOMPARE(reported.size(), removals);
     for (const QString &path : reported)
         QCOMPARE(piecesLeft(atVerdict, rangeOf.take(path)), 0);
     for (const PieceRange &range : qAsConst(rangeOf))
         QCOMPARE(piecesLeft(atVerdict, range), range.count);
+}
+
+void TestMedium::definedBytesStandWhereASecondNameStays()
+{
+    const auto makeWithSecondName = [this](const QString &name, int size) {
+        image->makeHardLink(QStringLiteral("second-of-%1").arg(size), makeOld(name, size));
+        return old.last();
+    };
+    const PieceRange small = makeWithSecondName(QStringLiteral("top/small"), 800);
+    const PieceRange big = makeWithSecondName(QStringLiteral("top/big"), 9 * mebibyte + 64);
+    const PieceRange lone = makeWithSecondName(QStringLiteral("lone"), 3 * 4096 + 96);
+    QVERIFY(putOnTheMedium());
+    const std::time_t begin = std::time(nullptr);
+    QCOMPARE(shredFile(image->path("lone")), qint64{3 * 4096 + 96});
+    QCOMPARE(leftOf(lone), 0);
+    QCOMPARE(leftOf(big), big.count);
+    QVERIFY(wasOverwritten(standingWhere(lone), begin, std::time(nullptr)));
+    QCOMPARE(shredFolder(image->path("top")), CrushResult::Success);
+    QCOMPARE(leftOf(old.all()), 0);
+    QVERIFY(wasOverwritten(standingWhere(small), begin, std::time(nullptr)));
+    QVERIFY(wasOverwritten(standingWhere(big), begin, std::time(nullptr)));
+}
+
+void TestMedium::nothingIsLeftOfFilesInFolders()
+{
+    for (int file = 0; file < 1500; ++file) {
+        const QString folder = QStringLiteral("top/%1/%2/").arg(file % 5).arg(file % 30);
+        makeOld(folder + QString::number(file), OldBytes::pieceSize + (file * 997) % 9000);
+        if (file % 50 == 0)
+            image->makeFile(folder + QStringLiteral("empty-%1").arg(file), 0);
+    }
+    for (const int size : {24 * mebibyte + 96, 8 * mebibyte, 4 * mebibyte + 4096})
+        makeOld(QStringLiteral("top/big/%1").arg(size), size);
+    QVERIFY(putOnTheMedium());
+    QCOMPARE(shredFolder(image->path("top")), CrushResult::Success);
+    QCOMPARE(leftOf(old.all()), 0);
+    QCOMPARE(log->count("addToHistory"), 1500 + 30 + 3 + 1 + 5 + 30 + 1);
 }
 
 static void prepare(int, char **)
@@ -257,5 +224,4 @@ static void prepare(int, char **)
 }
 
 TEST_SUITE_PREPARED_BY(medium, TestMedium, prepare)
-
 #include "medium.moc"

@@ -3,6 +3,8 @@
 
 #include "expectedbytes.h"
 
+#include <QByteArrayList>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -32,12 +34,15 @@ QByteArray expectedBytes(int size, std::time_t second)
 
 bool wasOverwritten(const QByteArray &found, std::time_t first, std::time_t last)
 {
+    QByteArrayList blocks;
+    QByteArrayList tails;
+    for (std::time_t second = first; second <= last; ++second) {
+        blocks.append(expectedBytes(blockSize, second));
+        tails.append(expectedBytes(found.size() % blockSize, second));
+    }
     for (int done = 0; done < found.size(); done += blockSize) {
         const QByteArray piece = found.mid(done, blockSize);
-        bool explained = false;
-        for (std::time_t second = first; second <= last && !explained; ++second)
-            explained = piece == expectedBytes(piece.size(), second);
-        if (!explained)
+        if (!(piece.size() == blockSize ? blocks : tails).contains(piece))
             return false;
     }
     return true;

@@ -7,6 +7,8 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include <unistd.h>
 
@@ -16,43 +18,50 @@ namespace testsupport
 namespace
 {
 
-constexpr char prefix[] = "old bytes, piece ";
-constexpr int prefixSize = sizeof(prefix) - 1;
-/// The number, and a newline behind it.
-constexpr int digits = OldBytes::pieceSize - prefixSize - 1;
-
-void findPieces(const QByteArray &bytes, qint64 place, PiecePlaces &places)
+/// All of the file @p image, as long as that is open.
+QByteArray mapped(QFile &image)
 {
-    static const QByteArrayMatcher matcher(QByteArray::fromRawData(prefix, prefixSize));
-    for (int found = matcher.indexIn(bytes);
-         found >= 0 && found + OldBytes::pieceSize <= bytes.size();
-         found = matcher.indexIn(bytes, found + OldBytes::pieceSize)) {
-        bool isNumber = false;
-        const int number = QByteArray::fromRawData(bytes.constData() + found + prefixSize, digits)
-                               .toInt(&isNumber);
-        if (isNumber && number < places.size())
-            places[number] = place + found;
-    }
+    const uchar *bytes = image.open(QIODevice::ReadOnly) ? image.map(0, image.size()) : nullptr;
+    if (bytes == nullptr)
+        qFatal("cannot read %s", qPrintable(image.fileName()));
+    return QByteArray::fromRawData(reinterpret_cast<const char *>(bytes),
+                                   static_cast<int>(image.size()));
 }
 
 } // namespace
 
+OldBytes::OldBytes()
+{
+    static int objects = 0;
+    prefix = "old bytes " + QByteArray::number(++objects) + ", piece ";
+}
+
 QByteArray OldBytes::take(int size)
 {
+    const int digits = pieceSize - prefix.size() - 1;
     lastTaken = PieceRange{taken, size / pieceSize};
-    QByteArray bytes;
-    bytes.reserve(size);
-    for (int piece = 0; piece < lastTaken.count; ++piece)
-        bytes += prefix + QByteArray::number(taken++).rightJustified(digits, '0') + '\n';
-    bytes.append(size - bytes.size(), 'x');
+    QByteArray bytes(size, 'x');
+    for (int start = 0; start + pieceSize <= size; start += pieceSize)
+        std::snprintf(bytes.data() + start, pieceSize, "%s%0*d", prefix.constData(), digits,
+                      taken++);
+    bytes.replace('\0', '\n');
     return bytes;
 }
 
 PiecePlaces OldBytes::placesIn(const QString &imageFile) const
 {
     PiecePlaces places(taken, -1);
-    readImage(imageFile,
-              [&](qint64 place, const QByteArray &bytes) { findPieces(bytes, place, places); });
+    const QByteArrayMatcher matcher(prefix);
+    readImage(imageFile, [&](qint64 place, const QByteArray &bytes) {
+        for (int found = matcher.indexIn(bytes); found >= 0 && found + pieceSize <= bytes.size();
+             found = matcher.indexIn(bytes, found + pieceSize)) {
+            char *end = nullptr;
+            const char *piece = bytes.constData() + found;
+            const long number = std::strtol(piece + prefix.size(), &end, 10);
+            if (end == piece + pieceSize - 1 && number >= 0 && number < places.size())
+                places[static_cast<int>(number)] = place + found;
+        }
+    });
     return places;
 }
 
@@ -60,15 +69,13 @@ void readImage(const QString &imageFile,
                const std::function<void(qint64 place, const QByteArray &bytes)> &look)
 {
     QFile image(imageFile);
-    if (!image.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        qFatal("cannot read %s", qPrintable(imageFile));
-    const off_t size = image.size();
+    const QByteArray all = mapped(image);
     off_t end = 0;
-    for (off_t start = ::lseek(image.handle(), 0, SEEK_DATA); start >= 0 && start < size;
+    for (off_t start = ::lseek(image.handle(), 0, SEEK_DATA); start >= 0;
          start = ::lseek(image.handle(), end, SEEK_DATA)) {
         end = ::lseek(image.handle(), start, SEEK_HOLE);
-        image.seek(start);
-        look(start, image.read(end - start));
+        look(start,
+             QByteArray::fromRawData(all.constData() + start, static_cast<int>(end - start)));
     }
 }
 
@@ -82,13 +89,10 @@ int piecesLeft(const PiecePlaces &places, const PieceRange &range)
 QByteArray bytesAt(const QString &imageFile, const PiecePlaces &places, const PieceRange &range)
 {
     QFile image(imageFile);
-    if (!image.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        qFatal("cannot read %s", qPrintable(imageFile));
+    const QByteArray all = mapped(image);
     QByteArray bytes;
-    for (int piece = range.first; piece < range.first + range.count; ++piece) {
-        image.seek(places.at(piece));
-        bytes += image.read(OldBytes::pieceSize);
-    }
+    for (int piece = range.first; piece < range.first + range.count; ++piece)
+        bytes.append(all.constData() + places.at(piece), OldBytes::pieceSize);
     return bytes;
 }
 

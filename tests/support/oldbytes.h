@@ -24,11 +24,13 @@ struct PieceRange {
 /// Where each piece lies in an image, by its number; -1 for one that is not there.
 using PiecePlaces = QVector<qint64>;
 
+/// The pieces of another object are others.
 class OldBytes
 {
 public:
     static constexpr int pieceSize = 32;
 
+    OldBytes();
     /// @p size bytes of new pieces; what is too short for a piece at the end is filled up.
     QByteArray take(int size);
     /// All pieces taken so far.
@@ -40,6 +42,7 @@ public:
     PiecePlaces placesIn(const QString &imageFile) const;
 
 private:
+    QByteArray prefix; ///< the number follows, and a newline
     int taken = 0;
     PieceRange lastTaken;
 };
