@@ -40,20 +40,6 @@ QByteArray bytesOnDisk(const QByteArray &path)
     return bytes;
 }
 
-ModelKind kindOf(fs::file_type type)
-{
-    switch (type) {
-    case fs::file_type::directory:
-        return ModelKind::Directory;
-    case fs::file_type::regular:
-        return ModelKind::File;
-    case fs::file_type::symlink:
-        return ModelKind::Link;
-    default:
-        return ModelKind::Fifo;
-    }
-}
-
 QByteArray parentOf(const QByteArray &path)
 {
     return path.left(path.lastIndexOf('/'));
@@ -62,11 +48,6 @@ QByteArray parentOf(const QByteArray &path)
 bool hasMode(const ModelEntry &entry, fs::perms wanted)
 {
     return (entry.mode & wanted) == wanted;
-}
-
-QString named(const char *what, const QByteArray &path)
-{
-    return QLatin1String(what) + QString::fromLatin1(path.toPercentEncoding("/"));
 }
 
 } // namespace
@@ -99,7 +80,7 @@ void ModelDisk::takeIn(const QByteArray &path, QMap<quint64, std::shared_ptr<Mod
         qFatal("cannot look at %s", path.constData());
     const fs::file_status state = fs::symlink_status(path.toStdString());
     ModelEntry entry;
-    entry.kind = kindOf(state.type());
+    entry.kind = state.type();
     entry.mode = state.permissions();
     if (entry.kind == ModelKind::File) {
         std::shared_ptr<ModelBody> &body = bodies[status.st_ino];
@@ -118,51 +99,47 @@ void ModelDisk::takeIn(const QByteArray &path, QMap<quint64, std::shared_ptr<Mod
 }
 
 /// The key of the entry at @p path; empty when there is none.
-QByteArray ModelDisk::resolve(const QByteArray &path, bool follow, int links) const
+QByteArray ModelDisk::resolve(const QByteArray &path, bool follow) const
 {
-    if (links > mostLinks || !(path + '/').startsWith(root + '/'))
-        return QByteArray();
-    const bool slashBehind = path.endsWith('/');
-    const QByteArrayList parts = cleaned(path).mid(root.size()).split('/');
     QByteArray here = root;
-    for (int index = 1; index < parts.size(); ++index) {
-        const ModelEntry &folder = entries[here];
-        if (folder.kind != ModelKind::Directory || !hasMode(folder, fs::perms::owner_exec))
-            return QByteArray();
-        if (parts.at(index) == "..") {
-            if (here == root)
-                return QByteArray();
-            here = parentOf(here);
-            continue;
-        }
-        const QByteArray next = here + '/' + parts.at(index);
-        if (!entries.contains(next))
-            return QByteArray();
-        const bool isLast = index == parts.size() - 1;
-        const ModelEntry &entry = entries[next];
-        if (entry.kind == ModelKind::Link && (!isLast || follow || slashBehind)) {
-            QByteArray onward =
-                entry.target.startsWith('/') ? entry.target : here + '/' + entry.target;
-            const auto remaining = parts.mid(index + 1);
-            for (const QByteArray &rest : remaining)
-                onward += '/' + rest;
-            return resolve(slashBehind ? onward + '/' : onward, follow, links + 1);
-        }
-        here = next;
-    }
-    if (slashBehind && entries[here].kind != ModelKind::Directory)
+    QByteArrayList ahead;
+    int links = -1;
+    // False when @p onward leads out of the folder.
+    const auto goOn = [&](const QByteArray &onward) {
+        const bool isAbsolute = onward.startsWith('/');
+        here = isAbsolute ? root : here;
+        ahead = onward.mid(isAbsolute ? root.size() : 0).split('/') + ahead;
+        return ++links <= mostLinks && (!isAbsolute || (onward + '/').startsWith(root + '/'));
+    };
+    if (!goOn(path))
         return QByteArray();
+    while (!ahead.isEmpty()) {
+        const QByteArray name = ahead.takeFirst();
+        const ModelEntry folder = entries.value(here);
+        if (folder.kind != ModelKind::Directory)
+            return QByteArray();
+        if (name.isEmpty() || name == ".")
+            continue;
+        const QByteArray next = name == ".." ? parentOf(here) : here + '/' + name;
+        if (!hasMode(folder, fs::perms::owner_exec) || !entries.contains(next))
+            return QByteArray();
+        const ModelEntry entry = entries.value(next);
+        if (entry.kind != ModelKind::Link || (ahead.isEmpty() && !follow))
+            here = next;
+        else if (!goOn(entry.target))
+            return QByteArray();
+    }
     return here;
 }
 
 const ModelEntry *ModelDisk::find(const QByteArray &path, bool follow) const
 {
-    const QByteArray key = resolve(path, follow, 0);
+    const QByteArray key = resolve(path, follow);
     const auto entry = entries.constFind(key);
     return entry == entries.constEnd() ? nullptr : &*entry;
 }
 
-bool ModelDisk::isKind(const QByteArray &path, ModelKind kind) const
+bool ModelDisk::isKind(const QByteArray &path, fs::file_type kind) const
 {
     const ModelEntry *entry = find(path, true);
     return entry != nullptr && entry->kind == kind;
@@ -201,7 +178,7 @@ QByteArrayList ModelDisk::namesIn(const QByteArray &path) const
 
 void ModelDisk::overwrite(const QByteArray &path)
 {
-    entries[resolve(path, false, 0)].body->overwritten = true;
+    entries[resolve(path, false)].body->overwritten = true;
 }
 
 bool ModelDisk::remove(const QByteArray &path)
@@ -209,7 +186,7 @@ bool ModelDisk::remove(const QByteArray &path)
     QByteArray name = path;
     while (name.endsWith('/'))
         name.chop(1);
-    const QByteArray key = resolve(name, false, 0);
+    const QByteArray key = resolve(name, false);
     if (key.isEmpty() || key == root || !entries[key].names.isEmpty())
         return false;
     ModelEntry &folder = entries[parentOf(key)];
@@ -248,26 +225,25 @@ void openToOwner(const QByteArray &path)
 
 QString ModelDisk::differenceFromDisk(std::time_t first, std::time_t last) const
 {
+    const auto told = [](const char *what, const QByteArray &path) {
+        return QLatin1String(what) + QString::fromLatin1(path.toPercentEncoding("/"));
+    };
     const ModelDisk disk(root);
     for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
-        const auto found = disk.entries.constFind(entry.key());
-        if (found == disk.entries.cend())
-            return named("gone: ", entry.key());
-        if (found->kind != entry->kind || found->target != entry->target)
-            return named("another kind: ", entry.key());
+        const ModelEntry found = disk.entries.value(entry.key());
+        if (found.kind != entry->kind || found.target != entry->target)
+            return told("gone or of another kind: ", entry.key());
         if (!entry->body)
             continue;
-        if (found->body->bytes.size() != entry->body->bytes.size())
-            return named("another size: ", entry.key());
-        const bool isRight = entry->body->overwritten
-                                 ? wasOverwritten(found->body->bytes, first, last)
-                                 : found->body->bytes == entry->body->bytes;
-        if (!isRight)
-            return named("other bytes: ", entry.key());
+        const QByteArray &bytes = found.body->bytes;
+        const bool isRight = entry->body->overwritten ? wasOverwritten(bytes, first, last)
+                                                      : bytes == entry->body->bytes;
+        if (!isRight || bytes.size() != entry->body->bytes.size())
+            return told("other bytes: ", entry.key());
     }
     for (auto found = disk.entries.cbegin(); found != disk.entries.cend(); ++found) {
         if (!entries.contains(found.key()))
-            return named("still there: ", found.key());
+            return told("still there: ", found.key());
     }
     return QString();
 }

@@ -26,10 +26,15 @@ struct ModelBody {
     bool overwritten = false;
 };
 
-enum class ModelKind { Directory, File, Link, Fifo };
+namespace ModelKind
+{
+constexpr auto Directory = std::filesystem::file_type::directory;
+constexpr auto File = std::filesystem::file_type::regular;
+constexpr auto Link = std::filesystem::file_type::symlink;
+} // namespace ModelKind
 
 struct ModelEntry {
-    ModelKind kind = ModelKind::File;
+    std::filesystem::file_type kind = std::filesystem::file_type::none;
     std::filesystem::perms mode = std::filesystem::perms::none;
     qint64 directorySize = 0;        ///< what stat(2) tells for a directory
     QByteArray target;               ///< of a link
@@ -72,8 +77,8 @@ public:
 
 private:
     void takeIn(const QByteArray &path, QMap<quint64, std::shared_ptr<ModelBody>> &bodies);
-    bool isKind(const QByteArray &path, ModelKind kind) const;
-    QByteArray resolve(const QByteArray &path, bool follow, int links) const;
+    bool isKind(const QByteArray &path, std::filesystem::file_type kind) const;
+    QByteArray resolve(const QByteArray &path, bool follow) const;
 
     QByteArray root;
     qint64 bytesPerName = 0; ///< by which a directory becomes smaller when a name goes

@@ -36,13 +36,12 @@ public:
     void endPass();
 
 private:
-    void emitSignal(const char *name, const QVariantList &arguments = {}) const;
-    QStringList listDirectory(const QString &path) const;
-    void shredEntries(const QStringList &entries, quint64 totalBytes, quint64 &doneBytes,
-                      const QString &topDirectory, QStringList &directories);
+    bool remove(const QString &path);
+    QStringList walk(const QString &top,
+                     const std::function<void(const QString &entry)> &visit) const;
 
     ModelDisk &disk;
-    std::function<void(const SignalRecord &)> report;
+    std::function<void(const SignalRecord &)> emitSignal;
 };
 
 } // namespace testsupport
