@@ -13,7 +13,6 @@
 #include <filesystem>
 
 #include <dirent.h>
-#include <fcntl.h>
 
 using namespace testsupport;
 
@@ -37,7 +36,6 @@ private slots:
     void selfAndParentAreSkippedWhereTypesAreUnknown();
     void sizeCountsFilesAndTargetsOfLinks();
     void emptyDirectoryIsRemovedAndReported();
-    void treeOfEmptyFilesGoesUnopened();
     void firstFolderThatStaysEndsTheRemoval();
     void relativeFolderIsReportedAsGiven();
 
@@ -45,6 +43,7 @@ private slots:
     void linkIsUnlinkedAndItsTargetUntouched();
     void linksIntoTheSameTreeAreJustUnlinked();
     void linkBehindASlashIsRefusedUntouched();
+    void bothNamesOfAFileGo();
 };
 
 void TestDirectory::whatIsNoDirectoryIsRefused()
@@ -87,18 +86,17 @@ void TestDirectory::selfAndParentAreSkippedWhereTypesAreUnknown()
 {
     const QString kept = tree->makeFile("kept", 10);
     const QString file = tree->makeFile("top/folder/file", 10);
-    const QString top = tree->path("top");
     const CallHook hook(nullptr, [](const SystemCall &call, void *entry) {
         if (call.is("readdir"))
             static_cast<dirent *>(entry)->d_type = DT_UNKNOWN;
     });
     // Asked first, so that a listing with ".." in it is never shredded.
-    const QList<QFileInfo> entries = FileCrusher::listDirectory(top.toUtf8().constData());
-    QCOMPARE(entries.size(), 1);
-    QCOMPARE(entries.first().fileName(), QStringLiteral("folder"));
-    QCOMPARE(shredFolder(top), qint64{0});
+    const QList<QFileInfo> entries = FileCrusher::listDirectory(top().toUtf8().constData());
+    QCOMPARE(entries, QList<QFileInfo>{QFileInfo(tree->path("top/folder"))});
+    QCOMPARE(shredFolder(top()), qint64{0});
     QVERIFY(isAsMade(kept, 10));
-    QCOMPARE(log->firstArguments("addToHistory"), (QStringList{file, QFileInfo(file).path(), top}));
+    QCOMPARE(log->firstArguments("addToHistory"),
+             (QStringList{file, QFileInfo(file).path(), top()}));
 }
 
 void TestDirectory::sizeCountsFilesAndTargetsOfLinks()
@@ -131,30 +129,13 @@ void TestDirectory::emptyDirectoryIsRemovedAndReported()
     QCOMPARE(log->records(), (SignalRecords{progress(top, 100), removal(top)}));
 }
 
-void TestDirectory::treeOfEmptyFilesGoesUnopened()
-{
-    const QString one = tree->makeFile("top/one", 0);
-    const QString two = tree->makeFile("top/folder/two", 0);
-    const QString top = tree->path("top");
-    int opened = 0;
-    const CallHook hook([&](const SystemCall &call) {
-        opened += call.kind == CallKind::Open && (call.flags & O_ACCMODE) != O_RDONLY ? 1 : 0;
-        return CallFate();
-    });
-    QCOMPARE(shredFolder(top), qint64{0});
-    QCOMPARE(opened, 0);
-    QCOMPARE(log->records(),
-             (SignalRecords{removal(one), removal(two), removal(tree->path("top/folder")),
-                            progress(top, 100), removal(top)}));
-}
-
 void TestDirectory::firstFolderThatStaysEndsTheRemoval()
 {
     const QString four = tree->makeFolder("top/one/two/three/four");
     const QString three = QFileInfo(four).path();
     const QString sibling = tree->makeFolder("top/empty"); // found before the one that stays
     tree->makeFifo("top/one/two/fifo");
-    QCOMPARE(shredFolder(tree->path("top")), qint64{-3});
+    QCOMPARE(shredFolder(top()), qint64{-3});
     QCOMPARE(log->records(), (SignalRecords{removal(four), removal(three)}));
     QVERIFY(!entryExists(three));
     QVERIFY(entryExists(tree->path("top/one/two")));
@@ -176,12 +157,9 @@ void TestDirectory::relativeFolderIsReportedAsGiven()
 void TestDirectory::linkIsUnlinkedAndItsTargetUntouched_data()
 {
     QTest::addColumn<QString>("target");
-    QTest::newRow("to a folder") << QStringLiteral("../outside");
-    QTest::newRow("to a file") << QStringLiteral("../outside/deep/kept");
-    QTest::newRow("to the folder above") << QStringLiteral("..");
-    QTest::newRow("to the top") << QStringLiteral("../top");
-    QTest::newRow("to itself") << QStringLiteral("link");
-    QTest::newRow("dangling") << QStringLiteral("nowhere");
+    for (const char *target :
+         {"../outside", "../outside/deep/kept", "..", "../top", "link", "nowhere"})
+        QTest::newRow(target) << QString::fromLatin1(target);
 }
 
 void TestDirectory::linkIsUnlinkedAndItsTargetUntouched()
@@ -189,11 +167,10 @@ void TestDirectory::linkIsUnlinkedAndItsTargetUntouched()
     QFETCH(QString, target);
     const QString kept = tree->makeFile("outside/deep/kept", 5000);
     const QString link = tree->makeLink("top/link", target);
-    const QString top = tree->path("top");
-    QCOMPARE(shredFolder(top), qint64{0});
-    QVERIFY(!entryExists(top));
+    QCOMPARE(shredFolder(top()), qint64{0});
+    QVERIFY(!entryExists(top()));
     QVERIFY(isAsMade(kept, 5000));
-    QCOMPARE(log->records(), (SignalRecords{removal(link), progress(top, 100), removal(top)}));
+    QCOMPARE(log->records(), (SignalRecords{removal(link), progress(top(), 100), removal(top())}));
 }
 
 void TestDirectory::linksIntoTheSameTreeAreJustUnlinked()
@@ -202,10 +179,9 @@ void TestDirectory::linksIntoTheSameTreeAreJustUnlinked()
     tree->makeLink("top/link to a file", "one/two/file");
     const QString file = tree->makeFile("top/one/two/file", 10);
     const QString secondName = tree->makeHardLink("second name", file);
-    QCOMPARE(shredFolder(tree->path("top")), qint64{0});
-    QCOMPARE(
-        log->firstArguments("addToHistory").mid(2),
-        (QStringList{file, tree->path("top/one/two"), tree->path("top/one"), tree->path("top")}));
+    QCOMPARE(shredFolder(top()), qint64{0});
+    QCOMPARE(log->firstArguments("addToHistory").mid(2),
+             (QStringList{file, tree->path("top/one/two"), tree->path("top/one"), top()}));
     QVERIFY(!isAsMade(secondName, 10));
 }
 
@@ -217,6 +193,18 @@ void TestDirectory::linkBehindASlashIsRefusedUntouched()
     QCOMPARE(workOn(given), (SignalRecords{failure(given.first()), failure(given.last())}));
     QVERIFY(entryExists(link));
     QVERIFY(isAsMade(kept, 10));
+}
+
+void TestDirectory::bothNamesOfAFileGo()
+{
+    const QString one = tree->makeFile("top/one", 5000);
+    const QString other = tree->makeHardLink("top/other", one);
+    QCOMPARE(sizeOf(top()), quint64{10000});
+    QCOMPARE(shredFolder(top()), qint64{0});
+    // Half of the bytes each, whichever is found first.
+    QCOMPARE(log->argumentsOf("finishPercent"),
+             (QList<QVariantList>{{top(), 50}, {top(), 100}, {top(), 100}}));
+    QVERIFY(log->records().contains(removal(one)) && log->records().contains(removal(other)));
 }
 
 TEST_SUITE(directory, TestDirectory)

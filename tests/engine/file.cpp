@@ -22,7 +22,7 @@ private slots:
     void missingPathIsNothingToDo();
     void emptyTopDirectoryIsRefused();
     void fileBelowABlockReportsOnly99();
-    void emptyFileIsUnlinkedUnopened();
+    void emptyFileOrTreeOfEmptyFilesGoesUnopened();
     void fileOfAnEmptyTreeIsUnlinkedUnwritten();
     void linkIsUnlinkedAndItsTargetSurvives();
     void statSizeFollowsLinks();
@@ -76,18 +76,23 @@ void TestFile::fileBelowABlockReportsOnly99()
     }
 }
 
-void TestFile::emptyFileIsUnlinkedUnopened()
+void TestFile::emptyFileOrTreeOfEmptyFilesGoesUnopened()
 {
-    const QString file = tree->makeFile("empty", 0);
+    const QString lone = tree->makeFile("lone", 0);
+    const QString one = tree->makeFile("top/one", 0);
+    const QString two = tree->makeFile("top/folder/two", 0);
     int opened = 0;
     const CallHook hook([&](const SystemCall &call) {
         opened += call.kind == CallKind::Open && (call.flags & O_ACCMODE) != O_RDONLY ? 1 : 0;
         return CallFate();
     });
-    QCOMPARE(shredFile(file), qint64{0});
-    QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(), SignalRecords{removal(file)});
+    QCOMPARE(shredFile(lone), qint64{0});
+    QCOMPARE(shredFolder(top()), qint64{0});
     QCOMPARE(opened, 0);
+    QVERIFY(!entryExists(lone) && !entryExists(top()));
+    QCOMPARE(log->records(), (SignalRecords{removal(lone), removal(one), removal(two),
+                                            removal(tree->path("top/folder")), progress(top(), 100),
+                                            removal(top())}));
 }
 
 void TestFile::fileOfAnEmptyTreeIsUnlinkedUnwritten()

@@ -28,9 +28,6 @@ private slots:
     void mountedFolderIsEmptiedAndStays();
     void immutableFileStays();
     void folderWhoseInodeNumberDoesNotLastIsShredded();
-
-private:
-    QString top;
 };
 
 void TestFileSystems::initTestCase()
@@ -42,31 +39,31 @@ void TestFileSystems::initTestCase()
 void TestFileSystems::init()
 {
     EngineTest::init();
-    top = tree->makeFolder("top");
+    tree->makeFolder("top");
 }
 
 void TestFileSystems::nothingChangesWhereItIsReadOnly()
 {
-    const Mount mount(top);
+    const Mount mount(top());
     QVERIFY(mount.isDone());
     const QString file = tree->makeFile("top/file", 5000);
     const QString empty = tree->makeFile("top/empty", 0);
     const QString folder = tree->makeFolder("top/folder");
     const QString link = tree->makeLink("top/link", "file");
-    const QStringList before = inventoryOf(top);
+    const QStringList before = inventoryOf(top());
     QVERIFY(mount.makeReadOnly());
     QCOMPARE(shredFile(file), CrushResult::OpenFailed);
     QCOMPARE(shredFile(empty), CrushResult::RemoveFailed);
     QCOMPARE(shredFile(link), CrushResult::LinkFailed);
     QCOMPARE(shredFolder(folder), CrushResult::DirectoryFailed);
-    QCOMPARE(shredFolder(top), CrushResult::DirectoryFailed);
-    QCOMPARE(inventoryOf(top), before);
+    QCOMPARE(shredFolder(top()), CrushResult::DirectoryFailed);
+    QCOMPARE(inventoryOf(top()), before);
     QCOMPARE(log->records(), SignalRecords());
 }
 
 void TestFileSystems::fileThatCannotBeOverwrittenForLackOfSpaceGoes()
 {
-    const Mount mount(top, "size=64k");
+    const Mount mount(top(), "size=64k");
     QVERIFY(mount.isDone());
     // A hole takes no space until it is written to.
     const QString file = tree->makeFile("top/file", 0);
@@ -83,7 +80,7 @@ void TestFileSystems::mountedFolderIsEmptiedAndStays()
     QVERIFY(mount.isDone());
     const QString inside = tree->makeFile("top/mounted/inside", 5000);
     const QString beside = tree->makeFile("top/beside", 5000);
-    QCOMPARE(shredFolder(top), CrushResult::DirectoryFailed);
+    QCOMPARE(shredFolder(top()), CrushResult::DirectoryFailed);
     QVERIFY(entryExists(mounted) && !entryExists(inside) && !entryExists(beside));
     QCOMPARE(log->count("addToHistory"), 2);
 }
@@ -94,9 +91,9 @@ void TestFileSystems::immutableFileStays()
     const QString empty = tree->makeFile("top/empty", 0);
     if (!setImmutable(file, true) || !setImmutable(empty, true))
         QSKIP("no immutable files here");
-    const QStringList before = inventoryOf(top);
-    const QList<qint64> verdicts{shredFile(file), shredFile(empty), shredFolder(top)};
-    const QStringList after = inventoryOf(top);
+    const QStringList before = inventoryOf(top());
+    const QList<qint64> verdicts{shredFile(file), shredFile(empty), shredFolder(top())};
+    const QStringList after = inventoryOf(top());
     QVERIFY(setImmutable(file, false) && setImmutable(empty, false));
     QCOMPARE(verdicts, (QList<qint64>{CrushResult::OpenFailed, CrushResult::RemoveFailed,
                                       CrushResult::DirectoryFailed}));
@@ -116,7 +113,7 @@ void TestFileSystems::folderWhoseInodeNumberDoesNotLastIsShredded()
     for (const char *folder : {"changes/upper", "changes/work"})
         tree->makeFolder(folder);
     const QByteArray root = tree->path().toUtf8();
-    const Mount mount(top,
+    const Mount mount(top(),
                       "xino=off,lowerdir=" + root + "/layers,upperdir=" + root
                           + "/changes/upper,workdir=" + root + "/changes/work",
                       "overlay");
@@ -138,9 +135,9 @@ void TestFileSystems::folderWhoseInodeNumberDoesNotLastIsShredded()
         QSKIP("the kernel keeps the numbers here");
     log->onRecord = forget;
     // The mount itself stays.
-    QCOMPARE(shredFolder(top), CrushResult::DirectoryFailed);
+    QCOMPARE(shredFolder(top()), CrushResult::DirectoryFailed);
     QVERIFY(numbers.size() > 2);
-    QVERIFY(QDir(top).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    QVERIFY(QDir(top()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
     QCOMPARE(log->count("addToHistory"), 4);
 }
 

@@ -24,16 +24,6 @@ void EngineTest::cleanup()
     tree.reset();
 }
 
-qint64 EngineTest::shredFile(const QString &path)
-{
-    return crusher->shredFile(path.toUtf8().constData());
-}
-
-qint64 EngineTest::shredFolder(const QString &path)
-{
-    return crusher->shredDirectory(path.toUtf8().constData());
-}
-
 qint64 EngineTest::shredInTree(const QString &path, qint64 total, qint64 done)
 {
     return crusher->shredFileInDirectory(path.toUtf8().constData(), static_cast<quint64>(total),

@@ -47,9 +47,14 @@ protected slots:
     void cleanup();
 
 protected:
+    QString top() const { return tree->path("top"); }
+
     // The routines, called directly.
-    qint64 shredFile(const QString &path);
-    qint64 shredFolder(const QString &path);
+    qint64 shredFile(const QString &path) { return crusher->shredFile(path.toUtf8().constData()); }
+    qint64 shredFolder(const QString &path)
+    {
+        return crusher->shredDirectory(path.toUtf8().constData());
+    }
     /// As one of the files of tree->path(), which holds @p total bytes, @p done of them gone.
     qint64 shredInTree(const QString &path, qint64 total, qint64 done = 0);
 
