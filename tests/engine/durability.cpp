@@ -164,7 +164,7 @@ private slots:
 
 private:
     QSet<ino_t> makeFiles(const char *folder, int count, qint64 size) const;
-    qint64 shredTop() { return shredFolder(tree->path("top")); }
+    qint64 shredTop() { return shredFolder(top()); }
     void checkWrittenOut(const QSet<ino_t> &inodes) const;
 
     std::unique_ptr<WatchedDisk> disk;
@@ -206,8 +206,8 @@ QSet<ino_t> TestDurability::makeFiles(const char *folder, int count, qint64 size
 void TestDurability::everyFileIsWrittenOutAfterItsNameWentAndBeforeTheVerdict_data()
 {
     QTest::addColumn<QString>("victim");
-    QTest::newRow("folder") << QStringLiteral("top");
-    QTest::newRow("file") << QStringLiteral("top/file0");
+    QTest::newRow("folder") << "top";
+    QTest::newRow("file") << "top/file0";
 }
 
 void TestDurability::everyFileIsWrittenOutAfterItsNameWentAndBeforeTheVerdict()
@@ -330,7 +330,7 @@ void TestDurability::fewDescriptorsAreShared()
     QCOMPARE(::setrlimit(RLIMIT_NOFILE, &few), 0);
     FileCrusher frugal;
     makeFiles("top/one/two", 100, 100);
-    const qint64 result = frugal.shredDirectory(tree->path("top").toUtf8().constData());
+    const qint64 result = frugal.shredDirectory(top().toUtf8().constData());
     QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
     QCOMPARE(result, qint64{0});
     QVERIFY(disk->mostHeld > 0 && disk->mostHeld <= 64 / 8 + 1);
@@ -344,7 +344,7 @@ void TestDurability::stoppedFolderIsWrittenOutBeforeStoppedIsTold()
         if (record.name == "addToHistory" && log->count("addToHistory") == 10)
             crusher->requestStop(true);
     };
-    QVERIFY(workOn({tree->path("top")}).contains({"stopped"}));
+    QVERIFY(workOn({top()}).contains({"stopped"}));
     QCOMPARE(disk->removed.size(), 10);
     checkWrittenOut(disk->removed);
 }

@@ -31,13 +31,6 @@ CallHook::Before readingWorks(const std::function<bool(const QString &)> &works)
     };
 }
 
-/// Puts @p decoy in the place of @p victim, of which the call then is.
-CallFate renamed(const QString &decoy, const QString &victim)
-{
-    ::rename(decoy.toUtf8().constData(), victim.toUtf8().constData());
-    return CallFate();
-}
-
 } // namespace
 
 class TestFaults : public EngineTest
@@ -53,14 +46,10 @@ private slots:
     void fileThatVanishesDuringTheWalkIsPassedOver();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs_data();
     void fileReplacedDuringTheWalkIsTakenForWhatItIs();
-    void fifoInThePlaceOfAFileIsLeftAlone();
-    void fileInThePlaceOfALinkIsLeftAlone();
-    void fileInThePlaceOfAnOpenedOneIsLeftAlone();
+    void whatIsInThePlaceAtTheLastMomentIsLeftAlone_data();
+    void whatIsInThePlaceAtTheLastMomentIsLeftAlone();
     void folderThatVanishesDuringTheWalkIsAFailure();
     void folderThatMovesDuringTheRemovalIsAFailure();
-
-private:
-    QString top() const { return tree->path("top"); }
 };
 
 void TestFaults::unusableSizeLeavesTheFile_data()
@@ -145,9 +134,9 @@ void TestFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs_data()
 {
     QTest::addColumn<QString>("decoy");
     QTest::addColumn<qint64>("result");
-    QTest::newRow("link") << QStringLiteral("link") << qint64{0};
-    QTest::newRow("folder") << QStringLiteral("folder") << qint64{0};
-    QTest::newRow("fifo") << QStringLiteral("fifo") << qint64{-3};
+    QTest::newRow("link") << "link" << qint64{0};
+    QTest::newRow("folder") << "folder" << qint64{0};
+    QTest::newRow("fifo") << "fifo" << qint64{-3};
 }
 
 /// Both files are listed before the first is shredded; what the listing says of the other no
@@ -177,40 +166,42 @@ void TestFaults::fileReplacedDuringTheWalkIsTakenForWhatItIs()
              decoy == QLatin1String("folder"));
 }
 
-void TestFaults::fifoInThePlaceOfAFileIsLeftAlone()
+void TestFaults::whatIsInThePlaceAtTheLastMomentIsLeftAlone_data()
 {
-    const QString file = tree->makeFile("top/file", 10);
-    const QString fifo = tree->makeFifo("fifo");
-    const CallHook hook([&](const SystemCall &call) {
-        return call.is("openat") && (call.flags & O_ACCMODE) == O_RDWR ? renamed(fifo, file)
-                                                                       : CallFate();
-    });
-    QCOMPARE(shredFolder(top()), qint64{-3});
-    QVERIFY(entryExists(file));
-    QCOMPARE(log->records(), SignalRecords());
+    QTest::addColumn<QString>("victim");
+    QTest::addColumn<QString>("decoy");
+    QTest::addColumn<QString>("call"); // before which they change places
+    QTest::addColumn<qint64>("result");
+    QTest::newRow("fifo for a file") << "top/file"
+                                     << "fifo"
+                                     << "openat" << qint64{-3};
+    QTest::newRow("file for a link") << "link"
+                                     << "other"
+                                     << "fstatat" << qint64{-5};
+    QTest::newRow("file for an opened one") << "file"
+                                            << "other"
+                                            << "stat" << qint64{-3};
 }
 
-void TestFaults::fileInThePlaceOfALinkIsLeftAlone()
+void TestFaults::whatIsInThePlaceAtTheLastMomentIsLeftAlone()
 {
-    const QString link = tree->makeLink("link", "nowhere");
-    const QString other = tree->makeFile("other", 5000);
-    const CallHook hook([&](const SystemCall &call) {
-        return call.is("fstatat") ? renamed(other, link) : CallFate();
+    QFETCH(QString, victim);
+    QFETCH(QString, decoy);
+    QFETCH(QString, call);
+    for (const char *file : {"top/file", "file"})
+        tree->makeFile(file, 100);
+    tree->makeLink("link", "nowhere");
+    tree->makeFifo("fifo");
+    tree->makeFile("other", 5000);
+    const QString path = tree->path(victim);
+    const CallHook hook([&](const SystemCall &made) {
+        const bool isOfFolder = made.kind == CallKind::Open && (made.flags & O_ACCMODE) != O_RDWR;
+        if (made.is(qPrintable(call)) && !isOfFolder)
+            std::rename(qPrintable(tree->path(decoy)), qPrintable(path));
+        return CallFate();
     });
-    QCOMPARE(shredFile(link), qint64{-5});
-    QVERIFY(isAsMade(link, 5000));
-    QCOMPARE(log->records(), SignalRecords());
-}
-
-void TestFaults::fileInThePlaceOfAnOpenedOneIsLeftAlone()
-{
-    const QString file = tree->makeFile("file", 100);
-    const QString other = tree->makeFile("other", 5000);
-    const CallHook hook([&](const SystemCall &call) {
-        return call.is("stat") ? renamed(other, file) : CallFate();
-    });
-    QCOMPARE(shredFile(file), qint64{-3});
-    QVERIFY(isAsMade(file, 5000));
+    QTEST(victim.startsWith(QLatin1String("top")) ? shredFolder(top()) : shredFile(path), "result");
+    QVERIFY(QFileInfo(path).isFile() ? isAsMade(path, 5000) : entryExists(path));
     QCOMPARE(log->records(), SignalRecords());
 }
 
