@@ -36,7 +36,6 @@ class TestOverwriting : public EngineTest
     Q_OBJECT
 
 private slots:
-    void bytesAreTheSeededSequenceBackwards_data();
     void bytesAreTheSeededSequenceBackwards();
     void everySecondHasItsOwnBytes();
     void neighbourDrawingRandomNumbersDoesNotDisturb();
@@ -82,30 +81,22 @@ qint64 TestOverwriting::shred(const QString &file)
     return alone ? shredFile(file) : shredInTree(file, 1000000);
 }
 
-void TestOverwriting::bytesAreTheSeededSequenceBackwards_data()
-{
-    QTest::addColumn<qint64>("second");
-    QTest::newRow("zero") << qint64{0};
-    QTest::newRow("today") << qint64{someSecond};
-    QTest::newRow("last of 31 bits") << qint64{0x7FFFFFFF};
-    QTest::newRow("first of 32 bits") << qint64{0x80000000};
-    QTest::newRow("last of 32 bits") << qint64{0xFFFFFFFF};
-    QTest::newRow("beyond 32 bits") << qint64{0x100000000} + someSecond;
-    QTest::newRow("before 1970") << qint64{-1};
-}
-
 void TestOverwriting::bytesAreTheSeededSequenceBackwards()
 {
-    QFETCH(qint64, second);
-    for (int count = 0; count <= blockSize; count += count < 5 ? 1 : 409)
-        QCOMPARE(filled(second, count), expectedBytes(count, second));
-    QCOMPARE(filled(second), expectedBytes(blockSize, second));
-    // Nobody asks for more than a block, but the routine allows it.
-    QByteArray beyond(2 * blockSize + 5, '\0');
-    std::srand(static_cast<unsigned>(second));
-    for (int index = beyond.size() - 1; index >= 0; --index)
-        beyond[index] = static_cast<char>(std::rand() & 0xFF); // NOLINT: the bytes are rand()'s
-    QCOMPARE(filled(second, beyond.size()), beyond);
+    // Also around 32 bits and before 1970.
+    for (const std::time_t second :
+         {std::time_t{0}, someSecond, std::time_t{0x7FFFFFFF}, std::time_t{0x80000000},
+          std::time_t{0xFFFFFFFF}, std::time_t{0x100000000} + someSecond, std::time_t{-1}}) {
+        // Nobody asks for more than a block, but the routine allows it.
+        for (const int count : {0, 1, 2, 3, 4, 5, 414, 2459, blockSize, 2 * blockSize + 5}) {
+            QByteArray expected(count, '\0');
+            std::srand(static_cast<unsigned>(second));
+            for (int index = count - 1; index >= 0; --index)
+                expected[index] = static_cast<char>(std::rand() & 0xFF); // NOLINT: the promise
+            QVERIFY2(filled(second, count) == expected,
+                     qPrintable(QStringLiteral("%1 bytes at %2").arg(count).arg(second)));
+        }
+    }
 }
 
 void TestOverwriting::everySecondHasItsOwnBytes()

@@ -20,15 +20,6 @@ constexpr qint64 block = 4096;
 constexpr quint64 twoTo31 = quint64{1} << 31;
 constexpr quint64 twoTo32 = quint64{1} << 32;
 
-SignalRecords recordsOf(const QString &path, const QList<int> &percents, const QString &file)
-{
-    SignalRecords records;
-    for (const int percent : percents)
-        records.append(progress(path, percent));
-    records.append(removal(file));
-    return records;
-}
-
 } // namespace
 
 class TestProgress : public EngineTest
@@ -42,30 +33,40 @@ private slots:
     void fileOfAFolderCountsDown();
     void loneFilePercentNarrowsTheBlocks_data();
     void loneFilePercentNarrowsTheBlocks();
+    void treePercentCountsTerabytes();
     void stepIsComparedAsSigned32Bit();
+
+private:
+    void checkReports(const QString &path, const QString &file) const;
 };
+
+/// The percentages of the row were reported of @p path, then the removal of @p file.
+void TestProgress::checkReports(const QString &path, const QString &file) const
+{
+    QFETCH(QList<int>, expected);
+    SignalRecords records;
+    for (const int percent : qAsConst(expected))
+        records.append(progress(path, percent));
+    QCOMPARE(log->records(), records << removal(file));
+}
 
 void TestProgress::loneFileReportsStepsOfTwo_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<QList<int>>("expected");
-    const auto row = [](int size, const QList<int> &expected) {
-        QTest::addRow("%d bytes", size) << size << expected;
-    };
-    row(4096, {100, 99});
-    row(8191, {100, 99});
-    row(8192, {50, 100, 99});
-    row(3 * 4096, {34, 67, 100, 99});
-    row(40960, {10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 99});
+    QTest::newRow("a block") << 4096 << QList<int>{100, 99};
+    QTest::newRow("nearly two") << 8191 << QList<int>{100, 99};
+    QTest::newRow("two") << 8192 << QList<int>{50, 100, 99};
+    QTest::newRow("three") << 3 * 4096 << QList<int>{34, 67, 100, 99};
+    QTest::newRow("ten") << 40960 << QList<int>{10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 99};
 }
 
 void TestProgress::loneFileReportsStepsOfTwo()
 {
     QFETCH(int, size);
-    QFETCH(QList<int>, expected);
     const QString file = tree->makeFile("file", size);
     QCOMPARE(shredFile(file), qint64{size});
-    QCOMPARE(log->records(), recordsOf(file, expected, file));
+    checkReports(file, file);
 }
 
 void TestProgress::fileOfAFolderCountsDown_data()
@@ -94,11 +95,10 @@ void TestProgress::fileOfAFolderCountsDown()
     QFETCH(qint64, size);
     QFETCH(qint64, total);
     QFETCH(qint64, done);
-    QFETCH(QList<int>, expected);
     const QString file = tree->makeFile("file", size);
     QCOMPARE(shredInTree(file, total, done), size);
     QVERIFY(!entryExists(file));
-    QCOMPARE(log->records(), recordsOf(tree->path(), expected, file));
+    checkReports(tree->path(), file);
 }
 
 void TestProgress::loneFilePercentNarrowsTheBlocks_data()
@@ -127,6 +127,13 @@ void TestProgress::loneFilePercentNarrowsTheBlocks()
     QFETCH(quint64, blocks);
     QFETCH(quint64, index);
     QTEST(shredprogress::loneFilePercent(blocks, index), "percent");
+}
+
+void TestProgress::treePercentCountsTerabytes()
+{
+    constexpr quint64 terabyte = quint64{1} << 40;
+    QCOMPARE(shredprogress::treePercent(3 * terabyte, 4 * terabyte), quint64{75});
+    QCOMPARE(shredprogress::treePercent(3 * terabyte - 1, 4 * terabyte), quint64{74});
 }
 
 void TestProgress::stepIsComparedAsSigned32Bit()

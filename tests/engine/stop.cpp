@@ -28,26 +28,25 @@ private slots:
 
 private:
     QStringList makeFiles() const;
-    void stopAt(const char *signal, int count);
-    QString top() const { return tree->path("top"); }
+    void stopAtRemoval(int count);
 };
 
 /// Ten files of 10 bytes in five folders, with an empty folder at the end of the walk.
 QStringList TestStop::makeFiles() const
 {
     QStringList files;
-    for (const char *name : {"one", "two", "three", "a/four", "a/five", "b/six", "a/c/seven",
-                             "a/c/eight", "b/d/nine", "b/d/ten"})
-        files.append(tree->makeFile(QStringLiteral("top/") + QLatin1String(name), 10));
+    for (const char *name :
+         {"top/one", "top/two", "top/three", "top/a/four", "top/a/five", "top/b/six",
+          "top/a/c/seven", "top/a/c/eight", "top/b/d/nine", "top/b/d/ten"})
+        files.append(tree->makeFile(name, 10));
     tree->makeFolder("top/b/d/e/empty");
     return files;
 }
 
-/// Requests a stop as soon as @p signal is emitted for the time @p count.
-void TestStop::stopAt(const char *signal, int count)
+void TestStop::stopAtRemoval(int count)
 {
-    log->onRecord = [this, signal, count](const SignalRecord &record) {
-        if (record.name == signal && log->count(signal) == count)
+    log->onRecord = [this, count](const SignalRecord &record) {
+        if (record.name == "addToHistory" && log->count("addToHistory") == count)
             crusher->requestStop(true);
     };
 }
@@ -70,7 +69,7 @@ void TestStop::requestDuringTheWalkLeavesTheRest()
 {
     const int shredded = 4;
     const QStringList files = makeFiles();
-    stopAt("addToHistory", shredded);
+    stopAtRemoval(shredded);
     QCOMPARE(shredFolder(top()), qint64{255});
 
     SignalRecords expected;
@@ -92,7 +91,7 @@ void TestStop::requestDuringTheWalkLeavesTheRest()
 void TestStop::requestDuringTheRemovalOfFoldersComesTooLate()
 {
     const QString inner = tree->makeFolder("top/folder/inner");
-    stopAt("addToHistory", 1);
+    stopAtRemoval(1);
     QCOMPARE(shredFolder(top()), qint64{0});
     QVERIFY(!entryExists(top()));
     QCOMPARE(log->records(), (SignalRecords{removal(inner), removal(tree->path("top/folder")),
@@ -121,7 +120,7 @@ void TestStop::stopInsideAFolderHasNoVerdict()
 {
     const QString first = tree->makeFile("top/first", 10);
     const QString second = tree->makeFile("top/folder/second", 10);
-    stopAt("addToHistory", 1);
+    stopAtRemoval(1);
     QCOMPARE(workOn({top()}),
              (SignalRecords{progress(top(), 50), removal(first), progress(top(), 0), {"stopped"}}));
     QVERIFY(isAsMade(second, 10));
