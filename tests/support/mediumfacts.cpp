@@ -7,19 +7,16 @@
 
 #include "engine/filecrusher.h"
 
-#include "eventually.h"
 #include "loopimage.h"
 #include "oldbytes.h"
 #include "signallog.h"
 
 #include <QCoreApplication>
 #include <QProcess>
-#include <QSemaphore>
 
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <memory>
 
 #include <unistd.h>
 
@@ -41,31 +38,26 @@ struct Kind {
 
 QVector<Kind> kinds()
 {
-    const auto plain = [](const char *type, const char *options = "") {
+    const auto plain = [](const char *type, const char *options = "loop") {
         FileSystemKind kind = plainFileSystem(QString::fromLatin1(type));
         kind.mountOptions = QString::fromLatin1(options);
         return kind;
     };
-    // Blocks that are given up would be told to the loop device, which forgets them.
-    const auto btrfs = [](const char *options) {
-        return FileSystemKind{
-            QStringLiteral("btrfs"),
-            {QStringLiteral("mkfs.btrfs"), QStringLiteral("-q"), QStringLiteral("-f")},
-            QStringLiteral("nodiscard") + QString::fromLatin1(options)};
+    const auto other = [](const char *type, const char *makeCommand, const char *options = "loop") {
+        return FileSystemKind{QString::fromLatin1(type),
+                              QString::fromLatin1(makeCommand).split(QLatin1Char(' ')),
+                              QString::fromLatin1(options)};
     };
+    // Blocks that are given up would be told to the loop device, which forgets them.
     return {{"ext4", plain("ext4")},
-            {"ext4, data=journal", plain("ext4", "data=journal")},
+            {"ext4, data=journal", plain("ext4", "loop,data=journal")},
             {"ext2", plain("ext2")},
             {"XFS", plain("xfs")},
             {"XFS, a reflink copy elsewhere", plain("xfs"), true},
-            {"Btrfs", btrfs("")},
-            {"Btrfs, nodatacow", btrfs(",nodatacow")},
-            {"exFAT by exfat-fuse",
-             {QStringLiteral("exfat-fuse"), {QStringLiteral("mkfs.exfat")}, QString()}},
-            {"NTFS by ntfs-3g",
-             {QStringLiteral("ntfs-3g"),
-              {QStringLiteral("mkfs.ntfs"), QStringLiteral("-Q"), QStringLiteral("-F")},
-              QString()}}};
+            {"Btrfs", other("btrfs", "mkfs.btrfs -q -f", "loop,nodiscard")},
+            {"Btrfs, nodatacow", other("btrfs", "mkfs.btrfs -q -f", "loop,nodiscard,nodatacow")},
+            {"exFAT by exfat-fuse", other("exfat-fuse", "mkfs.exfat")},
+            {"NTFS by ntfs-3g", other("ntfs-3g", "mkfs.ntfs -Q -F")}};
 }
 
 /// Short enough to stand in one piece in every kind of directory.
@@ -77,123 +69,80 @@ QString nameOf(int file)
 /// How many of the names stand anywhere on the medium, in UTF-8 or UTF-16.
 int namesIn(const QString &imageFile)
 {
-    QVector<bool> found(smallFiles, false);
+    QSet<int> found;
     const QString prefix = QStringLiteral("secret-");
     const QByteArray wide(reinterpret_cast<const char *>(prefix.utf16()), 2 * prefix.size());
     readImage(imageFile, [&](qint64, const QByteArray &bytes) {
         for (const QByteArray &start : {prefix.toLatin1(), wide}) {
-            const int step = start.size() / prefix.size();
+            const int length = 8 * start.size() / prefix.size();
             for (int at = bytes.indexOf(start); at >= 0; at = bytes.indexOf(start, at + 1)) {
-                QByteArray digits;
-                for (int digit = 0; digit < 8; ++digit)
-                    digits += bytes.mid(at + start.size() + digit * step, 1);
                 bool isNumber = false;
+                const QByteArray digits = bytes.mid(at + start.size(), length).replace('\0', "");
                 const int file = digits.toInt(&isNumber);
                 if (isNumber && file < smallFiles)
-                    found[file] = true;
+                    found.insert(file);
             }
         }
     });
-    return static_cast<int>(std::count(found.begin(), found.end(), true));
+    return found.size();
 }
 
-/// One image, filled, shredded and looked at.
-class Trial
+/// Fills an image, shreds what is in it and prints a row of the table.
+void measure(const Kind &kind)
 {
-public:
-    explicit Trial(const Kind &kind)
-        : image(kind.fileSystem)
-    {
-        if (image.problem().isEmpty())
-            fill(kind.hasCopy);
+    LoopImage image(kind.fileSystem);
+    const auto path = [&](const char *name) { return image.path(name); };
+    std::cout << "| " << kind.name << " | ";
+    if (!image.problem().isEmpty()) {
+        std::cout << qPrintable(image.problem()) << " |" << std::endl;
+        return;
     }
-
-    QString problem() const { return image.problem(); }
-    void shred();
-    void printRow(const char *name);
-
-private:
-    void fill(bool withCopy);
-    void lookBetween(const QStringList &removed);
-
-    LoopImage image;
     OldBytes old;
     QHash<QString, PieceRange> rangeOf;
-    PieceRange ofSmall;
-    PieceRange ofBig;
-    int mostUnwritten = 0;
-    PiecePlaces atVerdict;
-    bool failed = false;
-};
-
-void Trial::fill(bool withCopy)
-{
     for (int file = 0; file < smallFiles; ++file) {
         const QByteArray bytes = old.take(1000 + (file * 997) % 9000);
         rangeOf.insert(image.makeFile(QStringLiteral("top/") + nameOf(file), bytes), old.last());
     }
-    ofSmall = old.all();
-    image.makeFile(QStringLiteral("top/big"), old.take(bigSize));
-    ofBig = old.last();
-    if (withCopy)
+    const PieceRange ofSmall = old.all();
+    image.makeFile("top/big", old.take(bigSize));
+    const PieceRange ofBig = old.last();
+    if (kind.hasCopy)
         QProcess::execute(QStringLiteral("cp"),
                           {QStringLiteral("--recursive"), QStringLiteral("--reflink=always"),
-                           image.path(QStringLiteral("top")), image.path(QStringLiteral("copy"))});
-    if (!image.remount())
-        return;
+                           path("top"), path("copy")});
+    image.remount();
     ::sync(); // what a file system in user space has given to the device
     if (piecesLeft(old.placesIn(image.imageFile()), old.all()) != old.all().count)
-        std::cout << "not every old piece is on the medium before the run:" << std::endl;
-}
+        std::cout << "not every old piece is on the medium before the run: ";
 
-/// What a power cut would have left at this moment of files that are already reported.
-void Trial::lookBetween(const QStringList &removed)
-{
-    const PiecePlaces places = old.placesIn(image.imageFile());
-    const auto isUnwritten = [&](const QString &path) {
-        return rangeOf.contains(path) && piecesLeft(places, rangeOf.value(path)) > 0;
+    FileCrusher crusher;
+    SignalLog log(&crusher);
+    int mostUnwritten = 0;
+    // What a power cut would have left at this moment of files that are already reported.
+    log.onRecord = [&](const SignalRecord &) {
+        const QStringList removed = log.firstArguments("addToHistory");
+        if (removed.size() % removalsBetweenLooks != 0)
+            return;
+        const PiecePlaces places = old.placesIn(image.imageFile());
+        const auto isUnwritten = [&](const QString &file) {
+            return rangeOf.contains(file) && piecesLeft(places, rangeOf.value(file)) > 0;
+        };
+        const auto unwritten = std::count_if(removed.begin(), removed.end(), isUnwritten);
+        mostUnwritten = std::max(mostUnwritten, static_cast<int>(unwritten));
     };
-    const auto unwritten = std::count_if(removed.begin(), removed.end(), isUnwritten);
-    mostUnwritten = std::max(mostUnwritten, static_cast<int>(unwritten));
-}
-
-void Trial::shred()
-{
-    auto *crusher = new FileCrusher; // lives until the process ends
-    SignalLog log(crusher);
-    QSemaphore done;
-    log.onRecord = [&](const SignalRecord &record) {
-        if (record.name == "addToHistory") {
-            const QStringList removed = log.firstArguments("addToHistory");
-            if (removed.size() % removalsBetweenLooks == 0)
-                lookBetween(removed);
-        } else if (record.name == "finishOne" || record.name == "failedOne") {
-            atVerdict = old.placesIn(image.imageFile());
-            failed = record.name == "failedOne";
-            done.release();
-        }
-    };
-    crusher->addPath(image.path(QStringLiteral("top")));
-    crusher->start();
-    done.acquire();
-}
-
-void Trial::printRow(const char *name)
-{
+    const qint64 verdict = crusher.shredDirectory(path("top").toUtf8().constData());
+    const PiecePlaces atVerdict = old.placesIn(image.imageFile());
     const int namesAtVerdict = namesIn(image.imageFile());
+
     ::sync();
     image.unmount();
     ::sync();
     const PiecePlaces later = old.placesIn(image.imageFile());
-    const auto pieces = [&](const PieceRange &range) {
-        std::cout << " | " << range.count << " → " << piecesLeft(atVerdict, range) << " → "
-                  << piecesLeft(later, range);
-    };
-    std::cout << "| " << name;
-    pieces(ofSmall);
-    pieces(ofBig);
-    std::cout << " | " << mostUnwritten << " | " << namesAtVerdict << " → "
-              << namesIn(image.imageFile()) << " |" << (failed ? " (reported as failed)" : "")
+    for (const PieceRange &range : {ofSmall, ofBig})
+        std::cout << range.count << " → " << piecesLeft(atVerdict, range) << " → "
+                  << piecesLeft(later, range) << " | ";
+    std::cout << mostUnwritten << " | " << namesAtVerdict << " → " << namesIn(image.imageFile())
+              << " |" << (verdict != CrushResult::Success ? " (reported as failed)" : "")
               << std::endl;
 }
 
@@ -218,15 +167,7 @@ int main(int argc, char **argv)
                  "| --- | --- | --- | --- | --- |"
               << std::endl;
     const QVector<Kind> all = kinds();
-    for (const Kind &kind : all) {
-        Trial trial(kind);
-        if (!trial.problem().isEmpty()) {
-            std::cout << "| " << kind.name << " | " << qPrintable(trial.problem()) << " |"
-                      << std::endl;
-            continue;
-        }
-        trial.shred();
-        trial.printRow(kind.name);
-    }
-    std::_Exit(EXIT_SUCCESS); // the workers still run
+    for (const Kind &kind : all)
+        measure(kind);
+    return EXIT_SUCCESS;
 }
