@@ -49,9 +49,6 @@ class TestHostileNeighbours : public EngineTest
     Q_OBJECT
 
 private slots:
-    void initTestCase() { user = std::make_unique<OrdinaryUser>(); }
-    void cleanupTestCase() { user.reset(); }
-
     void swapBeforeAnyCallReachesNothingOutside_data();
     void swapBeforeAnyCallReachesNothingOutside();
     void folderMovedAwayIsNotFollowedUpwards_data();
@@ -63,7 +60,7 @@ private:
     void makeTree(qint64 size);
     int shredAmong(const QString &victim, const std::function<void(int)> &mischief);
 
-    std::unique_ptr<OrdinaryUser> user;
+    OrdinaryUser user;
     std::unique_ptr<TemporaryTree> outside;
 };
 

@@ -34,28 +34,25 @@ class TestRefusals : public EngineTest
     Q_OBJECT
 
 private slots:
+    void init();
+
     void readOnlyFileStays();
     void fileThatCannotBeOpenedStaysAndItsFolderIsFailed();
     void entryThatCannotBeRemovedIsAFailure();
+    void folderThatCannotBeReadHoldsNothing();
+    void runningProgramStays();
     void fileUnderALeaseIsWaitedFor();
-
-private:
-    /// The folder "top", in which an ordinary user may do what @p mode says.
-    QString makeTop(mode_t mode) const;
 };
 
-QString TestRefusals::makeTop(mode_t mode) const
+void TestRefusals::init()
 {
+    EngineTest::init();
     setMode(tree->path(), 0777);
-    const QString top = tree->makeFolder("top");
-    setMode(top, mode);
-    return top;
 }
 
 void TestRefusals::readOnlyFileStays()
 {
     const QString file = tree->makeFile("file", 5000);
-    setMode(tree->path(), 0777);
     setMode(file, 0444);
     const OrdinaryUser user;
     QCOMPARE(shredFile(file), qint64{-2});
@@ -66,16 +63,16 @@ void TestRefusals::readOnlyFileStays()
 
 void TestRefusals::fileThatCannotBeOpenedStaysAndItsFolderIsFailed()
 {
-    const QString top = makeTop(0777);
     const QString file = tree->makeFile("top/file", 5000);
+    const QString folder = tree->makeFolder("top/folder");
     const QString other = tree->makeFile("top/folder/other", 5000);
-    setMode(tree->path("top/folder"), 0777);
-    setMode(other, 0666);
+    for (const QString &open : {top(), folder, other})
+        setMode(open, 0777);
     setMode(file, 0444);
     const OrdinaryUser user;
     // What failed counts nothing, so the other half of the bytes ends at 50.
-    QCOMPARE(workOn({top}), (SignalRecords{progress(top, 50), removal(other),
-                                           removal(tree->path("top/folder")), failure(top)}));
+    QCOMPARE(workOn({top()}),
+             (SignalRecords{progress(top(), 50), removal(other), removal(folder), failure(top())}));
     QVERIFY(isAsMade(file, 5000));
 }
 
@@ -86,7 +83,7 @@ void TestRefusals::entryThatCannotBeRemovedIsAFailure()
     const QString empty = tree->makeFile("top/empty", 0);
     setMode(file, 0666);
     setMode(empty, 0666);
-    makeTop(0555);
+    setMode(top(), 0555);
     {
         const OrdinaryUser user;
         QCOMPARE(shredFile(link), qint64{-5});
@@ -101,10 +98,41 @@ void TestRefusals::entryThatCannotBeRemovedIsAFailure()
         QCOMPARE(shredInTree(file, 100000), qint64{-7});
         QCOMPARE(log->records(), SignalRecords());
     }
-    setMode(tree->path("top"), 0755); // lets the test's cleanup remove it
+    setMode(top(), 0755); // lets the test's cleanup remove it
     QVERIFY(entryExists(link) && entryExists(empty));
     QCOMPARE(QFileInfo(file).size(), qint64{5000});
     QVERIFY(!isAsMade(file, 5000));
+}
+
+void TestRefusals::folderThatCannotBeReadHoldsNothing()
+{
+    const QString file = tree->makeFile("top/file", 10);
+    setMode(top(), 0333);
+    {
+        const OrdinaryUser user;
+        QCOMPARE(FileCrusher::directorySize(top().toUtf8().constData()), quint64{0});
+        QCOMPARE(FileCrusher::listDirectory(top().toUtf8().constData()), QList<QFileInfo>());
+        QCOMPARE(shredFolder(top()), qint64{-3});
+    }
+    setMode(top(), 0755);
+    QVERIFY(isAsMade(file, 10));
+    QCOMPARE(log->records(), SignalRecords());
+}
+
+void TestRefusals::runningProgramStays()
+{
+    const QString program = tree->path("program");
+    QVERIFY(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("sleep")), program));
+    setMode(program, 0777);
+    const QByteArray before = TemporaryTree::contentsOf(program);
+    QProcess running;
+    running.start(program, {QStringLiteral("600")});
+    QVERIFY(running.waitForStarted());
+    QCOMPARE(shredFile(program), qint64{-2}); // ETXTBSY
+    running.kill();
+    QVERIFY(running.waitForFinished());
+    QCOMPARE(TemporaryTree::contentsOf(program), before);
+    QCOMPARE(log->records(), SignalRecords());
 }
 
 /// As file servers take it: the kernel asks for the lease back when somebody opens the file.
@@ -124,7 +152,7 @@ void TestRefusals::fileUnderALeaseIsWaitedFor()
             std::this_thread::sleep_for(100ms); // whoever does not wait has failed by then
             ::fcntl(leased.handle(), F_SETLEASE, F_UNLCK);
         });
-        const qint64 result = alone ? shredFile(file) : shredFolder(tree->path("top"));
+        const qint64 result = alone ? shredFile(file) : shredFolder(top());
         holder.join();
         QCOMPARE(result, alone ? 5000 : 0);
         QVERIFY(!entryExists(file));

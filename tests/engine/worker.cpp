@@ -18,6 +18,7 @@ private slots:
     void signalsAreDeclaredInTheirOrder();
     void emptyPathIsSkippedWithoutASignal();
     void vanishedPathIsFinished();
+    void fifoIsLeftAloneAndFinished();
     void fileOf255BytesHasNoVerdict();
     void pathsGoInTheOrderOfTheirArrival();
     void reportsComeAtTheirStepOfTheWork();
@@ -49,8 +50,14 @@ void TestWorker::vanishedPathIsFinished()
     const QString vanished = tree->path("folder/vanished");
     QCOMPARE(workOn({vanished}), SignalRecords{success(vanished)});
     QVERIFY(isAsMade(kept, 10));
-    QCOMPARE(QDir(tree->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{QStringLiteral("kept")});
+    QVERIFY(!entryExists(tree->path("folder")));
+}
+
+void TestWorker::fifoIsLeftAloneAndFinished()
+{
+    const QString fifo = tree->makeFifo("fifo");
+    QCOMPARE(workOn({fifo}), SignalRecords{success(fifo)});
+    QVERIFY(entryExists(fifo));
 }
 
 void TestWorker::fileOf255BytesHasNoVerdict()

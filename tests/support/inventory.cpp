@@ -23,22 +23,22 @@ QString lineFor(const QString &path)
     struct stat state = {};
     if (::lstat(path.toUtf8().constData(), &state) != 0)
         return path + QStringLiteral(" vanished");
-    QByteArray contents;
+    QString contents;
     if (S_ISLNK(state.st_mode))
-        contents = QFile::symLinkTarget(path).toUtf8();
+        contents = QFile::symLinkTarget(path);
     else if (S_ISREG(state.st_mode))
-        contents =
+        contents = QString::fromLatin1(
             QCryptographicHash::hash(TemporaryTree::contentsOf(path), QCryptographicHash::Md5)
-                .toHex();
-    return QStringLiteral("%1 %2 inode %3 names %4 size %5 changed %6.%7 holds %8")
+                .toHex());
+    const QString times =
+        QStringLiteral("%1.%2").arg(state.st_ctim.tv_sec).arg(state.st_ctim.tv_nsec);
+    return QStringLiteral("%1 %2 inode %3 names %4 size %5 changed %6 holds %7")
         .arg(path)
         .arg(state.st_mode, 0, 8)
         .arg(state.st_ino)
         .arg(state.st_nlink)
         .arg(state.st_size)
-        .arg(state.st_ctim.tv_sec)
-        .arg(state.st_ctim.tv_nsec)
-        .arg(QString::fromUtf8(contents));
+        .arg(times, contents);
 }
 
 } // namespace

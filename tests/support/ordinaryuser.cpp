@@ -9,13 +9,8 @@
 namespace testsupport
 {
 
-namespace
-{
-
 constexpr uid_t rootId = 0;
 constexpr uid_t nobodyId = 65534;
-
-} // namespace
 
 OrdinaryUser::OrdinaryUser()
     : wasRoot(::getuid() == rootId)

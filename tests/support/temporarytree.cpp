@@ -35,18 +35,19 @@ QString TemporaryTree::path(const TreeName &name) const
     return root + QLatin1Char('/') + name.text;
 }
 
-QString TemporaryTree::makeFile(const TreeName &name, qint64 size, char fill) const
+QString TemporaryTree::pathInFolder(const TreeName &name) const
 {
-    return makeFile(name, QByteArray(static_cast<int>(size), fill));
+    const QString folder = QFileInfo(path(name)).path();
+    require(QDir().mkpath(folder), "folder", folder);
+    return path(name);
 }
 
 QString TemporaryTree::makeFile(const TreeName &name, const QByteArray &contents) const
 {
-    const QString file = path(name);
-    require(QDir().mkpath(QFileInfo(file).path()), "folder of", file);
-    QFile out(file);
-    require(out.open(QIODevice::WriteOnly) && out.write(contents) == contents.size(), "file", file);
-    return file;
+    QFile out(pathInFolder(name));
+    require(out.open(QIODevice::WriteOnly) && out.write(contents) == contents.size(), "file",
+            out.fileName());
+    return out.fileName();
 }
 
 QString TemporaryTree::makeFolder(const TreeName &name) const
@@ -57,8 +58,7 @@ QString TemporaryTree::makeFolder(const TreeName &name) const
 
 QString TemporaryTree::makeLink(const TreeName &name, const TreeName &target) const
 {
-    const QString link = path(name);
-    require(QDir().mkpath(QFileInfo(link).path()), "folder of", link);
+    const QString link = pathInFolder(name);
     require(::symlink(target.text.toUtf8().constData(), link.toUtf8().constData()) == 0, "link",
             link);
     return link;
@@ -66,7 +66,7 @@ QString TemporaryTree::makeLink(const TreeName &name, const TreeName &target) co
 
 QString TemporaryTree::makeHardLink(const TreeName &name, const QString &existing) const
 {
-    const QString second = path(name);
+    const QString second = pathInFolder(name);
     require(::link(existing.toUtf8().constData(), second.toUtf8().constData()) == 0, "hard link",
             second);
     return second;
@@ -74,8 +74,7 @@ QString TemporaryTree::makeHardLink(const TreeName &name, const QString &existin
 
 QString TemporaryTree::makeFifo(const TreeName &name) const
 {
-    const QString fifo = path(name);
-    require(QDir().mkpath(QFileInfo(fifo).path()), "folder of", fifo);
+    const QString fifo = pathInFolder(name);
     require(::mkfifo(fifo.toUtf8().constData(), S_IRUSR | S_IWUSR) == 0, "fifo", fifo);
     return fifo;
 }

@@ -41,23 +41,28 @@ public:
     /// The absolute path of @p name inside the folder; nothing is made.
     QString path(const TreeName &name) const;
 
-    /// Makes a file of @p size bytes, each @p fill, with its parent folders; returns its path.
-    QString makeFile(const TreeName &name, qint64 size, char fill = 'x') const;
-    /// Makes a file holding @p contents, with its parent folders; returns its path.
+    // Each makes the parent folders too, and returns its path.
+    /// Makes a file holding @p contents.
     QString makeFile(const TreeName &name, const QByteArray &contents) const;
-    /// Makes a folder with its parents; returns its path.
+    /// Makes a file of @p size times 'x'.
+    QString makeFile(const TreeName &name, qint64 size) const
+    {
+        return makeFile(name, QByteArray(static_cast<int>(size), 'x'));
+    }
     QString makeFolder(const TreeName &name) const;
-    /// Makes a symbolic link that says @p target; returns the link's path.
+    /// Makes a symbolic link that says @p target.
     QString makeLink(const TreeName &name, const TreeName &target) const;
-    /// Makes a second name for the file @p existing; returns the second name's path.
+    /// Makes a second name for the file @p existing.
     QString makeHardLink(const TreeName &name, const QString &existing) const;
-    /// Makes a fifo that its owner may read and write; returns its path.
+    /// Makes a fifo that its owner may read and write.
     QString makeFifo(const TreeName &name) const;
 
     /// The bytes of the file @p path (an absolute path).
     static QByteArray contentsOf(const QString &path);
 
 private:
+    QString pathInFolder(const TreeName &name) const;
+
     QTemporaryDir directory;
     QString root;
 };
