@@ -21,7 +21,6 @@ private slots:
     void nullPathAndFolderAreRefused();
     void missingPathIsNothingToDo();
     void emptyTopDirectoryIsRefused();
-    void fileBelowABlockReportsOnly99();
     void emptyFileOrTreeOfEmptyFilesGoesUnopened();
     void fileOfAnEmptyTreeIsUnlinkedUnwritten();
     void linkIsUnlinkedAndItsTargetSurvives();
@@ -63,17 +62,6 @@ void TestFile::emptyTopDirectoryIsRefused()
     QCOMPARE(crusher->shredFileInDirectory("/missing", 10, 0, QString()), qint64{-4});
     QVERIFY(isAsMade(file, 10));
     QCOMPARE(log->records(), SignalRecords());
-}
-
-void TestFile::fileBelowABlockReportsOnly99()
-{
-    for (const int size : {1, 2, 255, 4095}) {
-        log->clear();
-        const QString file = tree->makeFile("file", size);
-        QCOMPARE(shredFile(file), qint64{size});
-        QVERIFY(!entryExists(file));
-        QCOMPARE(log->records(), (SignalRecords{progress(file, 99), removal(file)}));
-    }
 }
 
 void TestFile::emptyFileOrTreeOfEmptyFilesGoesUnopened()

@@ -40,15 +40,11 @@ private slots:
     void everySecondHasItsOwnBytes();
     void neighbourDrawingRandomNumbersDoesNotDisturb();
 
-    void bytesAreOverwrittenInPlace_data();
-    void bytesAreOverwrittenInPlace();
+    void bytesAreOverwrittenInPlaceBeforeTheNameGoes_data();
+    void bytesAreOverwrittenInPlaceBeforeTheNameGoes();
     void everyBlockIsOfItsOwnSecond_data() { aloneAndInATree(); }
     void everyBlockIsOfItsOwnSecond();
     void asManyBytesAreWrittenAsTheSizeSays();
-    void fileIsWrittenAsBlocksAndATail_data() { aloneAndInATree(); }
-    void fileIsWrittenAsBlocksAndATail();
-    void fileIsOverwrittenAndClosedBeforeItGoes_data() { aloneAndInATree(); }
-    void fileIsOverwrittenAndClosedBeforeItGoes();
     void failedWriteIsNotNoticed_data() { aloneAndInATree(); }
     void failedWriteIsNotNoticed();
 
@@ -131,7 +127,7 @@ void TestOverwriting::neighbourDrawingRandomNumbersDoesNotDisturb()
     QVERIFY(same);
 }
 
-void TestOverwriting::bytesAreOverwrittenInPlace_data()
+void TestOverwriting::bytesAreOverwrittenInPlaceBeforeTheNameGoes_data()
 {
     QTest::addColumn<bool>("alone");
     QTest::addColumn<int>("size");
@@ -141,16 +137,22 @@ void TestOverwriting::bytesAreOverwrittenInPlace_data()
     }
 }
 
-void TestOverwriting::bytesAreOverwrittenInPlace()
+void TestOverwriting::bytesAreOverwrittenInPlaceBeforeTheNameGoes()
 {
     QFETCH(int, size);
     const QString file = tree->makeFile("file", size);
     const QString secondName = tree->makeHardLink("second name", file);
+    QByteArray found;
+    const CallHook hook([&](const SystemCall &call) {
+        if (call.kind == CallKind::Remove)
+            found = TemporaryTree::contentsOf(file);
+        return CallFate();
+    });
     const std::time_t before = std::time(nullptr);
     QCOMPARE(shred(file), qint64{size});
-    const QByteArray found = TemporaryTree::contentsOf(secondName);
     QCOMPARE(found.size(), size);
     QVERIFY(wasOverwritten(found, before, std::time(nullptr)));
+    QCOMPARE(TemporaryTree::contentsOf(secondName), found);
 }
 
 void TestOverwriting::everyBlockIsOfItsOwnSecond()
@@ -178,33 +180,6 @@ void TestOverwriting::asManyBytesAreWrittenAsTheSizeSays()
     });
     QCOMPARE(shredFile(file), qint64{5000});
     QCOMPARE(TemporaryTree::contentsOf(secondName), expectedBytes(5000, someSecond));
-}
-
-void TestOverwriting::fileIsWrittenAsBlocksAndATail()
-{
-    QList<long long> written;
-    const CallHook hook([&](const SystemCall &call) {
-        if (call.is("fwrite"))
-            written.append(call.length);
-        return CallFate();
-    });
-    QCOMPARE(shred(tree->makeFile("one", 10000)), qint64{10000});
-    QCOMPARE(shred(tree->makeFile("two", 8192)), qint64{8192});
-    QCOMPARE(written, (QList<long long>{4096, 4096, 1808, 4096, 4096, 0}));
-}
-
-void TestOverwriting::fileIsOverwrittenAndClosedBeforeItGoes()
-{
-    const QString file = tree->makeFile("file", 5000);
-    QByteArray found;
-    const ClockHook clock([] { return someSecond; });
-    const CallHook hook([&](const SystemCall &call) {
-        if (call.kind == CallKind::Remove)
-            found = TemporaryTree::contentsOf(file);
-        return CallFate();
-    });
-    QCOMPARE(shred(file), qint64{5000});
-    QCOMPARE(found, expectedBytes(5000, someSecond));
 }
 
 void TestOverwriting::failedWriteIsNotNoticed()

@@ -31,7 +31,6 @@ private slots:
     void loneFileReportsStepsOfTwo();
     void fileOfAFolderCountsDown_data();
     void fileOfAFolderCountsDown();
-    void loneFilePercentNarrowsTheBlocks_data();
     void loneFilePercentNarrowsTheBlocks();
     void treePercentCountsTerabytes();
     void stepIsComparedAsSigned32Bit();
@@ -54,6 +53,8 @@ void TestProgress::loneFileReportsStepsOfTwo_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<QList<int>>("expected");
+    for (const int size : {1, 2, 255, 4095})
+        QTest::addRow("only 99 below a block, %d bytes", size) << size << QList<int>{99};
     QTest::newRow("a block") << 4096 << QList<int>{100, 99};
     QTest::newRow("nearly two") << 8191 << QList<int>{100, 99};
     QTest::newRow("two") << 8192 << QList<int>{50, 100, 99};
@@ -66,6 +67,7 @@ void TestProgress::loneFileReportsStepsOfTwo()
     QFETCH(int, size);
     const QString file = tree->makeFile("file", size);
     QCOMPARE(shredFile(file), qint64{size});
+    QVERIFY(!entryExists(file));
     checkReports(file, file);
 }
 
@@ -101,32 +103,28 @@ void TestProgress::fileOfAFolderCountsDown()
     checkReports(tree->path(), file);
 }
 
-void TestProgress::loneFilePercentNarrowsTheBlocks_data()
-{
-    QTest::addColumn<quint64>("blocks");
-    QTest::addColumn<quint64>("index");
-    QTest::addColumn<int>("percent");
-    const auto row = [](const char *name, quint64 blocks, quint64 index, int percent) {
-        QTest::newRow(name) << blocks << index << percent;
-    };
-    row("ninth of a thousand", 1000, 9, 1);
-    row("tenth of a thousand is rounded up", 1000, 10, 2);
-    row("first of the most that 31 bits count", twoTo31 - 1, 0, 1);
-    row("last of the most that 31 bits count", twoTo31 - 1, twoTo31 - 2, 100);
-    row("a negative divisor is beyond every share", twoTo31, 0, 100);
-    row("a divisor of minus one", twoTo32 - 1, 0, 100);
-    row("a count that narrows to zero divides whole", twoTo32, 0, 1);
-    row("last of a count that narrows to zero", twoTo32, twoTo32 - 1, 100);
-    row("last of a count that narrows to one", twoTo32 + 1, twoTo32, 100);
-    row("a narrowed divisor near the end", twoTo32 + 100, twoTo32 + 90, 91);
-    row("a narrowed divisor far from the end", twoTo32 + 100, twoTo32 - 202, -201);
-}
-
 void TestProgress::loneFilePercentNarrowsTheBlocks()
 {
-    QFETCH(quint64, blocks);
-    QFETCH(quint64, index);
-    QTEST(shredprogress::loneFilePercent(blocks, index), "percent");
+    const struct {
+        const char *name;
+        quint64 blocks;
+        quint64 index;
+        int percent;
+    } rows[] = {
+        {"ninth of a thousand", 1000, 9, 1},
+        {"tenth of a thousand is rounded up", 1000, 10, 2},
+        {"first of the most that 31 bits count", twoTo31 - 1, 0, 1},
+        {"last of the most that 31 bits count", twoTo31 - 1, twoTo31 - 2, 100},
+        {"a negative divisor is beyond every share", twoTo31, 0, 100},
+        {"a divisor of minus one", twoTo32 - 1, 0, 100},
+        {"a count that narrows to zero divides whole", twoTo32, 0, 1},
+        {"last of a count that narrows to zero", twoTo32, twoTo32 - 1, 100},
+        {"last of a count that narrows to one", twoTo32 + 1, twoTo32, 100},
+        {"a narrowed divisor near the end", twoTo32 + 100, twoTo32 + 90, 91},
+        {"a narrowed divisor far from the end", twoTo32 + 100, twoTo32 - 202, -201},
+    };
+    for (const auto &row : rows)
+        QVERIFY2(shredprogress::loneFilePercent(row.blocks, row.index) == row.percent, row.name);
 }
 
 void TestProgress::treePercentCountsTerabytes()
