@@ -13,6 +13,7 @@
 #include <cstring>
 #include <ctime>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 #include <dirent.h>
@@ -98,30 +99,22 @@ SystemCall about(CallKind kind, const char *name, int file, const char *path = n
     return SystemCall{kind, name, file, path, flags, offset, length};
 }
 
-void *asFilledIn(const void *result)
-{
-    return const_cast<void *>(result);
-}
-
-void *asFilledIn(int)
-{
-    return nullptr;
-}
-
+/// Hooks may change what is @p filledIn, or what the returned pointer leads to.
 template <class Result, class Perform>
 Result performed(const SystemCall &call, Result failure, void *filledIn, Perform perform)
 {
     const CallFate fate = fateOf(call);
     if (fate.pretended)
         return Result();
-    const Result result = fate.error == 0 ? perform() : failure;
-    if (fate.error != 0)
+    if (fate.error != 0) {
         errno = fate.error;
-    else if (result != failure && !isUnseen())
-        askUnseen([&] {
-            if (hooks().after)
-                hooks().after(call, filledIn != nullptr ? filledIn : asFilledIn(result));
-        });
+        return failure;
+    }
+    const Result result = perform();
+    if constexpr (std::is_pointer_v<Result>)
+        filledIn = result;
+    if (result != failure && !isUnseen())
+        askUnseen([&] { return hooks().after ? hooks().after(call, filledIn) : void(); });
     return result;
 }
 
@@ -268,30 +261,18 @@ using testsupport::transferred;
     PASS_ON_FILLING(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), \
                     status)
 
-/// The four ways to look at a file.
-#define PASS_ON_LOOKS(stat, lstat, fstat, fstatat, Status)                                         \
-    PASS_ON_LOOKING("stat", stat, (const char *path, Status *status) noexcept, (path, status),     \
-                    AT_FDCWD, path)                                                                \
-    PASS_ON_LOOKING("lstat", lstat, (const char *path, Status *status) noexcept, (path, status),   \
-                    AT_FDCWD, path)                                                                \
-    PASS_ON_LOOKING("fstat", fstat, (int file, Status *status) noexcept, (file, status), file,     \
-                    nullptr)                                                                       \
+/// The four ways to look at a file. In an older library, whose headers' functions are in every
+/// program and call these, a VERSION comes first.
+#define PASS_ON_LOOKS(stat, lstat, fstat, fstatat, Status, VERSION, version)                       \
+    PASS_ON_LOOKING("stat", stat, (VERSION const char *path, Status *status) noexcept,             \
+                    (version path, status), AT_FDCWD, path)                                        \
+    PASS_ON_LOOKING("lstat", lstat, (VERSION const char *path, Status *status) noexcept,           \
+                    (version path, status), AT_FDCWD, path)                                        \
+    PASS_ON_LOOKING("fstat", fstat, (VERSION int file, Status *status) noexcept,                   \
+                    (version file, status), file, nullptr)                                         \
     PASS_ON_LOOKING("fstatat", fstatat,                                                            \
-                    (int folder, const char *path, Status *status, int flags) noexcept,            \
-                    (folder, path, status, flags), folder, path)
-
-/// The same of an older library, whose headers' functions are in every program and call these.
-#define PASS_ON_OLDER_LOOKS(stat, lstat, fstat, fstatat, Status)                                   \
-    PASS_ON_LOOKING("stat", stat, (int version, const char *path, Status *status) noexcept,        \
-                    (version, path, status), AT_FDCWD, path)                                       \
-    PASS_ON_LOOKING("lstat", lstat, (int version, const char *path, Status *status) noexcept,      \
-                    (version, path, status), AT_FDCWD, path)                                       \
-    PASS_ON_LOOKING("fstat", fstat, (int version, int file, Status *status) noexcept,              \
-                    (version, file, status), file, nullptr)                                        \
-    PASS_ON_LOOKING(                                                                               \
-        "fstatat", fstatat,                                                                        \
-        (int version, int folder, const char *path, Status *status, int flags) noexcept,           \
-        (version, folder, path, status, flags), folder, path)
+                    (VERSION int folder, const char *path, Status *status, int flags) noexcept,    \
+                    (version folder, path, status, flags), folder, path)
 
 extern "C" {
 PASS_ON_OPENING(open, (const char *path, int flags, ...), (path, flags, mode),
@@ -315,14 +296,17 @@ PASS_ON_CONTROLLING(__fcntl_time64)
 PASS_ON(int, -1, access, (const char *path, int mode) noexcept, (path, mode),
         about(CallKind::Look, "access", AT_FDCWD, path))
 #if __GLIBC_PREREQ(2, 33)
-PASS_ON_LOOKS(stat, lstat, fstat, fstatat, struct stat)
-PASS_ON_LOOKS(stat64, lstat64, fstat64, fstatat64, struct stat64)
+PASS_ON_LOOKS(stat, lstat, fstat, fstatat, struct stat, , )
+PASS_ON_LOOKS(stat64, lstat64, fstat64, fstatat64, struct stat64, , )
 #else
-PASS_ON_OLDER_LOOKS(__xstat, __lxstat, __fxstat, __fxstatat, struct stat)
-PASS_ON_OLDER_LOOKS(__xstat64, __lxstat64, __fxstat64, __fxstatat64, struct stat64)
+#define COMMA ,
+PASS_ON_LOOKS(__xstat, __lxstat, __fxstat, __fxstatat, struct stat, int version COMMA,
+              version COMMA)
+PASS_ON_LOOKS(__xstat64, __lxstat64, __fxstat64, __fxstatat64, struct stat64, int version COMMA,
+              version COMMA)
 #endif
 // With times of 64 bits on a machine of 32 bits; nobody calls them elsewhere.
-PASS_ON_LOOKS(__stat64_time64, __lstat64_time64, __fstat64_time64, __fstatat64_time64, void)
+PASS_ON_LOOKS(__stat64_time64, __lstat64_time64, __fstat64_time64, __fstatat64_time64, void, , )
 PASS_ON_LOOKING("statx", statx,
                 (int folder, const char *path, int flags, unsigned mask,
                  struct statx *status) noexcept,
