@@ -5,10 +5,6 @@
 // and whatever they point to stays as it is.
 
 #include "enginetest.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <filesystem>
 

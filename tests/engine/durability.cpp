@@ -9,10 +9,6 @@
 #include "engine/writewindow.h"
 
 #include "enginetest.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <cerrno>
 

@@ -8,10 +8,6 @@
 
 #include "enginetest.h"
 #include "inventory.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <algorithm>
 #include <cerrno>

@@ -6,10 +6,6 @@
 // error is tried in everyfault.cpp.
 
 #include "enginetest.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <cerrno>
 #include <cstdio>

@@ -4,10 +4,6 @@
 // What becomes of one file or link, given by itself or as one of a folder's.
 
 #include "enginetest.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <fcntl.h>
 

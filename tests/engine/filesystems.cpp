@@ -7,9 +7,6 @@
 #include "enginetest.h"
 #include "inventory.h"
 #include "loopimage.h"
-#include "suites.h"
-
-#include <QtTest>
 
 #include <sys/stat.h>
 

@@ -10,10 +10,6 @@
 #include "enginetest.h"
 #include "inventory.h"
 #include "ordinaryuser.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <algorithm>
 #include <cstdio>

@@ -6,10 +6,6 @@
 // needed.
 
 #include "enginetest.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <fcntl.h>
 

@@ -8,9 +8,6 @@
 #include "expectedbytes.h"
 #include "loopimage.h"
 #include "oldbytes.h"
-#include "suites.h"
-
-#include <QtTest>
 
 #include <ctime>
 #include <map>

@@ -5,9 +5,6 @@
 // are in model.cpp.
 
 #include "enginetest.h"
-#include "suites.h"
-
-#include <QtTest>
 
 #include <climits>
 

@@ -8,10 +8,6 @@
 
 #include "enginetest.h"
 #include "expectedbytes.h"
-#include "suites.h"
-#include "systemcalls.h"
-
-#include <QtTest>
 
 #include <atomic>
 #include <cerrno>

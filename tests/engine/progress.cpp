@@ -7,9 +7,6 @@
 #include "engine/shredprogress.h"
 
 #include "enginetest.h"
-#include "suites.h"
-
-#include <QtTest>
 
 using namespace testsupport;
 

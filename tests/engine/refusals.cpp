@@ -6,9 +6,6 @@
 
 #include "enginetest.h"
 #include "ordinaryuser.h"
-#include "suites.h"
-
-#include <QtTest>
 
 #include <chrono>
 #include <csignal>

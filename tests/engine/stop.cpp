@@ -6,9 +6,6 @@
 // at the end of a pass.
 
 #include "enginetest.h"
-#include "suites.h"
-
-#include <QtTest>
 
 using namespace testsupport;
 

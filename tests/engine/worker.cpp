@@ -4,9 +4,6 @@
 // The worker's loop, met as its owner meets it: the queue, and the verdict on each path.
 
 #include "enginetest.h"
-#include "suites.h"
-
-#include <QtTest>
 
 using namespace testsupport;
 

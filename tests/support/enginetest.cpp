@@ -4,7 +4,6 @@
 #include "enginetest.h"
 
 #include "eventually.h"
-#include "systemcalls.h"
 
 namespace testsupport
 {

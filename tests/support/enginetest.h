@@ -9,9 +9,11 @@
 #include "engine/filecrusher.h"
 
 #include "signallog.h"
+#include "suites.h"
+#include "systemcalls.h"
 #include "temporarytree.h"
 
-#include <QObject>
+#include <QtTest>
 
 #include <memory>
 
