@@ -5,7 +5,8 @@
 
 #include <QString>
 
-#include <sys/types.h>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 namespace testsupport
 {
@@ -15,17 +16,34 @@ namespace testsupport
 class OrdinaryUser
 {
 public:
-    OrdinaryUser();
-    ~OrdinaryUser();
+    OrdinaryUser()
+    {
+        if (wasRoot && ::setresuid(id(), id(), 0) != 0)
+            qFatal("cannot become an ordinary user");
+    }
+    ~OrdinaryUser()
+    {
+        if (wasRoot && ::setresuid(0, 0, 0) != 0)
+            qFatal("cannot become root again");
+        ::prctl(PR_SET_DUMPABLE, 1); // lost with the change; leak checkers need it
+    }
     OrdinaryUser(const OrdinaryUser &) = delete;
     OrdinaryUser &operator=(const OrdinaryUser &) = delete;
 
-    static uid_t id();
+    static uid_t id()
+    {
+        constexpr uid_t nobody = 65534;
+        return ::getuid() == 0 ? nobody : ::getuid();
+    }
     /// Makes @p path theirs.
-    static void give(const QString &path);
+    static void give(const QString &path)
+    {
+        if (id() != ::getuid() && ::chown(path.toUtf8().constData(), id(), id()) != 0)
+            qFatal("cannot give %s away", qPrintable(path));
+    }
 
 private:
-    bool wasRoot;
+    const bool wasRoot = ::getuid() == 0;
 };
 
 } // namespace testsupport
