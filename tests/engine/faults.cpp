@@ -168,15 +168,13 @@ void TestFaults::whatIsInThePlaceAtTheLastMomentIsLeftAlone_data()
     QTest::addColumn<QString>("decoy");
     QTest::addColumn<QString>("call"); // before which they change places
     QTest::addColumn<qint64>("result");
-    QTest::newRow("fifo for a file") << "top/file"
-                                     << "fifo"
-                                     << "openat" << qint64{-3};
-    QTest::newRow("file for a link") << "link"
-                                     << "other"
-                                     << "fstatat" << qint64{-5};
-    QTest::newRow("file for an opened one") << "file"
-                                            << "other"
-                                            << "stat" << qint64{-3};
+    const auto row = [](const char *name, const char *victim, const char *decoy, const char *call,
+                        qint64 result) {
+        QTest::newRow(name) << victim << decoy << call << result;
+    };
+    row("fifo for a file", "top/file", "fifo", "openat", -3);
+    row("file for a link", "link", "other", "fstatat", -5);
+    row("file for an opened one", "file", "other", "stat", -3);
 }
 
 void TestFaults::whatIsInThePlaceAtTheLastMomentIsLeftAlone()

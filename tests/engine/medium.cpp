@@ -164,10 +164,7 @@ void TestMedium::stoppedFolderHasLeftNothingOfWhatIsReported()
         rangeOf.insert(path, old.last());
     }
     QVERIFY(putOnTheMedium());
-    log->onRecord = [this](const SignalRecord &) {
-        if (log->count("addToHistory") == removals)
-            crusher->requestStop(true);
-    };
+    stopAtRemoval(removals);
     QCOMPARE(shredFolder(image->path("top")), CrushResult::Stopped);
     const PiecePlaces atVerdict = old.placesIn(image->imageFile());
     const QStringList reported = log->firstArguments("addToHistory");

@@ -25,7 +25,6 @@ private slots:
 
 private:
     QStringList makeFiles() const;
-    void stopAtRemoval(int count);
 };
 
 /// Ten files of 10 bytes in five folders, with an empty folder at the end of the walk.
@@ -38,14 +37,6 @@ QStringList TestStop::makeFiles() const
         files.append(tree->makeFile(name, 10));
     tree->makeFolder("top/b/d/e/empty");
     return files;
-}
-
-void TestStop::stopAtRemoval(int count)
-{
-    log->onRecord = [this, count](const SignalRecord &record) {
-        if (record.name == "addToHistory" && log->count("addToHistory") == count)
-            crusher->requestStop(true);
-    };
 }
 
 void TestStop::requestBeforeTheWalkLeavesEverything()

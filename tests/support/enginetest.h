@@ -8,6 +8,7 @@
 
 #include "engine/filecrusher.h"
 
+#include "eventually.h"
 #include "signallog.h"
 #include "suites.h"
 #include "systemcalls.h"
@@ -45,8 +46,19 @@ class EngineTest : public QObject
     Q_OBJECT
 
 protected slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        tree = std::make_unique<TemporaryTree>();
+        crusher = new FileCrusher;
+        log = std::make_unique<SignalLog>(crusher);
+    }
+    void cleanup()
+    {
+        log.reset();
+        if (!crusher->isRunning())
+            delete crusher;
+        tree.reset();
+    }
 
 protected:
     QString top() const { return tree->path("top"); }
@@ -58,13 +70,47 @@ protected:
         return crusher->shredDirectory(path.toUtf8().constData());
     }
     /// As one of the files of tree->path(), which holds @p total bytes, @p done of them gone.
-    qint64 shredInTree(const QString &path, qint64 total, qint64 done = 0);
+    qint64 shredInTree(const QString &path, qint64 total, qint64 done = 0)
+    {
+        return crusher->shredFileInDirectory(path.toUtf8().constData(), static_cast<quint64>(total),
+                                             static_cast<quint64>(done), tree->path());
+    }
+
+    void stopAtRemoval(int count)
+    {
+        log->onRecord = [this, count](const SignalRecord &record) {
+            if (record.name == "addToHistory" && log->count("addToHistory") == count)
+                crusher->requestStop(true);
+        };
+    }
 
     /// From now on this thread handles each signal of the worker while that waits.
-    void startWorker();
+    void startWorker()
+    {
+        const auto onRecord = log->onRecord;
+        log = std::make_unique<SignalLog>(crusher, Qt::BlockingQueuedConnection);
+        log->onRecord = onRecord;
+        crusher->start(QThread::InheritPriority);
+    }
+
     /// Lets the worker's thread do @p paths. Returns all that it says until it has done them and
     /// one behind them that does not exist.
-    SignalRecords workOn(const QStringList &paths);
+    SignalRecords workOn(const QStringList &paths)
+    {
+        const ShortPauses quickly;
+        const SignalRecord end = success(tree->path("nothing here"));
+        log->clear();
+        for (const QString &path : paths)
+            crusher->addPath(path);
+        crusher->addPath(tree->path("nothing here"));
+        if (!crusher->isRunning())
+            startWorker();
+        if (!eventually([&] { return log->records().contains(end); }))
+            QTest::qFail("the worker has not come to the end", __FILE__, __LINE__);
+        SignalRecords records = log->records();
+        records.removeOne(end);
+        return records;
+    }
 
     std::unique_ptr<TemporaryTree> tree;
     /// Deleted only when not started: a started worker lives until the process ends.
