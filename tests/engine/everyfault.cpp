@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Each single call that the worker makes to the system fails, one after the other, with each
-// error that a disk has to offer; and once more with all calls of its kind failing from there
-// on. Whatever happens, the verdict says what is left, the history says what is gone, nothing
-// goes without having been overwritten, nothing else is touched and nothing stays open.
+// Each call that the worker makes to the system fails, alone or with all of its kind from there on:
+// the verdict says what is left, the history says what is gone, nothing goes without having been
+// overwritten, nothing else is touched and nothing stays open.
 
 #include "enginetest.h"
 #include "inventory.h"
@@ -59,7 +58,7 @@ void TestEveryFault::anyCallMayFail_data()
         for (const int error : {EACCES, EIO, ENOENT, ENOSPC, EINTR, EROFS, EMFILE, 0}) {
             for (const bool lasts : {false, true})
                 QTest::addRow("%s, error %d%s", name, error, lasts ? " from there on" : "")
-                    << QString::fromLatin1(name) << error << lasts;
+                    << name << error << lasts;
         }
     }
 }
@@ -76,7 +75,7 @@ void TestEveryFault::makeTree()
     for (const char *name : {"top/link", "link"})
         victims.append(tree->makeLink(name, outside->path("file")));
     victims.append(tree->makeLink("top/sub/dangling", "nowhere"));
-    victims << tree->path("top/sub") << tree->path("top");
+    victims << tree->path("top/sub") << top();
     victims.sort();
 }
 
@@ -119,7 +118,7 @@ int TestEveryFault::shredWithFault(const QString &victim, int number)
             const bool isHit = isFirst || (lasts && failed == call.kind);
             return isHit ? CallFate{error, error == 0} : CallFate();
         });
-        verdict = victim.endsWith(QLatin1String("top")) ? shredFolder(victim) : shredFile(victim);
+        verdict = victim == top() ? shredFolder(victim) : shredFile(victim);
     }
     leftOpen = openDescriptors() - openBefore;
     return calls;
@@ -129,7 +128,7 @@ int TestEveryFault::shredWithFault(const QString &victim, int number)
 void TestEveryFault::checkVerdict(const QString &victim) const
 {
     const bool gone = !entryExists(victim);
-    if (victim == tree->path("top")) {
+    if (victim == top()) {
         QVERIFY(verdict == CrushResult::Success || verdict == CrushResult::NoSuchDirectory
                 || verdict == CrushResult::DirectoryFailed);
         QCOMPARE(verdict == CrushResult::Success, gone);

@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Somebody exchanges two names at the worst moment there is, and that is tried with every
-// moment: right before each single call that the worker makes to the system, for good, with the
-// names put back before the next call, or back and forth from there on. What lies elsewhere is
-// never touched, and no run waits for ever. An ordinary user does all of it, so that an engine
-// gone wrong could not reach far.
+// Somebody exchanges two names right before any call that the worker makes to the system: what lies
+// elsewhere is never touched, and no run waits for ever. An ordinary user does all of it, so that
+// an engine gone wrong could not reach far.
 
 #include "enginetest.h"
 #include "inventory.h"
@@ -27,7 +25,8 @@ constexpr int never = -1;
 /// Whether the names are swapped, so many calls after the moment.
 using Swap = bool (*)(int callsSince);
 
-/// All at every moment take a while, so they take turns unless FILESHREDDER_SWAPS is set.
+/// For one call, for good, and back and forth. All at every moment take a while, so they take turns
+/// unless FILESHREDDER_SWAPS is set.
 QList<Swap> swapsAt(int moment)
 {
     const QList<Swap> all{
@@ -117,15 +116,15 @@ void TestHostileNeighbours::swapBeforeAnyCallReachesNothingOutside()
             const QByteArray one = tree->path(swapped).toUtf8();
             const QByteArray other = tree->path(QStringLiteral("decoys/") + decoy).toUtf8();
             bool areSwapped = false;
-            const int made = shredAmong(tree->path(victim), [&](int call) {
+            const auto exchange = [&](int call) {
                 const bool wanted = moment != never && swap(call - moment);
                 // In one step: neither is missing for a moment.
                 if (wanted != areSwapped)
                     ::renameat2(AT_FDCWD, one.constData(), AT_FDCWD, other.constData(),
                                 RENAME_EXCHANGE);
                 areSwapped = wanted;
-            });
-            calls = std::max(calls, made);
+            };
+            calls = std::max(calls, shredAmong(tree->path(victim), exchange));
             const QStringList after = inventoryOf(outside->path());
             if (after != before)
                 qInfo("swapped before call %d of %d", moment, calls);

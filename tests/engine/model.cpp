@@ -69,35 +69,8 @@ QString spelled(const QByteArray &path, const ModelDisk &disk, Dice &dice)
     }
 }
 
-} // namespace
-
-class TestModelEngine : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void routinesAgreeWithTheModel();
-    void workerAgreesWithTheModel();
-
-private:
-    static QString differenceInRoutine(quint32 seed);
-    QString differenceInWorker(quint32 seed) const;
-    SignalRecords heardFromWorker(const QStringList &paths, int stopSignal, int expected) const;
-
-    OrdinaryUser user; ///< whatever goes wrong, it has no more rights than that
-    ShortPauses quickly;
-    FileCrusher *worker = nullptr; ///< its thread ends with the process
-};
-
-void TestModelEngine::initTestCase()
-{
-    worker = new FileCrusher;
-    worker->start();
-}
-
 /// One of the routines, called directly.
-QString TestModelEngine::differenceInRoutine(quint32 seed)
+QString differenceInRoutine(quint32 seed)
 {
     Dice dice(seed);
     RandomTree tree(dice);
@@ -145,8 +118,29 @@ QString TestModelEngine::differenceInRoutine(quint32 seed)
     return inSignals.isEmpty() ? disk.differenceFromDisk(first, std::time(nullptr)) : inSignals;
 }
 
+/// What @p worker says about @p paths, and nothing said later: it has answered a stop by then.
+SignalRecords heardFrom(FileCrusher &worker, const QStringList &paths, int stopSignal, int expected)
+{
+    SignalLog log(&worker, Qt::BlockingQueuedConnection);
+    log.onRecord = stopAt(stopSignal, [&worker] { worker.requestStop(true); });
+    const QString last = QStringLiteral("/nowhere/behind everything");
+    for (const QString &path : paths)
+        worker.addPath(path);
+    worker.addPath(last);
+    const SignalRecord end("finishOne", {last});
+    if (!eventually([&] { return log.count() > expected && log.records().contains(end); }))
+        return log.records();
+    const int before = log.count("stopped");
+    worker.requestStop(true);
+    eventually([&] { return log.count("stopped") > before; });
+    SignalRecords heard = log.records();
+    heard.removeLast();
+    heard.removeOne(end);
+    return heard;
+}
+
 /// Paths one after the other through the queue of the running thread.
-QString TestModelEngine::differenceInWorker(quint32 seed) const
+QString differenceInWorker(FileCrusher &worker, quint32 seed)
 {
     Dice dice(seed);
     RandomTree tree(dice);
@@ -175,33 +169,26 @@ QString TestModelEngine::differenceInWorker(quint32 seed) const
     const std::time_t first = std::time(nullptr);
     const bool isStopped = twin.told.contains({"stopped"}); // else the end comes before that signal
     const SignalRecords heard =
-        heardFromWorker(paths, isStopped ? stopSignal : 0, twin.told.size());
+        heardFrom(worker, paths, isStopped ? stopSignal : 0, twin.told.size());
     openToOwner(tree.root());
     const QString inSignals = differenceBetween(twin.told, heard);
     return inSignals.isEmpty() ? disk.differenceFromDisk(first, std::time(nullptr)) : inSignals;
 }
 
-/// What the worker says about @p paths, and nothing said later: it has answered a stop by then.
-SignalRecords TestModelEngine::heardFromWorker(const QStringList &paths, int stopSignal,
-                                               int expected) const
+} // namespace
+
+class TestModelEngine : public QObject
 {
-    SignalLog log(worker, Qt::BlockingQueuedConnection);
-    log.onRecord = stopAt(stopSignal, [this] { worker->requestStop(true); });
-    const QString last = QStringLiteral("/nowhere/behind everything");
-    for (const QString &path : paths)
-        worker->addPath(path);
-    worker->addPath(last);
-    const SignalRecord end("finishOne", {last});
-    if (!eventually([&] { return log.count() > expected && log.records().contains(end); }))
-        return log.records();
-    const int before = log.count("stopped");
-    worker->requestStop(true);
-    eventually([&] { return log.count("stopped") > before; });
-    SignalRecords heard = log.records();
-    heard.removeLast();
-    heard.removeOne(end);
-    return heard;
-}
+    Q_OBJECT
+
+private slots:
+    void routinesAgreeWithTheModel();
+    void workerAgreesWithTheModel();
+
+private:
+    OrdinaryUser user; ///< whatever goes wrong, it has no more rights than that
+    ShortPauses quickly;
+};
 
 void TestModelEngine::routinesAgreeWithTheModel()
 {
@@ -210,7 +197,9 @@ void TestModelEngine::routinesAgreeWithTheModel()
 
 void TestModelEngine::workerAgreesWithTheModel()
 {
-    const auto difference = [this](quint32 seed) { return differenceInWorker(seed); };
+    auto *worker = new FileCrusher; // its thread ends with the process
+    worker->start();
+    const auto difference = [worker](quint32 seed) { return differenceInWorker(*worker, seed); };
     QCOMPARE(firstDifference(usualCases, difference), QString());
 }
 

@@ -19,16 +19,6 @@ namespace
 
 constexpr int longestPath = PATH_MAX - 1;
 
-/// A path of @p length bytes in @p folder. Its last name takes what is left, and leaves room for a
-/// slash and a name.
-QByteArray longPathBelow(const QByteArray &folder, int length)
-{
-    QByteArray path = folder;
-    while (length - path.size() > NAME_MAX + 1)
-        path += '/' + QByteArray(200, 'd');
-    return path + '/' + QByteArray(length - path.size() - 1, 'e');
-}
-
 } // namespace
 
 class TestNames : public EngineTest
@@ -36,43 +26,45 @@ class TestNames : public EngineTest
     Q_OBJECT
 
 private slots:
-    void nameThatIsNotUtf8IsLeftAndTheFolderFails_data();
-    void nameThatIsNotUtf8IsLeftAndTheFolderFails();
+    void fileAndFolderNotNamedInUtf8AreLeftAndTheirFolderFails();
     void longestPathIsShredded();
     void fileBeyondThePathLimitIsShredded();
     void fiveHundredFoldersDeepAreShredded();
+
+private:
+    QString nameOfPath(int length) const;
 };
 
-void TestNames::nameThatIsNotUtf8IsLeftAndTheFolderFails_data()
+/// The name with which a path has @p length bytes, some folders deep.
+QString TestNames::nameOfPath(int length) const
 {
-    QTest::addColumn<bool>("isFolder");
-    QTest::newRow("file") << false;
-    QTest::newRow("folder") << true;
+    QString name;
+    int left = length - tree->path().toUtf8().size() - 1;
+    for (; left > NAME_MAX; left -= 201)
+        name += QString(200, QLatin1Char('d')) + QLatin1Char('/');
+    return name + QString(left, QLatin1Char('e'));
 }
 
-void TestNames::nameThatIsNotUtf8IsLeftAndTheFolderFails()
+void TestNames::fileAndFolderNotNamedInUtf8AreLeftAndTheirFolderFails()
 {
-    QFETCH(bool, isFolder);
     const QString file = tree->makeFile("top/file", 100);
-    const QString top = tree->path("top");
-    const QByteArray strange = top.toUtf8() + "/latin1-\xE9\xFF";
-    const bool made = isFolder ? ::mkdir(strange.constData(), 0700) == 0
-                               : ::mknod(strange.constData(), S_IFREG | 0600, 0) == 0
-                                     && ::truncate(strange.constData(), 4) == 0;
-    if (!made)
+    const QByteArray strangeFile = top().toUtf8() + "/latin1-\xE9\xFF";
+    const QByteArray strangeFolder = strangeFile + "-folder";
+    if (::mknod(strangeFile.constData(), S_IFREG | 0600, 0) != 0
+        || ::truncate(strangeFile.constData(), 4) != 0
+        || ::mkdir(strangeFolder.constData(), 0700) != 0)
         QSKIP("this file system takes UTF-8 names only");
 
-    QCOMPARE(shredFolder(top), qint64{-3});
-    QCOMPARE(log->records(), (SignalRecords{progress(top, 100), removal(file)}));
-    if (!isFolder)
-        QCOMPARE(FileCrusher::statSize(strange.constData()), qint64{4});
-    QCOMPARE(::remove(strange.constData()), 0); // QTemporaryDir cannot
+    QCOMPARE(shredFolder(top()), qint64{-3});
+    QCOMPARE(log->records(), (SignalRecords{progress(top(), 100), removal(file)}));
+    QCOMPARE(FileCrusher::statSize(strangeFile.constData()), qint64{4});
+    QCOMPARE(::remove(strangeFile.constData()), 0); // QTemporaryDir cannot
+    QCOMPARE(::remove(strangeFolder.constData()), 0);
 }
 
 void TestNames::longestPathIsShredded()
 {
-    const QString file = QString::fromUtf8(longPathBelow(tree->path().toUtf8(), longestPath));
-    tree->makeFile(file.mid(tree->path().size() + 1), 100);
+    const QString file = tree->makeFile(nameOfPath(longestPath), 100);
     QCOMPARE(file.toUtf8().size(), longestPath);
     QCOMPARE(shredFolder(tree->path()), qint64{0});
     QVERIFY(!entryExists(tree->path()));
@@ -81,9 +73,8 @@ void TestNames::longestPathIsShredded()
 
 void TestNames::fileBeyondThePathLimitIsShredded()
 {
-    const QByteArray folder = longPathBelow(tree->path().toUtf8(), longestPath - 1);
-    tree->makeFolder(QString::fromUtf8(folder.mid(tree->path().toUtf8().size() + 1)));
-    const int descriptor = ::open(folder.constData(), O_DIRECTORY | O_PATH | O_CLOEXEC);
+    const QString folder = tree->makeFolder(nameOfPath(longestPath - 1));
+    const int descriptor = ::open(folder.toUtf8().constData(), O_DIRECTORY | O_PATH | O_CLOEXEC);
     QVERIFY(descriptor >= 0);
     QFile file;
     QVERIFY(file.open(::openat(descriptor, "beyond", O_CREAT | O_RDWR | O_CLOEXEC, 0600),
@@ -94,7 +85,7 @@ void TestNames::fileBeyondThePathLimitIsShredded()
 
     QCOMPARE(shredFolder(tree->path()), qint64{0});
     QVERIFY(!entryExists(tree->path()));
-    QCOMPARE(log->firstArguments("addToHistory").first(), QString::fromUtf8(folder + "/beyond"));
+    QCOMPARE(log->firstArguments("addToHistory").first(), folder + QStringLiteral("/beyond"));
     QVERIFY(file.seek(0));
     const QByteArray left = file.readAll();
     QVERIFY(left.size() == 100 && left != contents);
@@ -102,14 +93,13 @@ void TestNames::fileBeyondThePathLimitIsShredded()
 
 void TestNames::fiveHundredFoldersDeepAreShredded()
 {
-    QString folder = QStringLiteral("top");
-    QStringList expected{tree->path(folder)};
-    for (int level = 1; level < 500; ++level) {
-        folder += QStringLiteral("/d");
-        expected.prepend(tree->path(folder));
-    }
-    expected.prepend(tree->makeFile(folder + QStringLiteral("/file"), 100));
-    QCOMPARE(shredFolder(tree->path("top")), qint64{0});
+    QString folder = top();
+    QStringList expected{folder};
+    for (int level = 1; level < 500; ++level)
+        expected.prepend(folder += QStringLiteral("/d"));
+    expected.prepend(
+        tree->makeFile(folder.mid(tree->path().size() + 1) + QStringLiteral("/file"), 100));
+    QCOMPARE(shredFolder(top()), qint64{0});
     QCOMPARE(log->firstArguments("addToHistory"), expected);
 }
 

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A picture of a folder in memory, taken with plain system calls, on which a
-// model works in place of the disk. It knows what an ordinary user may do. After
-// the product has worked on the disk, the picture tells what must be left there.
-// Keys are absolute paths in bytes; links are never resolved by the system.
+// A picture of a folder in memory, on which a model works in place of the disk as an ordinary user
+// does. Then the picture tells what must be left there by the product, which works on the disk.
 
 #pragma once
 
@@ -81,8 +79,8 @@ private:
     QByteArray resolve(const QByteArray &path, bool follow) const;
 
     QByteArray root;
-    qint64 bytesPerName = 0; ///< by which a directory becomes smaller when a name goes
-    QMap<QByteArray, ModelEntry> entries;
+    qint64 bytesPerName = 0;              ///< by which a directory becomes smaller when a name goes
+    QMap<QByteArray, ModelEntry> entries; ///< by absolute path
 };
 
 /// Opens everything at and below @p path on the disk to its owner.

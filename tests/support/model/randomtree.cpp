@@ -23,14 +23,13 @@ namespace
 {
 
 /// Ends, beginnings and middles of blocks, the stop code, and enough blocks for each kind of
-/// progress.
-QList<int> sizes()
+/// progress. Most are small, so that many fit in a test.
+int randomSize(Dice &dice)
 {
-    return {0,    0,    1,    3,     100,   254,   255,   256,    511,   4095,
-            4096, 4097, 8191, 12288, 20000, 40959, 69632, 204807, 413696};
+    const QList<int> small{0, 0, 1, 3, 100, 254, 255, 256, 511};
+    const QList<int> large{4095, 4096, 4097, 8191, 12288, 20000, 40959, 69632, 204807, 413696};
+    return dice.oneOf(dice.onceIn(3) ? small + large : small);
 }
-
-constexpr int smallSizes = 9;
 
 QByteArrayList utf8Names()
 {
@@ -58,6 +57,7 @@ RandomTree::RandomTree(Dice &chance)
     fs::create_directory(neighbours.toStdString());
     writeFile(neighbours + "/kept", 5000);
     writeFile(neighbours + "/stop code", 255);
+    restrictable.clear();
 }
 
 RandomTree::~RandomTree()
@@ -85,23 +85,17 @@ QByteArray RandomTree::freePath()
     return freePathIn(rootPath, Names::Utf8);
 }
 
-int RandomTree::randomSize()
-{
-    // Most are small, so that many fit in a test.
-    return dice.onceIn(3) ? dice.oneOf(sizes()) : sizes().at(dice.upTo(smallSizes));
-}
-
 void RandomTree::writeFile(const QByteArray &path, int size)
 {
     std::ofstream(path.toStdString()) << std::string(static_cast<std::size_t>(size), 'x');
     files.append(path);
+    restrictable.append(path);
 }
 
 QByteArray RandomTree::makeFile(int size)
 {
     const QByteArray path = freePath();
     writeFile(path, size);
-    restrictable.append(path);
     return path;
 }
 
@@ -130,8 +124,7 @@ void RandomTree::makeAnything(const QByteArray &path, int depth)
         return static_cast<void>(::mkfifo(path.constData(), S_IRUSR | S_IWUSR));
     if (kind == 10)
         return fs::create_hard_link(dice.oneOf(files).toStdString(), path.toStdString());
-    writeFile(path, randomSize());
-    restrictable.append(path);
+    writeFile(path, randomSize(dice));
 }
 
 void RandomTree::fillFolder(const QByteArray &path, int depth)

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A random choice that is the same everywhere for the same seed, and trees made
-// by it: files of the sizes at which something changes, folders in folders, links
-// to files, to folders, to nothing and in circles, fifos, second names, names of
-// every kind, and entries that an ordinary user may not touch.
+// A random choice that is the same everywhere for the same seed, and trees made by it: all that a
+// user may have, with names of every kind, and with what an ordinary user may not touch.
 
 #pragma once
 
@@ -69,7 +67,6 @@ private:
     void fillFolder(const QByteArray &path, int depth);
     void writeFile(const QByteArray &path, int size);
     void makeLink(const QByteArray &path);
-    int randomSize();
 
     Dice &dice;
     QTemporaryDir directory;
