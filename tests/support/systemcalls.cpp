@@ -256,6 +256,21 @@ using testsupport::transferred;
             -1, nullptr, [&] { return real(file, command, argument); });                           \
     }
 
+/// The same for the functions that close ARGUMENT, which stands for FILE.
+#define PASS_ON_CLOSING(name, Argument, file)                                                      \
+    int name(Argument argument)                                                                    \
+    {                                                                                              \
+        static auto *const real = next<int(Argument)>(#name);                                      \
+        return closed(about(CallKind::Close, #name, file), [&] { return real(argument); });        \
+    }
+
+#define PASS_ON_TELLING_TIME(name, Second)                                                         \
+    Second name(Second *result) noexcept                                                           \
+    {                                                                                              \
+        static auto *const real = next<Second(Second *)>(#name);                                   \
+        return testsupport::told(real, result);                                                    \
+    }
+
 /// The same for a call that looks at something and fills in STATUS.
 #define PASS_ON_LOOKING(call, name, parameters, arguments, file, path)                             \
     PASS_ON_FILLING(int, -1, name, parameters, arguments, about(CallKind::Look, call, file, path), \
@@ -354,23 +369,9 @@ void sync() noexcept
         real();
 }
 
-int close(int file)
-{
-    static auto *const real = next<int(int)>("close");
-    return closed(about(CallKind::Close, "close", file), [&] { return real(file); });
-}
-
-int closedir(DIR *folder)
-{
-    static auto *const real = next<int(DIR *)>("closedir");
-    return closed(about(CallKind::Close, "closedir", -1), [&] { return real(folder); });
-}
-
-int fclose(FILE *stream)
-{
-    static auto *const real = next<int(FILE *)>("fclose");
-    return closed(about(CallKind::Close, "fclose", ::fileno(stream)), [&] { return real(stream); });
-}
+PASS_ON_CLOSING(close, int, argument)
+PASS_ON_CLOSING(closedir, DIR *, -1)
+PASS_ON_CLOSING(fclose, FILE *, ::fileno(argument))
 
 ssize_t read(int file, void *bytes, size_t size)
 {
@@ -396,17 +397,8 @@ size_t fwrite(const void *bytes, size_t size, size_t items, FILE *stream)
                        [&](size_t count) { return real(bytes, size, count, stream); });
 }
 
-time_t time(time_t *result) noexcept
-{
-    static auto *const real = next<time_t(time_t *)>("time");
-    return testsupport::told(real, result);
-}
-
-long long __time64(long long *result) noexcept
-{
-    static auto *const real = next<long long(long long *)>("__time64");
-    return testsupport::told(real, result);
-}
+PASS_ON_TELLING_TIME(time, time_t)
+PASS_ON_TELLING_TIME(__time64, long long)
 
 int nanosleep(const timespec *wanted, timespec *remaining)
 {
