@@ -5,6 +5,7 @@
 
 #include "suites.h"
 #include "widgets/customdialog.h"
+#include "widgets/stylesheets.h"
 
 #include <QImage>
 #include <QLabel>
@@ -27,9 +28,9 @@ Widget *child(const CustomDialog &dialog, const char *name)
     return dialog.findChild<Widget *>(QString::fromLatin1(name));
 }
 
-QString sheetOf(const CustomDialog &dialog, const char *name)
+QString imageSheet(const char *image)
 {
-    return child(dialog, name)->styleSheet();
+    return stylesheets::backgroundImage(QString::fromLatin1(image));
 }
 
 /// Asks @p dialog's question and, as soon as it is the modal window on screen, does @p action.
@@ -55,17 +56,14 @@ class TestDialog : public QObject
     Q_OBJECT
 
 private slots:
-    void partsHaveTheirPlaces_data();
-    void partsHaveTheirPlaces();
     void windowIsFramelessAndFixed();
-    void partsHaveTheirTextsAndSheets();
+    void eachPartHasItsPlaceTextAndSheet();
     void buttonsTakeNoFocus();
     void kindChoosesIconAndButtons_data();
     void kindChoosesIconAndButtons();
-    void longMessageWrapsInItsPlace();
+    void fixedFormsStartAtTheTopAndMoveNoButton_data();
+    void fixedFormsStartAtTheTopAndMoveNoButton();
     void secondContentChangesNothing();
-    void formsDifferInTextAndButtons_data();
-    void formsDifferInTextAndButtons();
     void buttonsAnswer_data();
     void buttonsAnswer();
     void escapeRejectsAndEnterAnswersNothing();
@@ -75,30 +73,6 @@ private slots:
     void backgroundShowsThroughTheLabels();
 };
 
-void TestDialog::partsHaveTheirPlaces_data()
-{
-    QTest::addColumn<QString>("parent");
-    QTest::addColumn<QRect>("place");
-    QTest::newRow("titleBar") << QString() << QRect(1, 1, 418, 39);
-    QTest::newRow("titleIcon") << QStringLiteral("titleBar") << QRect(16, 12, 16, 16);
-    QTest::newRow("titleText") << QStringLiteral("titleBar") << QRect(40, 0, 380, 39);
-    QTest::newRow("closeButton") << QStringLiteral("titleBar") << QRect(393, 1, 27, 27);
-    QTest::newRow("messageIcon") << QString() << QRect(30, 89, 45, 45);
-    QTest::newRow("messageText") << QString() << QRect(95, 40, 295, 140);
-    QTest::newRow("okButton") << QString() << leftButtonPlace;
-    QTest::newRow("cancelButton") << QString() << rightButtonPlace;
-}
-
-void TestDialog::partsHaveTheirPlaces()
-{
-    CustomDialog dialog;
-    dialog.setMessage(QStringLiteral("text"), DialogKind::Question);
-    const auto *part = child(dialog, QTest::currentDataTag());
-    QVERIFY(part != nullptr);
-    QTEST(part->geometry(), "place");
-    QTEST(part->parentWidget()->objectName(), "parent");
-}
-
 void TestDialog::windowIsFramelessAndFixed()
 {
     const CustomDialog dialog;
@@ -107,24 +81,33 @@ void TestDialog::windowIsFramelessAndFixed()
     QCOMPARE(dialog.maximumSize(), QSize(420, 230));
     QCOMPARE(dialog.windowTitle(), QStringLiteral("文件粉碎机"));
     QVERIFY(!dialog.windowIcon().isNull());
+    QCOMPARE(dialog.styleSheet(), imageSheet("bk_dialog"));
 }
 
-void TestDialog::partsHaveTheirTextsAndSheets()
+void TestDialog::eachPartHasItsPlaceTextAndSheet()
 {
-    const CustomDialog dialog;
-    QCOMPARE(dialog.styleSheet(), QStringLiteral("background-image:url(:/images/bk_dialog)"));
-    QCOMPARE(sheetOf(dialog, "titleBar"), QStringLiteral("background:none"));
-    QCOMPARE(sheetOf(dialog, "titleIcon"),
-             QStringLiteral("background-image:url(:/images/icon_logo)"));
-    const auto *title = child<QLabel>(dialog, "titleText");
-    QCOMPARE(title->text(), QStringLiteral("文件粉碎机"));
-    QCOMPARE(title->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
-    QCOMPARE(title->styleSheet(),
-             QStringLiteral("color:#ffffff;border:none;background:none;font-size:14px;"));
-    QVERIFY(sheetOf(dialog, "closeButton").contains(QStringLiteral("btn_quit_s3")));
-    QCOMPARE(child(dialog, "closeButton")->accessibleName(), QStringLiteral("关闭"));
-    QVERIFY(sheetOf(dialog, "okButton").contains(QStringLiteral("btn_gray_s3")));
-    QCOMPARE(sheetOf(dialog, "okButton"), sheetOf(dialog, "cancelButton"));
+    using namespace stylesheets;
+    CustomDialog dialog;
+    dialog.setMessage(QStringLiteral("first\n<b>second"), DialogKind::Question);
+    const auto check = [&](const char *name, const char *parent, const QRect &place,
+                           const QString &sheet, const char *text = "") {
+        const auto *part = child(dialog, name);
+        QVERIFY2(part->parentWidget()->objectName() == QLatin1String(parent), name);
+        QVERIFY2(part->geometry() == place, name);
+        QVERIFY2(part->styleSheet() == sheet, name);
+        QCOMPARE(part->property("text").toString(), QString::fromUtf8(text));
+    };
+    check("titleBar", "", {1, 1, 418, 39}, dialogTitleBar());
+    check("titleIcon", "titleBar", {16, 12, 16, 16}, imageSheet("icon_logo"));
+    check("titleText", "titleBar", {40, 0, 380, 39}, titleText(), "文件粉碎机");
+    check("closeButton", "titleBar", {393, 1, 27, 27}, imageButton(QStringLiteral("btn_quit")));
+    check("messageIcon", "", {30, 89, 45, 45}, imageSheet("ico_war4"));
+    check("messageText", "", {95, 40, 295, 140}, messageText(), "first\n<b>second");
+    check("okButton", "", leftButtonPlace, dialogButton(), "确定");
+    check("cancelButton", "", rightButtonPlace, dialogButton(), "取消");
+    for (const char *name : {"titleText", "messageText"})
+        QCOMPARE(child<QLabel>(dialog, name)->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
+    QVERIFY(child<QLabel>(dialog, "messageText")->wordWrap());
 }
 
 void TestDialog::buttonsTakeNoFocus()
@@ -143,18 +126,17 @@ void TestDialog::buttonsTakeNoFocus()
 void TestDialog::kindChoosesIconAndButtons_data()
 {
     QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("iconSheet");
     QTest::addColumn<bool>("asks");
-    const auto image = [](const char *name) {
-        return QStringLiteral("background-image:url(:/images/%1)").arg(QLatin1String(name));
-    };
-    QTest::newRow("refusal") << 0 << image("ico_war") << false;
-    QTest::newRow("success") << 1 << image("ico_ok") << false;
-    QTest::newRow("partial success") << 2 << image("ico_war2") << false;
-    QTest::newRow("failure") << 3 << image("ico_war") << false;
-    QTest::newRow("question") << 4 << image("ico_war4") << true;
-    QTest::newRow("above all kinds") << 5 << QString() << false;
-    QTest::newRow("below all kinds") << -1 << QString() << false;
+    QTest::addColumn<QString>("iconSheet");
+    QTest::addColumn<QString>("iconName");
+    QTest::newRow("refusal") << 0 << false << imageSheet("ico_war") << QStringLiteral("警告");
+    QTest::newRow("success") << 1 << false << imageSheet("ico_ok") << QStringLiteral("成功");
+    QTest::newRow("partial success")
+        << 2 << false << imageSheet("ico_war2") << QStringLiteral("部分成功");
+    QTest::newRow("failure") << 3 << false << imageSheet("ico_war") << QStringLiteral("警告");
+    QTest::newRow("question") << 4 << true << imageSheet("ico_war4") << QStringLiteral("询问");
+    QTest::newRow("above all kinds") << 5 << false << QString() << QString();
+    QTest::newRow("below all kinds") << -1 << false << QString() << QString();
 }
 
 void TestDialog::kindChoosesIconAndButtons()
@@ -163,24 +145,36 @@ void TestDialog::kindChoosesIconAndButtons()
     QFETCH(bool, asks);
     CustomDialog dialog;
     dialog.setMessage(QStringLiteral("text"), kind);
-    QTEST(sheetOf(dialog, "messageIcon"), "iconSheet");
+    QTEST(child(dialog, "messageIcon")->styleSheet(), "iconSheet");
+    QTEST(child(dialog, "messageIcon")->accessibleName(), "iconName");
     QCOMPARE(child(dialog, "cancelButton")->isHidden(), !asks);
     QVERIFY(!child(dialog, "okButton")->isHidden());
     QCOMPARE(child(dialog, "okButton")->geometry(), asks ? leftButtonPlace : rightButtonPlace);
 }
 
-void TestDialog::longMessageWrapsInItsPlace()
+void TestDialog::fixedFormsStartAtTheTopAndMoveNoButton_data()
 {
+    QTest::addColumn<bool>("asks");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("confirmation") << true
+                                  << QStringLiteral(
+                                         "选中的内容将被彻底删除，确定要粉碎选定的内容吗？");
+    QTest::newRow("refusal of system files")
+        << false << QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎");
+}
+
+void TestDialog::fixedFormsStartAtTheTopAndMoveNoButton()
+{
+    QFETCH(bool, asks);
     CustomDialog dialog;
-    dialog.setMessage(QStringLiteral("选中的内容将被彻底删除，").repeated(4), DialogKind::Success);
-    const auto *text = child<QLabel>(dialog, "messageText");
-    text->ensurePolished();
-    QVERIFY(text->fontMetrics().horizontalAdvance(text->text()) > text->width());
-    const QRect wrapped = text->fontMetrics().boundingRect(
-        QRect(QPoint(), text->size()), static_cast<int>(Qt::TextWordWrap), text->text());
-    QVERIFY(wrapped.width() <= 295);
-    QVERIFY(wrapped.height() >= 2 * text->fontMetrics().height());
-    QCOMPARE(text->geometry(), QRect(95, 40, 295, 140));
+    asks ? dialog.setConfirmCrush() : dialog.setSystemFileRefusal();
+    const auto *label = child<QLabel>(dialog, "messageText");
+    QTEST(label->text(), "text");
+    QCOMPARE(label->alignment(), Qt::AlignLeft | Qt::AlignTop);
+    QCOMPARE(label->styleSheet(), stylesheets::fixedMessageText());
+    QCOMPARE(child(dialog, "messageIcon")->styleSheet(), imageSheet("ico_war"));
+    QCOMPARE(child(dialog, "cancelButton")->isHidden(), !asks);
+    QCOMPARE(child(dialog, "okButton")->geometry(), leftButtonPlace);
 }
 
 void TestDialog::secondContentChangesNothing()
@@ -193,53 +187,9 @@ void TestDialog::secondContentChangesNothing()
     dialog.setSystemFileRefusal();
     QCOMPARE(dialog.children(), children);
     QCOMPARE(child<QLabel>(dialog, "messageText")->text(), QStringLiteral("first"));
-    QVERIFY(sheetOf(dialog, "messageIcon").contains(QStringLiteral("ico_war4")));
+    QCOMPARE(child(dialog, "messageIcon")->styleSheet(), imageSheet("ico_war4"));
     QVERIFY(!child(dialog, "cancelButton")->isHidden());
     QCOMPARE(child(dialog, "okButton")->geometry(), leftButtonPlace);
-}
-
-void TestDialog::formsDifferInTextAndButtons_data()
-{
-    QTest::addColumn<int>("form");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("startsAtTheTop");
-    QTest::addColumn<bool>("hasCancel");
-    QTest::addColumn<QRect>("okPlace");
-    QTest::newRow("message") << 0 << QStringLiteral("first\n<b>second") << false << false
-                             << rightButtonPlace;
-    QTest::newRow("confirmation") << 1
-                                  << QStringLiteral(
-                                         "选中的内容将被彻底删除，确定要粉碎选定的内容吗？")
-                                  << true << true << leftButtonPlace;
-    // Unlike a message it leaves the OK button where it is.
-    QTest::newRow("refusal of system files")
-        << 2 << QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎") << true << false
-        << leftButtonPlace;
-}
-
-void TestDialog::formsDifferInTextAndButtons()
-{
-    QFETCH(int, form);
-    QFETCH(QString, text);
-    QFETCH(bool, startsAtTheTop);
-    CustomDialog dialog;
-    if (form == 0)
-        dialog.setMessage(text, DialogKind::Failure);
-    else
-        form == 1 ? dialog.setConfirmCrush() : dialog.setSystemFileRefusal();
-    const auto *label = child<QLabel>(dialog, "messageText");
-    QCOMPARE(label->text(), text);
-    QCOMPARE(label->textFormat(), Qt::PlainText);
-    QVERIFY(label->wordWrap());
-    QCOMPARE(label->alignment(),
-             Qt::AlignLeft | (startsAtTheTop ? Qt::AlignTop : Qt::AlignVCenter));
-    const QString sheet = QStringLiteral("color:#444444;font-size:14px;background:none");
-    QCOMPARE(label->styleSheet(),
-             startsAtTheTop ? sheet : sheet + QStringLiteral(";line-height:20px;"));
-    QCOMPARE(sheetOf(dialog, "messageIcon"),
-             QStringLiteral("background-image:url(:/images/ico_war)"));
-    QTEST(!child(dialog, "cancelButton")->isHidden(), "hasCancel");
-    QTEST(child(dialog, "okButton")->geometry(), "okPlace");
 }
 
 void TestDialog::buttonsAnswer_data()

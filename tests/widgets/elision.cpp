@@ -29,7 +29,7 @@ private:
     QLabel label;
 };
 
-/// The rule as it is defined: leave out one more character until the text fits.
+/// The rule as it is defined: one more character is left out until the text fits.
 QString TestElision::stepByStep(const QString &text, int pixelWidth) const
 {
     QString shortened = text;

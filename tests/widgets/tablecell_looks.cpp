@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// What a row looks like in a table, pixel by pixel: how far it is darkened, and that
-// its style sheet, which has no selector, draws the row's image neither in the
-// children nor in the tooltips.
+// What a row looks like in a table: how far it is darkened, and that its style sheet, which has
+// no selector, draws the row's image neither in the children nor in the tooltips.
 
 #include "suites.h"
 #include "widgets/zztablecell.h"
@@ -15,7 +14,6 @@
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTextDocument>
-#include <QToolTip>
 #include <QWindow>
 #include <QtTest>
 
@@ -31,33 +29,32 @@ QImage pictureOf(QWidget *widget)
     return widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-QLabel *visibleTip()
-{
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget *widget : widgets) {
-        if (widget->inherits("QTipLabel") && widget->isVisible())
-            return qobject_cast<QLabel *>(widget);
-    }
-    return nullptr;
-}
+/// What the tip shows that appears when the pointer rests on @p widget.
+struct Tip {
+    QString text;
+    QImage picture;
+};
 
-/// The tip that appears when the pointer rests on @p widget.
-QLabel *tipOf(QWidget *widget)
+Tip tipOf(QWidget *widget)
 {
     QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
     const QPoint middle = widget->rect().center();
     QHelpEvent rest(QEvent::ToolTip, middle, widget->mapToGlobal(middle));
     QApplication::sendEvent(widget, &rest);
-    return visibleTip();
-}
-
-QString readableText(const QLabel *tip)
-{
-    if (!Qt::mightBeRichText(tip->text()))
-        return tip->text();
-    QTextDocument document;
-    document.setHtml(tip->text());
-    return document.toPlainText();
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget *window : widgets) {
+        if (!window->inherits("QTipLabel") || !window->isVisible())
+            continue;
+        Tip tip{qobject_cast<QLabel *>(window)->text(), pictureOf(window)};
+        if (Qt::mightBeRichText(tip.text)) {
+            QTextDocument document;
+            document.setHtml(tip.text);
+            tip.text = document.toPlainText();
+        }
+        delete window; // else it stays for a while
+        return tip;
+    }
+    return {};
 }
 
 } // namespace
@@ -67,29 +64,30 @@ class TestTableCellLooks : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup();
-
     void rowImageIsDrawnOnce();
-    void labelsAddNoBackgroundOfTheirOwn_data();
     void labelsAddNoBackgroundOfTheirOwn();
     void progressCoversItsShareOfTheRow_data();
     void progressCoversItsShareOfTheRow();
-    void zeroProgressTakesTheDarkeningAway();
+    void darkeningLetsItsShareOfTheRowShowThroughUntilZero();
     void boxUnderTheDarkeningStillTakesClicks();
-    void darkeningLetsItsShareOfTheRowShowThrough();
     void nameWithLineFeedsIsDrawnOnOneLine();
     void tipShowsTheWholeNameLiterally_data();
     void tipShowsTheWholeNameLiterally();
     void tipLooksLikeAnyOther();
 
 private:
-    ZZTableCell *build(const QString &path = QStringLiteral("/folder/name.txt"));
+    void build(const QString &path = QStringLiteral("/folder/name.txt"));
+    QLabel *label(const char *name) const
+    {
+        return cell->findChild<QLabel *>(QString::fromLatin1(name));
+    }
 
     std::unique_ptr<QTableWidget> table;
+    ZZTableCell *cell = nullptr;
 };
 
 /// A row of a table that has a style sheet of its own, as in the main window.
-ZZTableCell *TestTableCellLooks::build(const QString &path)
+void TestTableCellLooks::build(const QString &path)
 {
     table = std::make_unique<QTableWidget>(1, 1);
     table->setStyleSheet(QStringLiteral("border:none;background:none;"));
@@ -97,30 +95,22 @@ ZZTableCell *TestTableCellLooks::build(const QString &path)
     table->verticalHeader()->hide();
     table->setShowGrid(false);
     table->resize(800, 100);
-    auto *cell = new ZZTableCell(table.get());
+    cell = new ZZTableCell(table.get());
     cell->build(path, QIcon(), QImage(), 0, 0);
     table->setColumnWidth(0, rowSize.width());
     table->setRowHeight(0, rowSize.height());
     table->setCellWidget(0, 0, cell);
     table->show();
-    return cell;
-}
-
-void TestTableCellLooks::cleanup()
-{
-    QToolTip::hideText();
-    QTRY_VERIFY(visibleTip() == nullptr);
-    table.reset();
 }
 
 void TestTableCellLooks::rowImageIsDrawnOnce()
 {
     // The root directory has no name; what else would stand out from the row goes.
-    ZZTableCell *cell = build(QStringLiteral("/"));
+    build(QStringLiteral("/"));
     cell->findChild<QWidget *>(QStringLiteral("checkBox"))->hide();
-    cell->findChild<QLabel *>(QStringLiteral("placeLabel"))->clear();
+    label("placeLabel")->clear();
     const QImage picture = pictureOf(cell);
-    const QImage line = QImage(QStringLiteral(":/images/bk_item"));
+    const QImage line(QStringLiteral(":/images/bk_item"));
     QCOMPARE(picture.size(), rowSize);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x)
@@ -128,21 +118,16 @@ void TestTableCellLooks::rowImageIsDrawnOnce()
     }
 }
 
-void TestTableCellLooks::labelsAddNoBackgroundOfTheirOwn_data()
-{
-    QTest::addColumn<int>("opacity");
-    QTest::newRow("iconLabel") << 0;
-    QTest::newRow("nameLabel") << 0;
-    QTest::newRow("placeLabel") << 0;
-    QTest::newRow("progressOverlay") << 70;
-}
-
 void TestTableCellLooks::labelsAddNoBackgroundOfTheirOwn()
 {
-    ZZTableCell *cell = build();
+    build();
     cell->setProgress(100);
-    auto *label = cell->findChild<QLabel *>(QString::fromLatin1(QTest::currentDataTag()));
-    QTEST(label->grab().toImage().pixelColor(label->rect().bottomRight()).alpha(), "opacity");
+    const auto opacity = [this](const char *name) {
+        return label(name)->grab().toImage().pixelColor(label(name)->rect().bottomRight()).alpha();
+    };
+    for (const char *name : {"iconLabel", "nameLabel", "placeLabel"})
+        QVERIFY2(opacity(name) == 0, name);
+    QCOMPARE(opacity("progressOverlay"), 70);
 }
 
 void TestTableCellLooks::progressCoversItsShareOfTheRow_data()
@@ -161,40 +146,16 @@ void TestTableCellLooks::progressCoversItsShareOfTheRow_data()
 void TestTableCellLooks::progressCoversItsShareOfTheRow()
 {
     QFETCH(int, percent);
-    ZZTableCell *cell = build();
-    const auto *overlay = cell->findChild<QLabel *>(QStringLiteral("progressOverlay"));
+    QFETCH(int, width);
+    build();
     cell->setProgress(percent);
-    QVERIFY(!overlay->isHidden());
-    QCOMPARE(overlay->pos(), QPoint(1, 0));
-    QCOMPARE(overlay->height(), 30);
-    QTEST(overlay->width(), "width");
+    QVERIFY(!label("progressOverlay")->isHidden());
+    QCOMPARE(label("progressOverlay")->geometry(), QRect(1, 0, width, 30));
 }
 
-void TestTableCellLooks::zeroProgressTakesTheDarkeningAway()
+void TestTableCellLooks::darkeningLetsItsShareOfTheRowShowThroughUntilZero()
 {
-    ZZTableCell *cell = build();
-    const QImage before = pictureOf(cell);
-    cell->setProgress(50);
-    cell->setProgress(0);
-    QVERIFY(cell->findChild<QLabel *>(QStringLiteral("progressOverlay"))->isHidden());
-    QCOMPARE(pictureOf(cell), before);
-}
-
-void TestTableCellLooks::boxUnderTheDarkeningStillTakesClicks()
-{
-    ZZTableCell *cell = build();
-    const QSignalSpy reports(cell, &ZZTableCell::tableCellClicked);
-    cell->setProgress(100);
-    QVERIFY(QTest::qWaitForWindowExposed(table.get()));
-    QTest::mouseClick(table->windowHandle(), Qt::LeftButton, Qt::NoModifier,
-                      cell->mapTo(table.get(), QPoint(22, 15)));
-    QVERIFY(!cell->isChecked());
-    QCOMPARE(reports.count(), 1);
-}
-
-void TestTableCellLooks::darkeningLetsItsShareOfTheRowShowThrough()
-{
-    ZZTableCell *cell = build(QStringLiteral("/folder/WWWWWWWW.txt"));
+    build(QStringLiteral("/folder/WWWWWWWW.txt"));
     const QImage before = pictureOf(cell);
     cell->setProgress(50);
     const QImage after = pictureOf(cell);
@@ -207,17 +168,31 @@ void TestTableCellLooks::darkeningLetsItsShareOfTheRowShowThrough()
         nameIsSeen = nameIsSeen || (darkened && qGray(after.pixel(x, 15)) < 100);
     }
     QVERIFY(nameIsSeen);
+    cell->setProgress(0);
+    QVERIFY(label("progressOverlay")->isHidden());
+    QCOMPARE(pictureOf(cell), before);
+}
+
+void TestTableCellLooks::boxUnderTheDarkeningStillTakesClicks()
+{
+    build();
+    const QSignalSpy reports(cell, &ZZTableCell::tableCellClicked);
+    cell->setProgress(100);
+    QVERIFY(QTest::qWaitForWindowExposed(table.get()));
+    QTest::mouseClick(table->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      cell->mapTo(table.get(), QPoint(22, 15)));
+    QVERIFY(!cell->isChecked());
+    QCOMPARE(reports.count(), 1);
 }
 
 void TestTableCellLooks::nameWithLineFeedsIsDrawnOnOneLine()
 {
-    const QString name = QStringLiteral("W\nW\nW\nW");
-    ZZTableCell *cell = build(QStringLiteral("/folder/") + name);
-    auto *label = cell->findChild<QLabel *>(QStringLiteral("nameLabel"));
-    QCOMPARE(label->text(), name);
-    const QImage drawn = pictureOf(label);
-    label->setText(QStringLiteral("W W W W"));
-    QCOMPARE(drawn, pictureOf(label));
+    build(QStringLiteral("/folder/W\nW\nW\nW"));
+    QLabel *name = label("nameLabel");
+    QCOMPARE(name->text(), QStringLiteral("W\nW\nW\nW"));
+    const QImage drawn = pictureOf(name);
+    name->setText(QStringLiteral("W W W W"));
+    QCOMPARE(drawn, pictureOf(name));
 }
 
 void TestTableCellLooks::tipShowsTheWholeNameLiterally_data()
@@ -233,28 +208,19 @@ void TestTableCellLooks::tipShowsTheWholeNameLiterally_data()
 void TestTableCellLooks::tipShowsTheWholeNameLiterally()
 {
     QFETCH(QString, name);
-    const ZZTableCell *cell = build(QStringLiteral("/folder/") + name);
-    auto *label = cell->findChild<QLabel *>(QStringLiteral("nameLabel"));
-    QCOMPARE(label->toolTip(), name);
-    const QLabel *tip = tipOf(label);
-    QVERIFY(tip != nullptr);
-    QCOMPARE(readableText(tip), name);
+    build(QStringLiteral("/folder/") + name);
+    QCOMPARE(label("nameLabel")->toolTip(), name);
+    QCOMPARE(tipOf(label("nameLabel")).text, name);
 }
 
 void TestTableCellLooks::tipLooksLikeAnyOther()
 {
-    const ZZTableCell *cell = build();
-    QLabel *tip = tipOf(cell->findChild<QLabel *>(QStringLiteral("nameLabel")));
-    QVERIFY(tip != nullptr);
-    const QImage ofRow = pictureOf(tip);
-    QToolTip::hideText();
-    QTRY_VERIFY(visibleTip() == nullptr);
-
+    build();
     QWidget unstyled;
     unstyled.setToolTip(QStringLiteral("name.txt"));
-    tip = tipOf(&unstyled);
-    QVERIFY(tip != nullptr);
-    QCOMPARE(ofRow, pictureOf(tip));
+    const QImage usual = tipOf(&unstyled).picture;
+    QVERIFY(!usual.isNull());
+    QCOMPARE(tipOf(label("nameLabel")).picture, usual);
 }
 
 TEST_SUITE(tablecell_looks, TestTableCellLooks)
