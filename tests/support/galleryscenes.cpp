@@ -20,28 +20,29 @@ namespace
 QVector<StagedRow> threeRows()
 {
     return {
-        {QStringLiteral("/home/lina/文档/2019年度报税材料.xlsx")},
-        {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder},
-        {QStringLiteral("/home/lina/图片/证件/护照扫描件.jpg"), StagedRow::File, false},
+        {"/home/lina/文档/2019年度报税材料.xlsx"},
+        {"/home/lina/下载/旧手机备份", StagedRow::Folder},
+        {"/home/lina/图片/证件/护照扫描件.jpg", StagedRow::File, false},
     };
 }
 
-/// As many entries as the program takes, as one finds them in an old folder.
+/// As many entries as the program takes.
 QVector<StagedRow> fullTable()
 {
     constexpr int mostEntries = 200;
-    const QStringList patterns = {
-        QStringLiteral("/home/lina/文档/财务/银行对账单 %1.pdf"),
-        QStringLiteral("/home/lina/图片/手机/IMG_%1.jpg"),
-        QStringLiteral("/home/lina/文档/合同/租赁合同（第%1稿）.docx"),
-        QStringLiteral("/home/lina/下载/归档/项目资料-%1"),
-        QStringLiteral("/home/lina/文档/会议记录 %1.odt"),
+    const QByteArrayList patterns = {
+        "/home/lina/文档/财务/银行对账单 %1.pdf",
+        "/home/lina/图片/手机/IMG_%1.jpg",
+        "/home/lina/文档/合同/租赁合同（第%1稿）.docx",
+        "/home/lina/下载/归档/项目资料-%1",
+        "/home/lina/文档/会议记录 %1.odt",
     };
     constexpr int folderPattern = 3;
     QVector<StagedRow> rows;
     for (int index = 0; index < mostEntries; ++index) {
         const int pattern = index % patterns.size();
-        rows.append({patterns.at(pattern).arg(index + 1, 3, 10, QLatin1Char('0')),
+        const QByteArray number = QByteArray::number(index + 1).rightJustified(3, '0');
+        rows.append({QByteArray(patterns.at(pattern)).replace("%1", number),
                      pattern == folderPattern ? StagedRow::Folder : StagedRow::File,
                      index % 7 != 4});
     }
@@ -51,43 +52,41 @@ QVector<StagedRow> fullTable()
 QVector<StagedRow> longNames()
 {
     return {
-        {QStringLiteral("/home/lina/文档/关于调整本公司办公区域空调运行时间及节能措施的通知"
-                        "（征求意见稿，第三次修订）.docx")},
-        {QStringLiteral("/home/lina/Documents/quarterly-financial-consolidation-worksheet-"
-                        "final-version-2.xlsx")},
-        {QStringLiteral("/home/lina/文档/客户资料/二〇二三年/华东区/上海/浦东新区/世纪大道营业部/"
-                        "已经归档但尚未移交档案室的纸质合同扫描件/合同.pdf")},
-        {QStringLiteral("/home/lina/mmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmm/"
-                        "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW"),
+        {"/home/lina/文档/关于调整本公司办公区域空调运行时间及节能措施的通知"
+         "（征求意见稿，第三次修订）.docx"},
+        {"/home/lina/Documents/quarterly-financial-consolidation-worksheet-"
+         "final-version-2.xlsx"},
+        {"/home/lina/文档/客户资料/二〇二三年/华东区/上海/浦东新区/世纪大道营业部/"
+         "已经归档但尚未移交档案室的纸质合同扫描件/合同.pdf"},
+        {"/home/lina/mmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmm/"
+         "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW",
          StagedRow::Folder},
-        {QStringLiteral("/home/lina/文档/a")},
+        {"/home/lina/文档/a"},
     };
 }
 
 struct Shredded {
-    QString name;
-    QString folder;
+    QByteArray name;
+    QByteArray folder;
 };
 
 QVector<Shredded> usualEntries()
 {
     return {
-        {QStringLiteral("2019年度报税材料.xlsx"), QStringLiteral("/home/lina/文档")},
-        {QStringLiteral("旧手机备份"), QStringLiteral("/home/lina/下载")},
-        {QStringLiteral("护照扫描件.jpg"), QStringLiteral("/home/lina/图片/证件")},
-        {QStringLiteral("离职交接.odt"), QStringLiteral("/home/lina/文档/工作")},
-        {QStringLiteral("IMG_0417.jpg"), QStringLiteral("/home/lina/图片/手机")},
+        {"2019年度报税材料.xlsx", "/home/lina/文档"}, {"旧手机备份", "/home/lina/下载"},
+        {"护照扫描件.jpg", "/home/lina/图片/证件"},   {"离职交接.odt", "/home/lina/文档/工作"},
+        {"IMG_0417.jpg", "/home/lina/图片/手机"},
     };
 }
 
 QVector<Shredded> longEntries()
 {
     return {
-        {QStringLiteral("关于调整办公区域空调运行时间及节能措施的通知（第三次修订）.docx"),
-         QStringLiteral("/home/lina/文档/客户资料/二〇二三年/华东区/上海/浦东新区/世纪大道营业部")},
-        {QStringLiteral("quarterly-financial-consolidation-worksheet-final.xlsx"),
-         QStringLiteral("/home/lina/Documents/Company/Finance/Quarterly reports/2023/Drafts")},
-        {QStringLiteral("a"), QStringLiteral("/home/lina")},
+        {"关于调整办公区域空调运行时间及节能措施的通知（第三次修订）.docx",
+         "/home/lina/文档/客户资料/二〇二三年/华东区/上海/浦东新区/世纪大道营业部"},
+        {"quarterly-financial-consolidation-worksheet-final.xlsx",
+         "/home/lina/Documents/Company/Finance/Quarterly reports/2023/Drafts"},
+        {"a", "/home/lina"},
     };
 }
 
@@ -104,8 +103,7 @@ const QWidget *openHistory(const GalleryStage &stage, const QVector<Shredded> &e
         const Shredded &entry = entries.at(index % entries.size());
         const QString time = first.addSecs(qint64(index) * secondsApart)
                                  .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-        const QStringList lines = {time, entry.name, entry.folder, QString()};
-        file.write(lines.join(QLatin1Char('\n')).toUtf8());
+        file.write(time.toUtf8() + '\n' + entry.name + '\n' + entry.folder + '\n');
     }
     file.close();
     stage.window->slotShowHistoryEva();
@@ -119,61 +117,61 @@ const QWidget *openHistory(const GalleryStage &stage, const QVector<Shredded> &e
 }
 
 /// Pictures of the upper end, the middle and the lower end of @p table.
-void takeScrolled(const GalleryStage &stage, const QString &name, const QTableWidget *table,
+void takeScrolled(const GalleryStage &stage, const QByteArray &name, const QTableWidget *table,
                   const QWidget *subject = nullptr)
 {
     QScrollBar *bar = table->verticalScrollBar();
-    stage.takePicture(name + QStringLiteral("-top"), subject);
+    stage.takePicture(name + "-top", subject);
     bar->setValue(bar->maximum() / 2);
-    stage.takePicture(name + QStringLiteral("-middle"), subject);
+    stage.takePicture(name + "-middle", subject);
     bar->setValue(bar->maximum());
-    stage.takePicture(name + QStringLiteral("-end"), subject);
+    stage.takePicture(name + "-end", subject);
 }
 
 } // namespace
 
 void showTables()
 {
-    GalleryStage().takePicture(QStringLiteral("empty"));
+    GalleryStage().takePicture("empty");
     {
         GalleryStage one;
         one.addRows(threeRows().mid(0, 1));
-        one.takePicture(QStringLiteral("one-row"));
+        one.takePicture("one-row");
     }
     {
         GalleryStage three;
         three.addRows(threeRows());
-        three.takePicture(QStringLiteral("three-rows"));
-        three.takeTooltip(QStringLiteral("row-tooltip"), three.partOf(1, "nameLabel"));
+        three.takePicture("three-rows");
+        three.takeTooltip("row-tooltip", three.partOf(1, "nameLabel"));
     }
     {
         GalleryStage names;
         names.addRows(longNames());
-        names.takePicture(QStringLiteral("long-names"));
-        names.takeTooltip(QStringLiteral("long-path-tooltip"), names.partOf(2, "placeLabel"));
+        names.takePicture("long-names");
+        names.takeTooltip("long-path-tooltip", names.partOf(2, "placeLabel"));
     }
     GalleryStage full;
     full.addRows(fullTable());
-    takeScrolled(full, QStringLiteral("200-rows"), full.table());
+    takeScrolled(full, "200-rows", full.table());
 }
 
 void showButtons()
 {
     GalleryStage stage;
     stage.addRows(threeRows());
-    const QVector<QPair<const char *, QString>> hovered = {
-        {"addButton", QStringLiteral("hover-add")},
-        {"removeButton", QStringLiteral("hover-remove")},
-        {"crushButton", QStringLiteral("hover-crush")},
-        {"closeButton", QStringLiteral("hover-close")},
-        {"historyLink", QStringLiteral("hover-history-link")},
-        {"selectAllCheckBox", QStringLiteral("hover-select-all")},
+    const QVector<QPair<const char *, const char *>> hovered = {
+        {"addButton", "hover-add"},
+        {"removeButton", "hover-remove"},
+        {"crushButton", "hover-crush"},
+        {"closeButton", "hover-close"},
+        {"historyLink", "hover-history-link"},
+        {"selectAllCheckBox", "hover-select-all"},
     };
     for (const auto &picture : hovered)
         stage.takeHovered(picture.second, stage.find(picture.first));
-    stage.takePressed(QStringLiteral("pressed-crush"), stage.find("crushButton"));
-    stage.takePressed(QStringLiteral("pressed-close"), stage.find("closeButton"));
-    stage.takePressed(QStringLiteral("pressed-add"), stage.find("addButton"));
+    stage.takePressed("pressed-crush", stage.find("crushButton"));
+    stage.takePressed("pressed-close", stage.find("closeButton"));
+    stage.takePressed("pressed-add", stage.find("addButton"));
 
     // Nothing is ticked, so there is nothing to remove or shred.
     GalleryStage unticked;
@@ -181,7 +179,7 @@ void showButtons()
     for (StagedRow &row : rows)
         row.ticked = false;
     unticked.addRows(rows);
-    unticked.takePicture(QStringLiteral("buttons-disabled"));
+    unticked.takePicture("buttons-disabled");
 }
 
 void showRun()
@@ -191,17 +189,17 @@ void showRun()
     stage.window->setCrushStartedEva(RunState::Running);
     for (const int percent : {1, 50, 100}) {
         stage.window->setTableRowHeightEva(0, percent);
-        stage.takePicture(QStringLiteral("progress-%1").arg(percent));
+        stage.takePicture("progress-" + QByteArray::number(percent));
     }
     stage.window->removeRowFromMainTableEva(0);
     stage.window->setTableRowHeightEva(0, 35);
-    stage.takePicture(QStringLiteral("running"));
+    stage.takePicture("running");
     stage.window->setCrushStartedEva(RunState::Stopping);
-    stage.takePicture(QStringLiteral("stopping"));
+    stage.takePicture("stopping");
     stage.window->removeRowFromMainTableEva(0);
     stage.window->setCrushStartedEva(RunState::Idle);
     stage.window->finishAllEva(2);
-    stage.takePicture(QStringLiteral("after-run"));
+    stage.takePicture("after-run");
 }
 
 /// The dialogs, each opened by the window as in life and photographed from within.
@@ -209,37 +207,36 @@ void showDialogs()
 {
     GalleryStage stage;
     DialogDriver driver;
-    const auto awaitDialog = [&](const QString &name) {
+    const auto awaitDialog = [&](const char *name) {
         driver.next(Answer::Escape,
                     [&stage, name](const QDialog &dialog) { stage.takePicture(name, &dialog); });
     };
-    const QVector<QPair<uint, QString>> refusals = {{0x01, QStringLiteral("dialog-refusal-one")},
-                                                    {0x10, QStringLiteral("dialog-refusal-limit")},
-                                                    {0x3f, QStringLiteral("dialog-refusal-six")}};
+    const QVector<QPair<uint, const char *>> refusals = {
+        {0x01, "dialog-refusal-one"}, {0x10, "dialog-refusal-limit"}, {0x3f, "dialog-refusal-six"}};
     for (const auto &refusal : refusals) {
         awaitDialog(refusal.second);
         stage.window->alertDialogEva(refusal.first);
     }
-    awaitDialog(QStringLiteral("dialog-success"));
+    awaitDialog("dialog-success");
     stage.window->showResultDialogEva(0, 3, 0);
-    awaitDialog(QStringLiteral("dialog-partial"));
+    awaitDialog("dialog-partial");
     stage.window->showResultDialogEva(0, 197, 3);
-    awaitDialog(QStringLiteral("dialog-failure"));
+    awaitDialog("dialog-failure");
     stage.window->showResultDialogEva(0, 0, 3);
-    awaitDialog(QStringLiteral("dialog-question"));
+    awaitDialog("dialog-question");
     stage.window->crushFilesEva();
 
     driver.next(Answer::Escape, [&stage](const QDialog &dialog) {
         const auto button = [&](const char *name) {
             return dialog.findChild<QWidget *>(QString::fromLatin1(name));
         };
-        stage.takePicture(QStringLiteral("question-over-window"));
-        stage.takeHovered(QStringLiteral("dialog-hover-ok"), button("okButton"), &dialog);
-        stage.takePressed(QStringLiteral("dialog-pressed-cancel"), button("cancelButton"), &dialog);
-        stage.takeHovered(QStringLiteral("dialog-hover-close"), button("closeButton"), &dialog);
+        stage.takePicture("question-over-window");
+        stage.takeHovered("dialog-hover-ok", button("okButton"), &dialog);
+        stage.takePressed("dialog-pressed-cancel", button("cancelButton"), &dialog);
+        stage.takeHovered("dialog-hover-close", button("closeButton"), &dialog);
     });
-    stage.addRows({{QStringLiteral("/home/lina/文档/旧合同.docx")},
-                   {QStringLiteral("/home/lina/下载/旧手机备份"), StagedRow::Folder}});
+    stage.addRows(
+        {{"/home/lina/文档/旧合同.docx"}, {"/home/lina/下载/旧手机备份", StagedRow::Folder}});
     stage.window->crushFilesEva();
 }
 
@@ -254,30 +251,27 @@ void showHistory()
     {
         // Its buttons have nothing to copy or clear.
         const GalleryStage none;
-        none.takePicture(QStringLiteral("history-empty"), openHistory(none, {}, 0));
+        none.takePicture("history-empty", openHistory(none, {}, 0));
     }
     {
         const GalleryStage few;
         const QWidget *history = openHistory(few, usualEntries(), usualEntries().size());
-        few.takePicture(QStringLiteral("history-short"), history);
-        few.takePicture(QStringLiteral("history-over-window"));
-        few.takeTooltip(QStringLiteral("history-tooltip"), label(few, 1, "nameLabel"), history);
-        few.takeHovered(QStringLiteral("history-hover-copy"), few.find("copyButton"), history);
-        few.takeHovered(QStringLiteral("history-hover-close"), few.find("historyCloseButton"),
-                        history);
-        few.takePressed(QStringLiteral("history-pressed-clear"), few.find("clearHistoryButton"),
-                        history);
+        few.takePicture("history-short", history);
+        few.takePicture("history-over-window");
+        few.takeTooltip("history-tooltip", label(few, 1, "nameLabel"), history);
+        few.takeHovered("history-hover-copy", few.find("copyButton"), history);
+        few.takeHovered("history-hover-close", few.find("historyCloseButton"), history);
+        few.takePressed("history-pressed-clear", few.find("clearHistoryButton"), history);
     }
     {
         const GalleryStage many;
         const QWidget *history = openHistory(many, usualEntries(), 500);
-        takeScrolled(many, QStringLiteral("history-long"), many.find<QTableWidget>("historyTable"),
-                     history);
+        takeScrolled(many, "history-long", many.find<QTableWidget>("historyTable"), history);
     }
     const GalleryStage wide;
     const QWidget *history = openHistory(wide, longEntries(), longEntries().size());
-    wide.takePicture(QStringLiteral("history-long-names"), history);
-    wide.takeTooltip(QStringLiteral("history-long-tooltip"), label(wide, 2, "pathLabel"), history);
+    wide.takePicture("history-long-names", history);
+    wide.takeTooltip("history-long-tooltip", label(wide, 2, "pathLabel"), history);
 }
 
 } // namespace testsupport

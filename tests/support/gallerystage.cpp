@@ -31,19 +31,20 @@ void movePointer(const QPoint &position)
         qFatal("the pointer does not move");
 }
 
-void pointAt(const QWidget *widget)
-{
-    movePointer(widget->mapToGlobal(widget->rect().center()));
-    if (!eventually([&] { return widget->underMouse(); }))
-        qFatal("the pointer does not reach %s", qPrintable(widget->objectName()));
-}
-
 bool isTooltipVisible()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
     return std::any_of(windows.cbegin(), windows.cend(), [](const QWidget *window) {
         return window->inherits("QTipLabel") && window->isVisible();
     });
+}
+
+void pointAt(const QWidget *widget)
+{
+    movePointer(widget->mapToGlobal(widget->rect().center()));
+    // The tip of what the pointer was on before stays for a moment.
+    if (!eventually([&] { return widget->underMouse() && !isTooltipVisible(); }))
+        qFatal("the pointer does not reach %s", qPrintable(widget->objectName()));
 }
 
 /// The part @p area of the screen once two looks at it agree.
@@ -84,7 +85,7 @@ GalleryStage::~GalleryStage()
 void GalleryStage::addRows(const QVector<StagedRow> &rows)
 {
     for (const StagedRow &row : rows) {
-        window->addRowToMainTableEva(row.path);
+        window->addRowToMainTableEva(QString::fromUtf8(row.path));
         const int index = table()->rowCount() - 1;
         if (row.kind == StagedRow::Folder) {
             // One that does not exist looks like a file to the window.
@@ -100,26 +101,24 @@ void GalleryStage::addRows(const QVector<StagedRow> &rows)
     window->setCrushButtonEnabledEva(ticked > 0);
 }
 
-void GalleryStage::takePicture(const QString &name, const QWidget *subject) const
+void GalleryStage::takePicture(const QByteArray &name, const QWidget *subject) const
 {
     const QRect place = (subject != nullptr ? subject : window.get())->frameGeometry();
-    const QString file = name + QStringLiteral(".png");
     constexpr int smallest = 0;
-    if (!standingScreen(place).save(file, "PNG", smallest))
-        qFatal("cannot write %s", qPrintable(file));
+    if (!standingScreen(place).save(QString::fromLatin1(name + ".png"), "PNG", smallest))
+        qFatal("cannot write the picture %s", name.constData());
     QTextStream(stdout) << name << '\n';
 }
 
-void GalleryStage::takeHovered(const QString &name, const QWidget *widget,
+void GalleryStage::takeHovered(const QByteArray &name, const QWidget *widget,
                                const QWidget *subject) const
 {
     pointAt(widget);
     takePicture(name, subject);
-    // One that the pointer has left stays for a moment, and not into the next picture.
-    eventually([] { return !isTooltipVisible(); });
 }
 
-void GalleryStage::takePressed(const QString &name, QWidget *button, const QWidget *subject) const
+void GalleryStage::takePressed(const QByteArray &name, QWidget *button,
+                               const QWidget *subject) const
 {
     auto *pressed = qobject_cast<QAbstractButton *>(button);
     pressed->setDown(true);
@@ -127,7 +126,7 @@ void GalleryStage::takePressed(const QString &name, QWidget *button, const QWidg
     pressed->setDown(false);
 }
 
-void GalleryStage::takeTooltip(const QString &name, const QWidget *widget,
+void GalleryStage::takeTooltip(const QByteArray &name, const QWidget *widget,
                                const QWidget *subject) const
 {
     pointAt(widget);

@@ -18,7 +18,7 @@ namespace testsupport
 /// everywhere; nothing in the gallery is ever shredded.
 struct StagedRow {
     enum Kind { File, Folder };
-    QString path;
+    QByteArray path; ///< in UTF-8
     Kind kind = File;
     bool ticked = true;
 };
@@ -42,14 +42,15 @@ public:
     void addRows(const QVector<StagedRow> &rows);
 
     /// Takes the picture @p name of @p subject, or of the main window, into the working folder.
-    void takePicture(const QString &name, const QWidget *subject = nullptr) const;
+    void takePicture(const QByteArray &name, const QWidget *subject = nullptr) const;
     /// As takePicture(), with the pointer on the middle of @p widget.
-    void takeHovered(const QString &name, const QWidget *widget,
+    void takeHovered(const QByteArray &name, const QWidget *widget,
                      const QWidget *subject = nullptr) const;
     /// The same, while @p button is held down.
-    void takePressed(const QString &name, QWidget *button, const QWidget *subject = nullptr) const;
+    void takePressed(const QByteArray &name, QWidget *button,
+                     const QWidget *subject = nullptr) const;
     /// The same, once the tooltip of @p widget is there.
-    void takeTooltip(const QString &name, const QWidget *widget,
+    void takeTooltip(const QByteArray &name, const QWidget *widget,
                      const QWidget *subject = nullptr) const;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The two tables as screen readers meet them: lists of their rows. What is announced
-// is tested where it is heard, in the end-to-end test of accessibility.
+// The two tables as screen readers meet them: lists of their rows. What is announced is
+// tested where it is heard, in endtoend.accessibility.
 
 #include "suites.h"
 #include "ui/accessiblerows.h"
@@ -19,8 +19,7 @@ class TestAccessibility : public WindowTest
 private slots:
     void initTestCase() { installAccessibility(); }
 
-    void tableIsAListOfItsCells();
-    void rowIsFoundUnderThePointer();
+    void tableListsItsCellsAndFindsThemUnderThePointer();
     void historyTellsEveryEntryNewestFirst();
     void historyRowKeepsItsEntryWhileOthersComeAndGo();
     void entryBeyondTheViewIsOffscreen();
@@ -52,7 +51,7 @@ QStringList TestAccessibility::namesIn(const QAccessibleInterface *list)
     return names;
 }
 
-void TestAccessibility::tableIsAListOfItsCells()
+void TestAccessibility::tableListsItsCellsAndFindsThemUnderThePointer()
 {
     dropFiles(2);
     const QAccessibleInterface *rows = list("mainTable");
@@ -61,17 +60,11 @@ void TestAccessibility::tableIsAListOfItsCells()
     QCOMPARE(rows->indexOfChild(rows->child(1)), 1);
     QCOMPARE(rows->child(1)->parent(), rows);
     QCOMPARE(rows->child(2), nullptr);
-    window->removeRowFromMainTableEva(0);
-    QCOMPARE(namesIn(rows), QStringList(QStringLiteral("1")));
-}
-
-void TestAccessibility::rowIsFoundUnderThePointer()
-{
-    dropFiles(2);
-    const QAccessibleInterface *rows = list("mainTable");
     const QPoint second = rows->child(1)->rect().center();
     QCOMPARE(rows->childAt(second.x(), second.y()), rows->child(1));
     QCOMPARE(rows->childAt(second.x(), second.y() + 300), nullptr);
+    window->removeRowFromMainTableEva(0);
+    QCOMPARE(namesIn(rows), QStringList(QStringLiteral("1")));
 }
 
 void TestAccessibility::historyTellsEveryEntryNewestFirst()

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The rows of the history: which have frames, what these show in which place, and that
-// nobody who scrolls sees a row without one. The window's slots fill and empty the table.
+// The rows of the history: what they show in which place, and that nobody who scrolls sees one
+// without its frame.
 
 #include "suites.h"
 #include "ui/historyrowframe.h"
+#include "widgets/stylesheets.h"
 #include "windowtest.h"
 
 #include <QFontMetrics>
@@ -17,9 +18,7 @@ using namespace testsupport;
 
 namespace
 {
-
 constexpr int manyRows = 5000;
-
 } // namespace
 
 class TestHistoryRows : public WindowTest
@@ -37,6 +36,8 @@ private slots:
     void scrollingShowsTheRightTextsInFewFrames();
     void rowsArrivingWhileScrolledKeepTheViewRight();
     void removedRowsCloseTheGap();
+    void removingARowOfAHistoryScrolledToItsEndMovesTheViewUp();
+    void longHistoryShowsItsScrollBar();
     void clearingTakesEveryRowAway();
 
 private:
@@ -100,14 +101,15 @@ void TestHistoryRows::rowHasItsLabelsInPlace()
     QCOMPARE(table->rowHeight(0), 30);
     QCOMPARE(HistoryRowFrame(nullptr).size(), QSize(678, 30));
     QVERIFY(HistoryRowFrame(window.get()).windowFlags().testFlag(Qt::FramelessWindowHint));
-    QCOMPARE(frame->styleSheet(), QStringLiteral("background:url(:/images/bk_item);border:none;"
-                                                 "color:#333;font-size:12px;"));
-    // These draw only their text over the row, as it is, and so do their tooltips.
-    for (const char *name : {"timeLabel", "nameLabel", "pathLabel"})
-        QVERIFY(label(name)->inherits("PlainLabel"));
-    QCOMPARE(label("timeLabel")->geometry(), QRect(2, 0, 150, 30));
-    QCOMPARE(label("nameLabel")->geometry(), QRect(154, 0, 200, 30));
-    QCOMPARE(label("pathLabel")->geometry(), QRect(356, 0, 322, 30));
+    QCOMPARE(frame->styleSheet(), stylesheets::row());
+    const auto check = [this](const char *name, const QRect &place) {
+        QVERIFY2(label(name)->geometry() == place, name);
+        // It draws only its text over the row, as it is, and so does its tooltip.
+        QVERIFY2(label(name)->inherits("PlainLabel"), name);
+    };
+    check("timeLabel", {2, 0, 150, 30});
+    check("nameLabel", {154, 0, 200, 30});
+    check("pathLabel", {356, 0, 322, 30});
     QCOMPARE(label("nameLabel")->font().pixelSize(), 12);
     QCOMPARE(label("nameLabel")->palette().color(QPalette::WindowText), QColor(0x33, 0x33, 0x33));
 }
@@ -217,6 +219,28 @@ void TestHistoryRows::removedRowsCloseTheGap()
     window->removeRowFromHistoryTableEva(48);
     bar->setValue(bar->maximum());
     QCOMPARE(numbersInView().constLast(), 1);
+}
+
+void TestHistoryRows::removingARowOfAHistoryScrolledToItsEndMovesTheViewUp()
+{
+    addNumbers(0, manyRows);
+    QTRY_COMPARE(table->rowCount(), manyRows);
+    bar->setValue(bar->maximum());
+    const QList<int> before = numbersInView();
+    QCOMPARE(before.constLast(), 0);
+    window->removeRowFromHistoryTableEva(0);
+    QTRY_COMPARE(numbersInView(), before);
+    window->removeRowFromHistoryTableEva(manyRows - 2);
+    QTRY_COMPARE(numbersInView().constLast(), 1);
+    QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestHistoryRows::longHistoryShowsItsScrollBar()
+{
+    addNumbers(0, 13);
+    QTRY_VERIFY(!bar->isVisible());
+    addNumbers(13, 14);
+    QTRY_VERIFY(bar->isVisible());
 }
 
 void TestHistoryRows::clearingTakesEveryRowAway()

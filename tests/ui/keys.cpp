@@ -20,18 +20,13 @@ namespace
 
 constexpr int manyRows = 40;
 
-void turnWheel(QWidget *widget, QPoint steps, Qt::KeyboardModifiers modifiers)
+void turnWheel(QWidget *widget, QPoint steps, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
     constexpr int wheelStep = 120; // as QWheelEvent counts
     const QPointF place = widget->rect().center();
     QWheelEvent turn(place, widget->mapToGlobal(place.toPoint()), QPoint(), steps * wheelStep,
                      Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
     QApplication::sendEvent(widget, &turn);
-}
-
-void type(const QWidget *widget, Qt::Key key)
-{
-    QTest::keyClick(widget->window()->windowHandle(), key);
 }
 
 } // namespace
@@ -50,8 +45,10 @@ private slots:
 
 private:
     static void bothTables();
-    /// The table @p name, filled and with the focus.
-    QTableWidget *focusedTable(const char *name = QTest::currentDataTag());
+    void fillAndFocus(const char *name = QTest::currentDataTag());
+    void type(Qt::Key key) const { QTest::keyClick(list->window()->windowHandle(), key); }
+
+    QTableWidget *list = nullptr; ///< the table that is typed into
 };
 
 void TestKeys::bothTables()
@@ -61,77 +58,74 @@ void TestKeys::bothTables()
     QTest::newRow("historyTable") << 0;
 }
 
-QTableWidget *TestKeys::focusedTable(const char *name)
+void TestKeys::fillAndFocus(const char *name)
 {
-    auto *found = find<QTableWidget>(name);
-    if (found == table()) {
+    list = find<QTableWidget>(name);
+    if (list == table()) {
         dropFiles(manyRows);
     } else {
         testHome().writeHistory(
             QByteArray("2026-01-02 03:04:05\nname\n/folder\n").repeated(manyRows));
-        click("historyLink");
+        press("historyLink");
     }
-    found->window()->activateWindow();
-    if (!QTest::qWaitForWindowActive(found->window()))
-        qFatal("no table to type into");
-    settle();
-    found->setFocus();
-    return found;
+    list->window()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(list->window()));
+    list->setFocus();
 }
 
 void TestKeys::neitherClickNorKeyOpensATextField()
 {
-    QTableWidget *table = focusedTable();
-    const QWidget *view = table->viewport();
-    const QPoint end = view->mapTo(table->window(), QPoint(view->width() - 1, 10));
-    QTest::mouseDClick(table->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, end);
-    QVERIFY(table->findChild<QLineEdit *>() == nullptr);
+    fillAndFocus();
+    const QWidget *view = list->viewport();
+    const QPoint end = view->mapTo(list->window(), QPoint(view->width() - 1, 10));
+    QTest::mouseDClick(list->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, end);
+    QVERIFY(list->findChild<QLineEdit *>() == nullptr);
     // The last column has no row's widget in the main table, nor has a row of the history that
     // was scrolled away.
-    table->setCurrentCell(0, table->columnCount() - 1);
-    table->verticalScrollBar()->setValue(manyRows / 2);
+    list->setCurrentCell(0, list->columnCount() - 1);
+    list->verticalScrollBar()->setValue(manyRows / 2);
     for (const Qt::Key key : {Qt::Key_F2, Qt::Key_A, Qt::Key_Return}) {
-        type(table, key);
-        QVERIFY(table->findChild<QLineEdit *>() == nullptr);
+        type(key);
+        QVERIFY(list->findChild<QLineEdit *>() == nullptr);
     }
 }
 
 void TestKeys::nothingMovesARowSideways()
 {
-    QTableWidget *table = focusedTable();
-    const int left = table->columnViewportPosition(0);
-    turnWheel(table->viewport(), QPoint(-1, 0), Qt::NoModifier);
-    turnWheel(table->viewport(), QPoint(-5, -1), Qt::NoModifier);
-    turnWheel(table->viewport(), QPoint(-1, 0), Qt::AltModifier);
-    turnWheel(table->viewport(), QPoint(0, -1), Qt::AltModifier);
-    QCOMPARE(table->columnViewportPosition(0), left);
-    QCOMPARE(table->cellWidget(table->rowAt(0), 0)->x(), 0);
-    const int top = table->verticalScrollBar()->value();
-    turnWheel(table->viewport(), QPoint(0, -1), Qt::NoModifier);
-    QVERIFY(table->verticalScrollBar()->value() > top);
-    table->setCurrentCell(0, 0);
+    fillAndFocus();
+    const int left = list->columnViewportPosition(0);
+    const int top = list->verticalScrollBar()->value();
+    turnWheel(list->viewport(), QPoint(-1, 0));
+    turnWheel(list->viewport(), QPoint(-5, -1));
+    turnWheel(list->viewport(), QPoint(-1, 0), Qt::AltModifier);
+    turnWheel(list->viewport(), QPoint(0, -1), Qt::AltModifier);
+    QCOMPARE(list->columnViewportPosition(0), left);
+    QCOMPARE(list->cellWidget(list->rowAt(0), 0)->x(), 0);
+    turnWheel(list->viewport(), QPoint(0, -1));
+    QVERIFY(list->verticalScrollBar()->value() > top);
+    list->setCurrentCell(0, 0);
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_End, Qt::Key_Left}) {
-        type(table, key);
-        QCOMPARE(table->columnViewportPosition(0), left);
+        type(key);
+        QCOMPARE(list->columnViewportPosition(0), left);
     }
 }
 
 void TestKeys::tabLeavesTheMainTable()
 {
-    const QTableWidget *table = focusedTable("mainTable");
+    fillAndFocus("mainTable");
     // On its way Tab visits the tick boxes of the rows.
     const QWidget *beyond = find("selectAllCheckBox");
     for (int key = 0; key <= manyRows && !beyond->hasFocus(); ++key)
-        type(table, Qt::Key_Tab);
+        type(Qt::Key_Tab);
     QVERIFY(beyond->hasFocus());
 }
 
 void TestKeys::tabChoosesNoRowOfTheHistory()
 {
-    QTableWidget *table = focusedTable("historyTable");
-    table->setCurrentCell(0, 0);
-    type(table, Qt::Key_Tab);
-    QCOMPARE(table->currentRow(), 0);
+    fillAndFocus("historyTable");
+    list->setCurrentCell(0, 0);
+    type(Qt::Key_Tab);
+    QCOMPARE(list->currentRow(), 0);
 }
 
 TEST_SUITE(keys, TestKeys)

@@ -1,28 +1,15 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// The two reports: their words, icon, button and place, and that a result leaves nothing
-// ticked.
+// The two reports: their words, icon, button and place, and that a result leaves nothing ticked.
 
 #include "suites.h"
+#include "widgets/stylesheets.h"
 #include "windowtest.h"
 
 #include <QtTest>
 
 using namespace testsupport;
-
-namespace
-{
-
-const char *const rejectionHeader = "您添加的部分文件或目录由于以下原因无法被添加到文件粉碎机中：";
-const char *const resultHeader = "本次文件粉碎任务已经结束";
-
-QString lines(const QByteArrayList &utf8Lines)
-{
-    return QString::fromUtf8(utf8Lines.join('\n'));
-}
-
-} // namespace
 
 class TestReports : public WindowTest
 {
@@ -38,16 +25,18 @@ private slots:
     void rowOnItsWayWhenTheResultComesIsUntickedToo();
 
 private:
-    /// The one dialog so far had an OK button only and stood in the middle of the window.
-    void checkReport(const QString &text, const QString &icon);
+    void checkOnlyReport(const char *header, const QString &lines, const QString &icon) const;
 };
 
-void TestReports::checkReport(const QString &text, const QString &icon)
+/// The one dialog so far had an OK button only and stood in the middle of the window.
+void TestReports::checkOnlyReport(const char *header, const QString &lines,
+                                  const QString &icon) const
 {
     QCOMPARE(dialogs->seen().size(), 1);
     const SeenDialog &seen = dialogs->seen().first();
-    QCOMPARE(seen.text, text);
-    QCOMPARE(seen.iconSheet, QStringLiteral("background-image:url(:/images/%1)").arg(icon));
+    QCOMPARE(seen.text.section(QLatin1Char('\n'), 0, 0), QString::fromUtf8(header));
+    QCOMPARE(seen.text.section(QLatin1Char('\n'), 1), lines);
+    QCOMPARE(seen.iconSheet, stylesheets::backgroundImage(icon));
     QCOMPARE(seen.buttons, QStringList(QStringLiteral("确定")));
     QCOMPARE(seen.place, QRect(window->pos() + QPoint(190, 160), QSize(420, 230)));
 }
@@ -55,30 +44,30 @@ void TestReports::checkReport(const QString &text, const QString &icon)
 void TestReports::refusalListsReasonsInOrder_data()
 {
     QTest::addColumn<uint>("reasons");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, uint reasons, QByteArrayList reasonLines) {
-        reasonLines.prepend(rejectionHeader);
-        QTest::newRow(name) << reasons << lines(reasonLines);
+    QTest::addColumn<QString>("lines");
+    const auto row = [](const char *name, uint reasons, const char *lines = "") {
+        QTest::newRow(name) << reasons << QString::fromUtf8(lines);
     };
-    row("none: the header alone", 0, {});
-    row("one has no number", 0x01, {"文件或目录不存在"});
-    row("two", 0x06, {"1.不能确定文件或目录的类型", "2.文件或目录没有读写权限"});
+    row("none: the header alone", 0);
+    row("one has no number", 0x01, "文件或目录不存在");
+    row("two", 0x06, "1.不能确定文件或目录的类型\n2.文件或目录没有读写权限");
     row("three are numbered", 0x31,
-        {"1.文件或目录不存在", "2.已经超出文件粉碎机的单次处理上限(200个)", "3.属于系统目录"});
+        "1.文件或目录不存在\n2.已经超出文件粉碎机的单次处理上限(200个)\n3.属于系统目录");
     row("all", 0x3f,
-        {"1.文件或目录不存在", "2.不能确定文件或目录的类型", "3.文件或目录没有读写权限",
-         "4.重复添加文件或目录", "5.已经超出文件粉碎机的单次处理上限(200个)", "6.属于系统目录"});
-    row("an unknown one: the header alone", 0x40, {});
-    row("unknown reasons beside one", 0xffffffc8, {"重复添加文件或目录"});
+        "1.文件或目录不存在\n2.不能确定文件或目录的类型\n3.文件或目录没有读写权限\n"
+        "4.重复添加文件或目录\n5.已经超出文件粉碎机的单次处理上限(200个)\n6.属于系统目录");
+    row("an unknown one: the header alone", 0x40);
+    row("unknown reasons beside one", 0xffffffc8, "重复添加文件或目录");
 }
 
 void TestReports::refusalListsReasonsInOrder()
 {
     QFETCH(uint, reasons);
-    QFETCH(QString, text);
+    QFETCH(QString, lines);
     dialogs->next(Answer::Ok);
     window->alertDialogEva(reasons);
-    checkReport(text, QStringLiteral("ico_war"));
+    checkOnlyReport("您添加的部分文件或目录由于以下原因无法被添加到文件粉碎机中：", lines,
+                    QStringLiteral("ico_war"));
 }
 
 void TestReports::resultNamesTheCountsThatAreNotZero_data()
@@ -86,18 +75,18 @@ void TestReports::resultNamesTheCountsThatAreNotZero_data()
     QTest::addColumn<uint>("succeeded");
     QTest::addColumn<uint>("failed");
     QTest::addColumn<QString>("icon");
-    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("lines");
     const auto row = [](const char *name, uint succeeded, uint failed, const char *icon,
-                        QByteArrayList counts) {
-        counts.prepend(resultHeader);
-        QTest::newRow(name) << succeeded << failed << QString::fromLatin1(icon) << lines(counts);
+                        const char *lines = "") {
+        QTest::newRow(name) << succeeded << failed << QString::fromLatin1(icon)
+                            << QString::fromUtf8(lines);
     };
-    row("success", 3, 0, "ico_ok", {"3 个文件(文件夹)已被成功粉碎"});
-    row("both", 2, 1, "ico_war2", {"2 个文件(文件夹)已被成功粉碎", "1 个文件(文件夹)未能完成粉碎"});
-    row("failure", 0, 4, "ico_war", {"4 个文件(文件夹)未能完成粉碎"});
-    row("nothing: the header alone", 0, 0, "ico_war", {});
+    row("success", 3, 0, "ico_ok", "3 个文件(文件夹)已被成功粉碎");
+    row("both", 2, 1, "ico_war2", "2 个文件(文件夹)已被成功粉碎\n1 个文件(文件夹)未能完成粉碎");
+    row("failure", 0, 4, "ico_war", "4 个文件(文件夹)未能完成粉碎");
+    row("nothing: the header alone", 0, 0, "ico_war");
     row("most", 2147483647, 200, "ico_war2",
-        {"2147483647 个文件(文件夹)已被成功粉碎", "200 个文件(文件夹)未能完成粉碎"});
+        "2147483647 个文件(文件夹)已被成功粉碎\n200 个文件(文件夹)未能完成粉碎");
 }
 
 void TestReports::resultNamesTheCountsThatAreNotZero()
@@ -105,10 +94,10 @@ void TestReports::resultNamesTheCountsThatAreNotZero()
     QFETCH(uint, succeeded);
     QFETCH(uint, failed);
     QFETCH(QString, icon);
-    QFETCH(QString, text);
+    QFETCH(QString, lines);
     dialogs->next(Answer::Ok);
     window->showResultDialogEva(1, succeeded, failed);
-    checkReport(text, icon);
+    checkOnlyReport("本次文件粉碎任务已经结束", lines, icon);
 }
 
 void TestReports::nothingIsTickedWhileAResultIsShownOrAfterIt()
