@@ -11,17 +11,19 @@
 #include <QFile>
 #include <QScrollBar>
 
+#include <functional>
+
 namespace testsupport
 {
 
 namespace
 {
 
-QVector<StagedRow> threeRows()
+QVector<StagedRow> threeRows(bool ticked = true)
 {
     return {
-        {"/home/lina/文档/2019年度报税材料.xlsx"},
-        {"/home/lina/下载/旧手机备份", StagedRow::Folder},
+        {"/home/lina/文档/2019年度报税材料.xlsx", StagedRow::File, ticked},
+        {"/home/lina/下载/旧手机备份", StagedRow::Folder, ticked},
         {"/home/lina/图片/证件/护照扫描件.jpg", StagedRow::File, false},
     };
 }
@@ -117,32 +119,28 @@ const QWidget *openHistory(const GalleryStage &stage, const QVector<Shredded> &e
 }
 
 /// Pictures of the upper end, the middle and the lower end of @p table.
-void takeScrolled(const GalleryStage &stage, const QByteArray &name, const QTableWidget *table,
-                  const QWidget *subject = nullptr)
+void takeScrolled(const GalleryStage &stage, const QByteArray &name, const QTableWidget *table)
 {
     QScrollBar *bar = table->verticalScrollBar();
-    stage.takePicture(name + "-top", subject);
+    stage.takePicture(name + "-top", table->window());
     bar->setValue(bar->maximum() / 2);
-    stage.takePicture(name + "-middle", subject);
+    stage.takePicture(name + "-middle", table->window());
     bar->setValue(bar->maximum());
-    stage.takePicture(name + "-end", subject);
+    stage.takePicture(name + "-end", table->window());
 }
 
 } // namespace
 
 void showTables()
 {
-    GalleryStage().takePicture("empty");
     {
-        GalleryStage one;
-        one.addRows(threeRows().mid(0, 1));
-        one.takePicture("one-row");
-    }
-    {
-        GalleryStage three;
-        three.addRows(threeRows());
-        three.takePicture("three-rows");
-        three.takeTooltip("row-tooltip", three.partOf(1, "nameLabel"));
+        GalleryStage stage;
+        stage.takePicture("empty");
+        stage.addRows(threeRows().mid(0, 1));
+        stage.takePicture("one-row");
+        stage.addRows(threeRows().mid(1));
+        stage.takePicture("three-rows");
+        stage.takeTooltip("row-tooltip", stage.partOf(1, "nameLabel"));
     }
     {
         GalleryStage names;
@@ -159,26 +157,19 @@ void showButtons()
 {
     GalleryStage stage;
     stage.addRows(threeRows());
-    const QVector<QPair<const char *, const char *>> hovered = {
-        {"addButton", "hover-add"},
-        {"removeButton", "hover-remove"},
-        {"crushButton", "hover-crush"},
-        {"closeButton", "hover-close"},
-        {"historyLink", "hover-history-link"},
-        {"selectAllCheckBox", "hover-select-all"},
-    };
-    for (const auto &picture : hovered)
-        stage.takeHovered(picture.second, stage.find(picture.first));
+    stage.takeHovered("hover-add", stage.find("addButton"));
+    stage.takeHovered("hover-remove", stage.find("removeButton"));
+    stage.takeHovered("hover-crush", stage.find("crushButton"));
+    stage.takeHovered("hover-close", stage.find("closeButton"));
+    stage.takeHovered("hover-history-link", stage.find("historyLink"));
+    stage.takeHovered("hover-select-all", stage.find("selectAllCheckBox"));
     stage.takePressed("pressed-crush", stage.find("crushButton"));
     stage.takePressed("pressed-close", stage.find("closeButton"));
     stage.takePressed("pressed-add", stage.find("addButton"));
 
     // Nothing is ticked, so there is nothing to remove or shred.
     GalleryStage unticked;
-    QVector<StagedRow> rows = threeRows();
-    for (StagedRow &row : rows)
-        row.ticked = false;
-    unticked.addRows(rows);
+    unticked.addRows(threeRows(false));
     unticked.takePicture("buttons-disabled");
 }
 
@@ -207,33 +198,27 @@ void showDialogs()
 {
     GalleryStage stage;
     DialogDriver driver;
-    const auto awaitDialog = [&](const char *name) {
+    const auto take = [&](const char *name, const std::function<void()> &open) {
         driver.next(Answer::Escape,
                     [&stage, name](const QDialog &dialog) { stage.takePicture(name, &dialog); });
+        open();
     };
-    const QVector<QPair<uint, const char *>> refusals = {
-        {0x01, "dialog-refusal-one"}, {0x10, "dialog-refusal-limit"}, {0x3f, "dialog-refusal-six"}};
-    for (const auto &refusal : refusals) {
-        awaitDialog(refusal.second);
-        stage.window->alertDialogEva(refusal.first);
-    }
-    awaitDialog("dialog-success");
-    stage.window->showResultDialogEva(0, 3, 0);
-    awaitDialog("dialog-partial");
-    stage.window->showResultDialogEva(0, 197, 3);
-    awaitDialog("dialog-failure");
-    stage.window->showResultDialogEva(0, 0, 3);
-    awaitDialog("dialog-question");
-    stage.window->crushFilesEva();
+    take("dialog-refusal-one", [&] { stage.window->alertDialogEva(0x01); });
+    take("dialog-refusal-limit", [&] { stage.window->alertDialogEva(0x10); });
+    take("dialog-refusal-six", [&] { stage.window->alertDialogEva(0x3f); });
+    take("dialog-success", [&] { stage.window->showResultDialogEva(0, 3, 0); });
+    take("dialog-partial", [&] { stage.window->showResultDialogEva(0, 197, 3); });
+    take("dialog-failure", [&] { stage.window->showResultDialogEva(0, 0, 3); });
+    take("dialog-question", [&] { stage.window->crushFilesEva(); });
 
     driver.next(Answer::Escape, [&stage](const QDialog &dialog) {
         const auto button = [&](const char *name) {
             return dialog.findChild<QWidget *>(QString::fromLatin1(name));
         };
         stage.takePicture("question-over-window");
-        stage.takeHovered("dialog-hover-ok", button("okButton"), &dialog);
-        stage.takePressed("dialog-pressed-cancel", button("cancelButton"), &dialog);
-        stage.takeHovered("dialog-hover-close", button("closeButton"), &dialog);
+        stage.takeHovered("dialog-hover-ok", button("okButton"));
+        stage.takePressed("dialog-pressed-cancel", button("cancelButton"));
+        stage.takeHovered("dialog-hover-close", button("closeButton"));
     });
     stage.addRows(
         {{"/home/lina/文档/旧合同.docx"}, {"/home/lina/下载/旧手机备份", StagedRow::Folder}});
@@ -255,23 +240,21 @@ void showHistory()
     }
     {
         const GalleryStage few;
-        const QWidget *history = openHistory(few, usualEntries(), usualEntries().size());
-        few.takePicture("history-short", history);
+        few.takePicture("history-short", openHistory(few, usualEntries(), usualEntries().size()));
         few.takePicture("history-over-window");
-        few.takeTooltip("history-tooltip", label(few, 1, "nameLabel"), history);
-        few.takeHovered("history-hover-copy", few.find("copyButton"), history);
-        few.takeHovered("history-hover-close", few.find("historyCloseButton"), history);
-        few.takePressed("history-pressed-clear", few.find("clearHistoryButton"), history);
+        few.takeTooltip("history-tooltip", label(few, 1, "nameLabel"));
+        few.takeHovered("history-hover-copy", few.find("copyButton"));
+        few.takeHovered("history-hover-close", few.find("historyCloseButton"));
+        few.takePressed("history-pressed-clear", few.find("clearHistoryButton"));
     }
     {
         const GalleryStage many;
-        const QWidget *history = openHistory(many, usualEntries(), 500);
-        takeScrolled(many, "history-long", many.find<QTableWidget>("historyTable"), history);
+        openHistory(many, usualEntries(), 500);
+        takeScrolled(many, "history-long", many.find<QTableWidget>("historyTable"));
     }
     const GalleryStage wide;
-    const QWidget *history = openHistory(wide, longEntries(), longEntries().size());
-    wide.takePicture("history-long-names", history);
-    wide.takeTooltip("history-long-tooltip", label(wide, 2, "pathLabel"), history);
+    wide.takePicture("history-long-names", openHistory(wide, longEntries(), longEntries().size()));
+    wide.takeTooltip("history-long-tooltip", label(wide, 2, "pathLabel"));
 }
 
 } // namespace testsupport

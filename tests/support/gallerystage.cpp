@@ -110,31 +110,28 @@ void GalleryStage::takePicture(const QByteArray &name, const QWidget *subject) c
     QTextStream(stdout) << name << '\n';
 }
 
-void GalleryStage::takeHovered(const QByteArray &name, const QWidget *widget,
-                               const QWidget *subject) const
+void GalleryStage::takeHovered(const QByteArray &name, const QWidget *widget) const
 {
     pointAt(widget);
-    takePicture(name, subject);
+    takePicture(name, widget->window());
 }
 
-void GalleryStage::takePressed(const QByteArray &name, QWidget *button,
-                               const QWidget *subject) const
+void GalleryStage::takePressed(const QByteArray &name, QWidget *button) const
 {
     auto *pressed = qobject_cast<QAbstractButton *>(button);
     pressed->setDown(true);
-    takeHovered(name, button, subject);
+    takeHovered(name, button);
     pressed->setDown(false);
 }
 
-void GalleryStage::takeTooltip(const QByteArray &name, const QWidget *widget,
-                               const QWidget *subject) const
+void GalleryStage::takeTooltip(const QByteArray &name, const QWidget *widget) const
 {
     pointAt(widget);
     // A tip comes when the pointer has moved on the widget and then rests.
     movePointer(QCursor::pos() + QPoint(1, 0));
     if (!eventually(isTooltipVisible))
         qFatal("no tooltip appears");
-    takePicture(name, subject);
+    takePicture(name, widget->window());
 }
 
 } // namespace testsupport

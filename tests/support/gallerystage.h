@@ -43,15 +43,12 @@ public:
 
     /// Takes the picture @p name of @p subject, or of the main window, into the working folder.
     void takePicture(const QByteArray &name, const QWidget *subject = nullptr) const;
-    /// As takePicture(), with the pointer on the middle of @p widget.
-    void takeHovered(const QByteArray &name, const QWidget *widget,
-                     const QWidget *subject = nullptr) const;
-    /// The same, while @p button is held down.
-    void takePressed(const QByteArray &name, QWidget *button,
-                     const QWidget *subject = nullptr) const;
-    /// The same, once the tooltip of @p widget is there.
-    void takeTooltip(const QByteArray &name, const QWidget *widget,
-                     const QWidget *subject = nullptr) const;
+    /// As takePicture(), of the window of @p widget, with the pointer on the middle of that.
+    void takeHovered(const QByteArray &name, const QWidget *widget) const;
+    /// The same, while it is held down.
+    void takePressed(const QByteArray &name, QWidget *button) const;
+    /// The same, once its tooltip is there.
+    void takeTooltip(const QByteArray &name, const QWidget *widget) const;
 };
 
 // What the gallery shows, scene by scene, each on stages of its own. They need a screen, a window

@@ -3,7 +3,6 @@
 
 #include "windowtest.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
@@ -22,26 +21,6 @@ void ShownWindow::show()
     window->show();
     if (!QTest::qWaitForWindowExposed(window.get(), patience))
         qFatal("the window does not appear");
-}
-
-QString ShownWindow::textOf(const char *name) const
-{
-    return find(name)->property("text").toString();
-}
-
-bool ShownWindow::isTicked(const char *name) const
-{
-    return find<QAbstractButton>(name)->isChecked();
-}
-
-ZZTableCell *ShownWindow::cell(int row) const
-{
-    return qobject_cast<ZZTableCell *>(table()->cellWidget(row, 0));
-}
-
-QWidget *ShownWindow::partOf(int row, const char *name) const
-{
-    return cell(row)->findChild<QWidget *>(QString::fromLatin1(name));
 }
 
 QStringList ShownWindow::rows() const

@@ -40,18 +40,22 @@ protected:
             qFatal("no widget is called %s", name);
         return widget;
     }
-    QString textOf(const char *name) const;
+    QString textOf(const char *name) const { return find(name)->property("text").toString(); }
     bool isEnabled(const char *name) const { return find(name)->isEnabled(); }
-    bool isTicked(const char *name) const;
+    bool isTicked(const char *name) const { return find(name)->property("checked").toBool(); }
 
     QTableWidget *table() const { return find<QTableWidget>("mainTable"); }
-    ZZTableCell *cell(int row) const;
-    /// The widget called @p name of @p row.
-    QWidget *partOf(int row, const char *name) const;
+    ZZTableCell *cell(int row) const
+    {
+        return qobject_cast<ZZTableCell *>(table()->cellWidget(row, 0));
+    }
+    QWidget *partOf(int row, const char *name) const
+    {
+        return cell(row)->findChild<QWidget *>(QString::fromLatin1(name));
+    }
     QWidget *overlayOf(int row) const { return partOf(row, "progressOverlay"); }
-    /// The paths of the rows, from top to bottom.
+    // Their paths, from top to bottom.
     QStringList rows() const;
-    /// The paths of the rows with a tick.
     QStringList tickedRows() const;
 
     void click(const char *name) const { click(find(name)); }

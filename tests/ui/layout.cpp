@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// Both windows before anything has happened: where each widget is, what it says, which style
-// sheet it has and how it is set up.
+// Both windows before anything has happened: what the class declares, where each widget is, what it
+// says, which style sheet it has and how it is set up.
 
 #include "suites.h"
 #include "widgets/stylesheets.h"
@@ -12,7 +12,9 @@
 #include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QtTest>
 
@@ -20,11 +22,40 @@
 
 using namespace testsupport;
 
+namespace
+{
+
+QPoint middleOfTheScreen(int width, int height)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    return {(screen.width() - width) / 2, (screen.height() - height) / 2};
+}
+
+/// Name, types and the parameters' names, in their order.
+QByteArrayList declarationsOf(QMetaMethod::MethodType type)
+{
+    const QMetaObject &meta = MainWindow::staticMetaObject;
+    QByteArrayList declarations;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+        const QMetaMethod method = meta.method(index);
+        if (method.methodType() != type)
+            continue;
+        QByteArrayList parameters = method.parameterTypes();
+        for (int at = 0; at < parameters.size(); ++at)
+            parameters[at] = (parameters[at] + ' ' + method.parameterNames().at(at)).trimmed();
+        declarations.append(method.name() + '(' + parameters.join(", ") + ')');
+    }
+    return declarations;
+}
+
+} // namespace
+
 class TestLayout : public WindowTest
 {
     Q_OBJECT
 
 private slots:
+    void windowDeclaresItsSlotsAndOneSignalInOrder();
     void mainWindowIsFramelessAndOfOneSize();
     void historyWindowIsAWindowOfItsOwn();
     void eachWidgetHasItsPlaceTextAndSheet();
@@ -38,9 +69,33 @@ private slots:
     void rowsKeepTheirHeightWithALargeFont();
 };
 
+/// Whoever talks to it by meta-object counts on the order.
+void TestLayout::windowDeclaresItsSlotsAndOneSignalInOrder()
+{
+    const auto expected =
+        QByteArray(
+            "windowQuit()|windowMaxi()|windowMini()|slotShowHistoryEva()|copyToClipboardEva()|"
+            "addEva()|removeSomeFilesEva()|setSelectAllCheckBoxEnabledEva(bool)|"
+            "setSelectAllCheckBoxStateEva(bool)|setRemoveButtonEnabledEva(bool)|"
+            "setCrushButtonEnabledEva(bool)|addRowToMainTableEva(QString fullName)|"
+            "removeRowFromMainTableEva(int rowIndex)|selectAllEva(bool state)|"
+            "setTableItemCheckBoxStateEva(int, bool)|crushFilesEva()|removeAllFromHistoryEva()|"
+            "historyTableAddItemEva(QString, QString fileName, QString)|"
+            "removeRowFromHistoryTableEva(int rowIndex)|setTableRowHeightEva(int, int percent)|"
+            "finishOneFileEva(QString)|finishAllEva(int)|setCrushStartedEva(int b)|"
+            "slotMoveTable(int x, int y)|slotClipboardSetTextEva(QString text)|"
+            "setHistoryButtonEnabledEva(bool, int n)|tableCellClickedEva(int r, int c)|"
+            "alertDialogEva(uint)|showResultDialogEva(uint, uint, uint)")
+            .split('|');
+    QCOMPARE(declarationsOf(QMetaMethod::Slot), expected);
+    QCOMPARE(declarationsOf(QMetaMethod::Signal), QByteArrayList{"quit()"});
+    QCOMPARE(MainWindow::staticMetaObject.superClass(), &QFrame::staticMetaObject);
+}
+
 void TestLayout::mainWindowIsFramelessAndOfOneSize()
 {
     const MainWindow &main = *window;
+    QCOMPARE(main.pos(), middleOfTheScreen(800, 550));
     QVERIFY(main.windowFlags().testFlag(Qt::FramelessWindowHint));
     QCOMPARE(main.minimumSize(), QSize(800, 550));
     QCOMPARE(main.maximumSize(), QSize(800, 550));
@@ -54,6 +109,7 @@ void TestLayout::mainWindowIsFramelessAndOfOneSize()
 void TestLayout::historyWindowIsAWindowOfItsOwn()
 {
     const QWidget *history = find("historyWindow");
+    QCOMPARE(history->pos(), middleOfTheScreen(700, 500));
     QCOMPARE(history->parentWidget(), window.get());
     QCOMPARE(history->windowType(), Qt::Dialog);
     QVERIFY(history->windowFlags().testFlag(Qt::FramelessWindowHint));

@@ -23,7 +23,6 @@ private slots:
 
     void freshCellIsEmptyAndHarmless();
     void eachPartHasItsPlaceAndSheet();
-    void iconIsShownAtSixteenPixels();
     void nameThatFitsIsShownUnchanged();
     void longNameAndFolderKeepTheirEndings();
     void leftPressAnywhereReportsTheRow_data();
@@ -93,11 +92,6 @@ void TestTableCell::eachPartHasItsPlaceAndSheet()
     check("nameLabel", {60, 0, 240, 30});
     check("placeLabel", {315, 0, 463, 30});
     check("progressOverlay", {1, 0, 776, 30}, stylesheets::progressOverlay());
-}
-
-void TestTableCell::iconIsShownAtSixteenPixels()
-{
-    build();
     QCOMPARE(label("iconLabel")->property("pixmap").value<QPixmap>().size(), QSize(16, 16));
 }
 

@@ -65,7 +65,6 @@ class TestTableCellLooks : public QObject
 
 private slots:
     void rowImageIsDrawnOnce();
-    void labelsAddNoBackgroundOfTheirOwn();
     void progressCoversItsShareOfTheRow_data();
     void progressCoversItsShareOfTheRow();
     void darkeningLetsItsShareOfTheRowShowThroughUntilZero();
@@ -116,18 +115,6 @@ void TestTableCellLooks::rowImageIsDrawnOnce()
         for (int x = 0; x < picture.width(); ++x)
             QCOMPARE(QColor(picture.pixel(x, y)), QColor(line.pixel(0, y)));
     }
-}
-
-void TestTableCellLooks::labelsAddNoBackgroundOfTheirOwn()
-{
-    build();
-    cell->setProgress(100);
-    const auto opacity = [this](const char *name) {
-        return label(name)->grab().toImage().pixelColor(label(name)->rect().bottomRight()).alpha();
-    };
-    for (const char *name : {"iconLabel", "nameLabel", "placeLabel"})
-        QVERIFY2(opacity(name) == 0, name);
-    QCOMPARE(opacity("progressOverlay"), 70);
 }
 
 void TestTableCellLooks::progressCoversItsShareOfTheRow_data()
