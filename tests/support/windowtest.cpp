@@ -98,13 +98,6 @@ QStringList WindowTest::makeFiles(int count) const
     return files;
 }
 
-QString WindowTest::makeBigFolder(int files) const
-{
-    for (int file = 0; file < files; ++file)
-        tree->makeFile(QStringLiteral("big/%1").arg(file), 100);
-    return tree->path(QStringLiteral("big"));
-}
-
 WindowTest::DropOutcome WindowTest::letGo(const QMimeData &data) const
 {
     const QPoint place = window->rect().center();

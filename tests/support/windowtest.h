@@ -89,8 +89,6 @@ protected slots:
 protected:
     /// Makes @p count files of 10 bytes x, called 0, 1, ...; returns their paths.
     QStringList makeFiles(int count) const;
-    /// Makes a folder of @p files files and returns its path.
-    QString makeBigFolder(int files) const;
 
     struct DropOutcome {
         bool entered = false;  ///< the window would take the drop

@@ -37,7 +37,6 @@ private slots:
     void repeatedOpeningsShowTheHistoryOnce();
     void mainWindowIsBlockedUntilTheHistoryIsClosed();
     void buttonsAreEnabledByNumber();
-    void copyPutsTheHistoryOnTheClipboard();
     void clearTakesEverythingAwayUntilTheNextOpening();
     void slotsHoldForEveryCaller();
     void clearWhileRowsArriveLeavesTheTableEmpty();
@@ -166,17 +165,6 @@ void TestHistory::buttonsAreEnabledByNumber()
         window->setHistoryButtonEnabledEva(false, number);
         QVERIFY(areButtonsEnabled(!copy, !clear));
     }
-}
-
-void TestHistory::copyPutsTheHistoryOnTheClipboard()
-{
-    testHome().writeHistory(entry("a"));
-    press("historyLink");
-    QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
-    click("copyButton");
-    PROMPTLY_COMPARE(QGuiApplication::clipboard()->text(),
-                     QStringLiteral("日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：a"
-                                    "\t路径：/home/somebody/a\n"));
 }
 
 void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()

@@ -67,7 +67,6 @@ private slots:
     void buttonsAnswer_data();
     void buttonsAnswer();
     void escapeRejectsAndEnterAnswersNothing();
-    void titleBarDragsTheRunningDialog();
     void centresOnTheArea_data();
     void centresOnTheArea();
     void backgroundShowsThroughTheLabels();
@@ -227,19 +226,6 @@ void TestDialog::escapeRejectsAndEnterAnswersNothing()
     });
     QVERIFY(stillOpen);
     QCOMPARE(result, static_cast<int>(QDialog::Rejected));
-}
-
-void TestDialog::titleBarDragsTheRunningDialog()
-{
-    CustomDialog dialog;
-    dialog.moveToCentreOf(QRect(100, 100, 420, 230));
-    execWith(dialog, [&](QWindow *window) {
-        QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, QPoint(380, 20));
-        QTest::mouseMove(window, QPoint(350, 60));
-        QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, QPoint(380, 20));
-        dialog.reject();
-    });
-    QCOMPARE(dialog.pos(), QPoint(70, 140));
 }
 
 void TestDialog::centresOnTheArea_data()
