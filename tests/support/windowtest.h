@@ -102,6 +102,12 @@ protected:
     /// Makes @p count files as above, drops them and waits for their rows.
     QStringList dropFiles(int count);
 
+    void addToHistory(const QString &name, const QString &path = QStringLiteral("/folder"),
+                      const QString &time = QStringLiteral("2026-01-02"))
+    {
+        window->historyTableAddItemEva(time, name, path);
+    }
+
     /// Waits until the controller has performed everything that was posted, and the window has
     /// shown it. Uses the clipboard.
     void settle();

@@ -35,11 +35,6 @@ private:
         press("historyLink");
         return list("historyTable");
     }
-    void record(const QString &name)
-    {
-        window->historyTableAddItemEva(QStringLiteral("2026-01-02"), name,
-                                       QStringLiteral("/folder"));
-    }
     static QStringList namesIn(const QAccessibleInterface *list);
 };
 
@@ -72,7 +67,7 @@ void TestAccessibility::historyTellsEveryEntryNewestFirst()
     const QAccessibleInterface *rows = openHistory();
     constexpr int many = 300;
     for (int number = 0; number < many; ++number)
-        record(QString::number(number));
+        addToHistory(QString::number(number));
     QCOMPARE(rows->role(), QAccessible::List);
     QCOMPARE(rows->childCount(), many);
     QAccessibleInterface *last = rows->child(many - 1);
@@ -89,10 +84,10 @@ void TestAccessibility::historyTellsEveryEntryNewestFirst()
 void TestAccessibility::historyRowKeepsItsEntryWhileOthersComeAndGo()
 {
     const QAccessibleInterface *rows = openHistory();
-    record(QStringLiteral("third"));
-    record(QStringLiteral("second"));
+    addToHistory(QStringLiteral("third"));
+    addToHistory(QStringLiteral("second"));
     const QAccessibleInterface *second = rows->child(0);
-    record(QStringLiteral("first"));
+    addToHistory(QStringLiteral("first"));
     QCOMPARE(second->text(QAccessible::Name), QStringLiteral("second"));
     QCOMPARE(rows->indexOfChild(second), 1);
     window->removeRowFromHistoryTableEva(1);
@@ -104,7 +99,7 @@ void TestAccessibility::entryBeyondTheViewIsOffscreen()
     const QAccessibleInterface *rows = openHistory();
     constexpr int fewEnoughToBeShownAtOnce = 30;
     for (int number = 0; number < fewEnoughToBeShownAtOnce; ++number)
-        record(QStringLiteral("file"));
+        addToHistory(QStringLiteral("file"));
     QVERIFY(!rows->child(0)->state().offscreen);
     QVERIFY(rows->child(fewEnoughToBeShownAtOnce - 1)->state().offscreen);
     QVERIFY(rows->child(0)->state().readOnly);
@@ -113,14 +108,14 @@ void TestAccessibility::entryBeyondTheViewIsOffscreen()
 void TestAccessibility::clearedEntriesAreForgotten()
 {
     const QAccessibleInterface *rows = openHistory();
-    record(QStringLiteral("gone"));
+    addToHistory(QStringLiteral("gone"));
     const QAccessible::Id id = QAccessible::uniqueId(rows->child(0));
     window->removeAllFromHistoryEva();
     QCOMPARE(rows->childCount(), 0);
     QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
     click("historyCloseButton");
     openHistory();
-    record(QStringLiteral("new"));
+    addToHistory(QStringLiteral("new"));
     QCOMPARE(namesIn(rows), QStringList(QStringLiteral("new")));
 }
 

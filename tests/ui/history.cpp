@@ -49,7 +49,6 @@ private:
     /// Opens a long history and comes back when some rows, but not all, are there.
     void openHalfWay();
     QTableWidget *table() const { return find<QTableWidget>("historyTable"); }
-    void addRow() { window->historyTableAddItemEva(QString(), QStringLiteral("added"), QString()); }
     QString textIn(int row, const char *label = "nameLabel") const;
     QStringList names() const;
     bool areButtonsEnabled(bool copy, bool clear) const
@@ -110,7 +109,7 @@ void TestHistory::newestEntryIsOnTop()
 void TestHistory::openingEmptiesTheTableAndDisablesTheButtons()
 {
     window->setHistoryButtonEnabledEva(true, 3);
-    addRow();
+    addToHistory(QStringLiteral("added"));
     window->slotShowHistoryEva();
     for (int answered = 0; answered < 2; ++answered) {
         QVERIFY(areButtonsEnabled(false, false));
@@ -176,7 +175,7 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
     QCOMPARE(names(), QStringList());
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     QVERIFY(areButtonsEnabled(false, false));
-    addRow();
+    addToHistory(QStringLiteral("added"));
     QCOMPARE(names(), QStringList());
     PROMPTLY_VERIFY(!QFile::exists(testHome().historyFile()));
     click("historyCloseButton");
@@ -191,7 +190,7 @@ void TestHistory::clearTakesEverythingAwayUntilTheNextOpening()
 void TestHistory::slotsHoldForEveryCaller()
 {
     window->slotShowHistoryEva();
-    addRow();
+    addToHistory(QStringLiteral("added"));
     QCOMPARE(names(), QStringList(QStringLiteral("added")));
     window->removeAllFromHistoryEva();
     window->setHistoryButtonEnabledEva(true, 3);

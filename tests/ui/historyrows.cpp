@@ -41,15 +41,11 @@ private slots:
     void clearingTakesEveryRowAway();
 
 private:
-    void add(const QString &name, const QString &path, const QString &time = {})
-    {
-        window->historyTableAddItemEva(time, name, path);
-    }
     /// Adds the entries @p first to @p end - 1, called by their numbers.
     void addNumbers(int first, int end)
     {
         for (int number = first; number < end; ++number)
-            add(QString::number(number), QStringLiteral("/folder/%1").arg(number));
+            addToHistory(QString::number(number));
     }
     QLabel *label(const char *name, int row = 0) const
     {
@@ -96,7 +92,7 @@ QList<int> TestHistoryRows::countingDown(int from, int count)
 
 void TestHistoryRows::rowHasItsLabelsInPlace()
 {
-    add(QStringLiteral("name"), QStringLiteral("/folder"));
+    addToHistory(QStringLiteral("name"));
     const QWidget *frame = table->cellWidget(0, 0);
     QCOMPARE(table->rowHeight(0), 30);
     QCOMPARE(HistoryRowFrame(nullptr).size(), QSize(678, 30));
@@ -120,7 +116,7 @@ void TestHistoryRows::textsWiderThanTheirPlaceEndInAnEllipsis()
          {QString(255, QLatin1Char('w')), QStringLiteral("/folder").repeated(500),
           QString(60, QChar(0x7c89)), QStringLiteral("🗑").repeated(60),
           QStringLiteral("<b>bold</b>").repeated(20)}) {
-        add(text, text);
+        addToHistory(text, text);
         const QFontMetrics metrics(label("nameLabel")->font());
         for (const QLabel *shown : {label("nameLabel"), label("pathLabel")}) {
             QVERIFY(shown->text() != text);
@@ -135,15 +131,15 @@ void TestHistoryRows::textsWiderThanTheirPlaceEndInAnEllipsis()
 
 void TestHistoryRows::nameIsCutAtTwoHundredPixelsExactly()
 {
-    add(QString(), QString());
+    addToHistory(QString(), QString());
     const QFontMetrics metrics(label("nameLabel")->font());
     QString fitting;
     while (metrics.horizontalAdvance(fitting + QLatin1Char('i')) <= 200)
         fitting += QLatin1Char('i');
-    add(fitting, fitting);
+    addToHistory(fitting, fitting);
     QCOMPARE(label("nameLabel")->text(), fitting);
     const QString tooWide = fitting + QLatin1Char('i');
-    add(tooWide, tooWide);
+    addToHistory(tooWide, tooWide);
     QVERIFY(label("nameLabel")->text().endsWith(QChar(0x2026)));
     QCOMPARE(label("pathLabel")->text(), tooWide);
 }
@@ -151,14 +147,14 @@ void TestHistoryRows::nameIsCutAtTwoHundredPixelsExactly()
 void TestHistoryRows::rowShowsAnotherEntryWhenTold()
 {
     // Each arrival moves every text down by a row.
-    add(QStringLiteral("other"), QStringLiteral("/folder"), QStringLiteral("2"));
-    add(QStringLiteral("other"), QStringLiteral("/"), QStringLiteral("2"));
+    addToHistory(QStringLiteral("other"), QStringLiteral("/folder"), QStringLiteral("2"));
+    addToHistory(QStringLiteral("other"), QStringLiteral("/"), QStringLiteral("2"));
     QCOMPARE(label("pathLabel")->text(), QStringLiteral("/"));
     QCOMPARE(label("pathLabel", 1)->text(), QStringLiteral("/folder"));
-    add(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("2"));
+    addToHistory(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("2"));
     QCOMPARE(label("nameLabel")->text(), QStringLiteral("name"));
     QCOMPARE(label("nameLabel", 1)->text(), QStringLiteral("other"));
-    add(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("1"));
+    addToHistory(QStringLiteral("name"), QStringLiteral("/"), QStringLiteral("1"));
     QCOMPARE(label("timeLabel")->text(), QStringLiteral("1"));
     QCOMPARE(label("timeLabel", 1)->text(), QStringLiteral("2"));
 }
@@ -170,7 +166,7 @@ void TestHistoryRows::textsThatFitAreShownWholeAndLiterally()
          {QStringLiteral("<b>x</b>"), QStringLiteral("a&amp;b"), QStringLiteral("a&b"),
           QStringLiteral("100%s %1"), QStringLiteral("a\nb"),
           QStringLiteral("👩‍👩‍👧 🗑.txt")}) {
-        add(name, QLatin1Char('/') + name, longTime);
+        addToHistory(name, QLatin1Char('/') + name, longTime);
         for (const char *property : {"text", "toolTip"}) {
             QCOMPARE(label("timeLabel")->property(property).toString(), longTime);
             QCOMPARE(label("nameLabel")->property(property).toString(), name);

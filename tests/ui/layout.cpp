@@ -297,7 +297,7 @@ void TestLayout::rowsKeepTheirHeightWithALargeFont()
     QApplication::setFont(QFont(usual.family(), 36));
     show();
     window->addRowToMainTableEva(QStringLiteral("/a"));
-    window->historyTableAddItemEva(QStringLiteral("t"), QStringLiteral("n"), QStringLiteral("p"));
+    addToHistory(QStringLiteral("n"));
     QCOMPARE(table()->rowHeight(0), 30);
     QCOMPARE(table()->columnWidth(1), 20);
     QCOMPARE(find<QTableWidget>("historyTable")->rowHeight(0), 30);

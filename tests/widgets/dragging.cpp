@@ -30,7 +30,6 @@ class TestDragging : public QObject
 
 private slots:
     void init();
-    void cleanup();
 
     void rightDragUsesTheGrabPointOfTheLastLeftPress_data() { bothWidgets(); }
     void rightDragUsesTheGrabPointOfTheLastLeftPress();
@@ -88,12 +87,6 @@ void TestDragging::init()
     button->setGeometry(QRect(buttonStart, QSize(20, 20)));
     reports = std::make_unique<QSignalSpy>(button, &ZZScrollButton::mouseDrag);
     hold(bar, window.get());
-}
-
-void TestDragging::cleanup()
-{
-    reports.reset();
-    window.reset();
 }
 
 void TestDragging::bothWidgets()
