@@ -107,7 +107,8 @@ WindowTest::DropOutcome WindowTest::letGo(const QMimeData &data) const
     QApplication::sendEvent(window.get(), &enter);
     QDropEvent letGo(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
     letGo.ignore();
-    QApplication::sendEvent(window.get(), &letGo);
+    if (enter.isAccepted())
+        QApplication::sendEvent(window.get(), &letGo);
     return {enter.isAccepted(), letGo.isAccepted()};
 }
 

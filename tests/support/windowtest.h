@@ -91,8 +91,8 @@ protected:
     QStringList makeFiles(int count) const;
 
     struct DropOutcome {
-        bool entered = false;  ///< the window would take the drop
-        bool accepted = false; ///< the drop was accepted
+        bool entered = false; ///< the window would take the drop
+        bool accepted = false;
     };
     /// Drags @p data over the window and lets go, which a window that refused does not hear of.
     DropOutcome letGo(const QMimeData &data) const;
@@ -111,15 +111,14 @@ protected:
     /// Waits until the controller has performed everything that was posted, and the window has
     /// shown it. Uses the clipboard.
     void settle();
-    /// Clicks the button @p name and waits for what comes of it.
+    // A click, and waiting for what comes of it.
     void press(const char *name);
-    /// Clicks the name in @p row and waits for what comes of it.
     void pressRow(int row);
     /// Presses the crush button and plans an OK to the question and one to the report.
     void beginCrush();
     /// As beginCrush(), and waits for the end of the report.
     void crush();
-    /// The texts of the reports seen so far: of dialogs that ask nothing.
+    /// The texts of the dialogs seen so far that ask nothing.
     QStringList reports() const;
 
     std::unique_ptr<TemporaryTree> tree;

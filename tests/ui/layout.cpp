@@ -18,8 +18,6 @@
 #include <QScrollBar>
 #include <QtTest>
 
-#include <memory>
-
 using namespace testsupport;
 
 namespace
