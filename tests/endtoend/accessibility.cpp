@@ -67,6 +67,9 @@ void TestEndToEndAccessibility::rowTellsNameFolderAndTick()
     const auto first = window->find(row, name);
     const auto second = window->find(row, QStringLiteral("folder"));
     QVERIFY(first && second);
+    const auto list = window->find(QStringLiteral("list"), QStringLiteral("待粉碎的文件或文件夹"));
+    QVERIFY(list);
+    QTRY_VERIFY_WITH_TIMEOUT(reader.hasHeard(*list, QStringLiteral("add")), patience);
     QCOMPARE(first->description(), tree->path());
     QVERIFY(first->isChecked() && second->isChecked());
     QVERIFY(first->find(QStringLiteral("check box"), name));

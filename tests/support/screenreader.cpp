@@ -177,7 +177,8 @@ bool ScreenReader::start(const QProcessEnvironment &environment)
 bool ScreenReader::listen()
 {
     bool willing = true;
-    for (const char *kind : {"object:state-changed:", "object:property-change:accessible-value"}) {
+    for (const char *kind : {"object:state-changed:", "object:children-changed:",
+                             "object:property-change:accessible-value"}) {
         QDBusMessage request = QDBusMessage::createMethodCall(
             registryName, QStringLiteral("/org/a11y/atspi/registry"),
             prefix + QStringLiteral("Registry"), QStringLiteral("RegisterEvent"));
@@ -185,7 +186,7 @@ bool ScreenReader::listen()
         request.setArguments({QString::fromLatin1(kind), QStringList()});
         willing = willing && accessibilityBus->call(request).type() == QDBusMessage::ReplyMessage;
     }
-    for (const char *kind : {"StateChanged", "PropertyChange"}) {
+    for (const char *kind : {"StateChanged", "ChildrenChanged", "PropertyChange"}) {
         willing = willing
                   && accessibilityBus->connect(
                       QString(), QString(), prefix + QStringLiteral("Event.Object"),

@@ -95,7 +95,7 @@ public:
     /// Waits for a window of process @p pid called @p name.
     std::optional<HeardNode> waitForWindow(qint64 pid, const QString &name) const;
 
-    /// Whether a program has announced of @p node that it changed in @p word: "checked",
+    /// Whether a program has announced of @p node that it changed in @p word: "add", "checked",
     /// "focused", "accessible-value".
     bool hasHeard(const HeardNode &node, const QString &word) const;
     /// Begins to listen anew.

@@ -45,19 +45,17 @@ void TestReports::refusalListsReasonsInOrder_data()
 {
     QTest::addColumn<uint>("reasons");
     QTest::addColumn<QString>("lines");
-    const auto row = [](const char *name, uint reasons, const char *lines = "") {
-        QTest::newRow(name) << reasons << QString::fromUtf8(lines);
-    };
-    row("none: the header alone", 0);
-    row("one has no number", 0x01, "文件或目录不存在");
-    row("two", 0x06, "1.不能确定文件或目录的类型\n2.文件或目录没有读写权限");
-    row("three are numbered", 0x31,
-        "1.文件或目录不存在\n2.已经超出文件粉碎机的单次处理上限(200个)\n3.属于系统目录");
-    row("all", 0x3f,
-        "1.文件或目录不存在\n2.不能确定文件或目录的类型\n3.文件或目录没有读写权限\n"
-        "4.重复添加文件或目录\n5.已经超出文件粉碎机的单次处理上限(200个)\n6.属于系统目录");
-    row("an unknown one: the header alone", 0x40);
-    row("unknown reasons beside one", 0xffffffc8, "重复添加文件或目录");
+    QTest::newRow("none: the header alone") << 0U << "";
+    QTest::newRow("one has no number") << 0x01U << "文件或目录不存在";
+    QTest::newRow("two") << 0x06U << "1.不能确定文件或目录的类型\n2.文件或目录没有读写权限";
+    QTest::newRow("three are numbered")
+        << 0x31U << "1.文件或目录不存在\n2.已经超出文件粉碎机的单次处理上限(200个)\n3.属于系统目录";
+    QTest::newRow("all")
+        << 0x3fU
+        << "1.文件或目录不存在\n2.不能确定文件或目录的类型\n3.文件或目录没有读写权限\n"
+           "4.重复添加文件或目录\n5.已经超出文件粉碎机的单次处理上限(200个)\n6.属于系统目录";
+    QTest::newRow("an unknown one: the header alone") << 0x40U << "";
+    QTest::newRow("unknown reasons beside one") << 0xffffffc8U << "重复添加文件或目录";
 }
 
 void TestReports::refusalListsReasonsInOrder()
@@ -78,8 +76,7 @@ void TestReports::resultNamesTheCountsThatAreNotZero_data()
     QTest::addColumn<QString>("lines");
     const auto row = [](const char *name, uint succeeded, uint failed, const char *icon,
                         const char *lines = "") {
-        QTest::newRow(name) << succeeded << failed << QString::fromLatin1(icon)
-                            << QString::fromUtf8(lines);
+        QTest::newRow(name) << succeeded << failed << icon << lines;
     };
     row("success", 3, 0, "ico_ok", "3 个文件(文件夹)已被成功粉碎");
     row("both", 2, 1, "ico_war2", "2 个文件(文件夹)已被成功粉碎\n1 个文件(文件夹)未能完成粉碎");

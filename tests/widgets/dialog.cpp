@@ -128,12 +128,11 @@ void TestDialog::kindChoosesIconAndButtons_data()
     QTest::addColumn<bool>("asks");
     QTest::addColumn<QString>("iconSheet");
     QTest::addColumn<QString>("iconName");
-    QTest::newRow("refusal") << 0 << false << imageSheet("ico_war") << QStringLiteral("警告");
-    QTest::newRow("success") << 1 << false << imageSheet("ico_ok") << QStringLiteral("成功");
-    QTest::newRow("partial success")
-        << 2 << false << imageSheet("ico_war2") << QStringLiteral("部分成功");
-    QTest::newRow("failure") << 3 << false << imageSheet("ico_war") << QStringLiteral("警告");
-    QTest::newRow("question") << 4 << true << imageSheet("ico_war4") << QStringLiteral("询问");
+    QTest::newRow("refusal") << 0 << false << imageSheet("ico_war") << "警告";
+    QTest::newRow("success") << 1 << false << imageSheet("ico_ok") << "成功";
+    QTest::newRow("partial success") << 2 << false << imageSheet("ico_war2") << "部分成功";
+    QTest::newRow("failure") << 3 << false << imageSheet("ico_war") << "警告";
+    QTest::newRow("question") << 4 << true << imageSheet("ico_war4") << "询问";
     QTest::newRow("above all kinds") << 5 << false << QString() << QString();
     QTest::newRow("below all kinds") << -1 << false << QString() << QString();
 }
@@ -155,11 +154,8 @@ void TestDialog::fixedFormsStartAtTheTopAndMoveNoButton_data()
 {
     QTest::addColumn<bool>("asks");
     QTest::addColumn<QString>("text");
-    QTest::newRow("confirmation") << true
-                                  << QStringLiteral(
-                                         "选中的内容将被彻底删除，确定要粉碎选定的内容吗？");
-    QTest::newRow("refusal of system files")
-        << false << QStringLiteral("您选择的是系统文件或根目录，不能进行粉碎");
+    QTest::newRow("confirmation") << true << "选中的内容将被彻底删除，确定要粉碎选定的内容吗？";
+    QTest::newRow("refusal of system files") << false << "您选择的是系统文件或根目录，不能进行粉碎";
 }
 
 void TestDialog::fixedFormsStartAtTheTopAndMoveNoButton()

@@ -21,7 +21,7 @@ void TestStylesheets::readsWordForWord_data()
     QTest::addColumn<QString>("sheet");
     QTest::addColumn<QString>("words");
     const auto compare = [](const char *name, const QString &sheet, const char *words) {
-        QTest::newRow(name) << sheet << QString::fromLatin1(words);
+        QTest::newRow(name) << sheet << words;
     };
     using namespace stylesheets;
     compare("backgroundImage", backgroundImage(QStringLiteral("bk")),

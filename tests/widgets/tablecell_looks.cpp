@@ -185,11 +185,11 @@ void TestTableCellLooks::nameWithLineFeedsIsDrawnOnOneLine()
 void TestTableCellLooks::tipShowsTheWholeNameLiterally_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << QStringLiteral("name.txt");
-    QTest::newRow("markup") << QStringLiteral("<b>x<b> &amp; y");
-    QTest::newRow("entity") << QStringLiteral("a &lt;b");
-    QTest::newRow("runs of blanks") << QStringLiteral("<i>a   b");
-    QTest::newRow("line feed") << QStringLiteral("<i>a\nb");
+    QTest::newRow("plain") << "name.txt";
+    QTest::newRow("markup") << "<b>x<b> &amp; y";
+    QTest::newRow("entity") << "a &lt;b";
+    QTest::newRow("runs of blanks") << "<i>a   b";
+    QTest::newRow("line feed") << "<i>a\nb";
 }
 
 void TestTableCellLooks::tipShowsTheWholeNameLiterally()
