@@ -38,8 +38,7 @@ void TestEndToEndAdmission::windowOpensInTheMiddleOfTheScreen()
 
 void TestEndToEndAdmission::droppedFileAndFolderBecomeTickedRows()
 {
-    QVERIFY(openWith({tree->makeFile(QStringLiteral("letter.txt"), 10),
-                      tree->makeFolder(QStringLiteral("letters"))}));
+    QVERIFY(openWith({tree->makeFile("letter.txt", 10), tree->makeFolder("letters")}));
     QVERIFY(shredder->hasChanged(mainwindow::emptyPanel));
     QVERIFY(!samePixels(shredder->picture(mainwindow::rowIcon(0)),
                         shredder->picture(mainwindow::rowIcon(1))));
@@ -53,13 +52,12 @@ void TestEndToEndAdmission::droppedFileAndFolderBecomeTickedRows()
 
 void TestEndToEndAdmission::removeButtonTakesOnlyTickedRows()
 {
-    const QString taken = tree->makeFolder(QStringLiteral("taken"));
-    const QString kept = tree->makeFile(QStringLiteral("kept"), 10);
+    const QString taken = tree->makeFolder("taken");
+    const QString kept = tree->makeFile("kept", 10);
     QVERIFY(openWith({taken, kept}));
     const QImage fileIcon = shredder->picture(mainwindow::rowIcon(1));
     QVERIFY(shredder->untick(1));
     shredder->click(mainwindow::removeButton);
-    shredder->rest();
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
     QCOMPARE(shredder->picture(mainwindow::rowIcon(0)), fileIcon);
     QVERIFY(entryExists(taken) && entryExists(kept));
@@ -70,17 +68,13 @@ void TestEndToEndAdmission::sourceIsToldWhatBecomesOfItsDrag_data()
     QTest::addColumn<QStringList>("kind");
     QTest::addColumn<bool>("taken");
     QTest::addColumn<int>("rows");
-    QTest::newRow("text is refused while it hovers")
-        << QStringList{QStringLiteral("--text")} << false << 0;
+    QTest::newRow("text is refused while it hovers") << QStringList{"--text"_s} << false << 0;
     // Told of a move it would delete the files itself, the refused ones too.
-    QTest::newRow("proposed move is a copy")
-        << QStringList{QStringLiteral("--propose-move")} << true << 1;
-    QTest::newRow("move alone is refused")
-        << QStringList{QStringLiteral("--offer-move")} << false << 0;
+    QTest::newRow("proposed move is a copy") << QStringList{"--propose-move"_s} << true << 1;
+    QTest::newRow("move alone is refused") << QStringList{"--offer-move"_s} << false << 0;
     // The address ends the drop without a word.
     QTest::newRow("web address ends the drop")
-        << QStringList{QStringLiteral("--url"), QStringLiteral("http://brenvale.example/file")}
-        << true << 0;
+        << QStringList{"--url"_s, "http://brenvale.example/file"_s} << true << 0;
 }
 
 void TestEndToEndAdmission::sourceIsToldWhatBecomesOfItsDrag()
@@ -88,14 +82,14 @@ void TestEndToEndAdmission::sourceIsToldWhatBecomesOfItsDrag()
     QFETCH(QStringList, kind);
     QFETCH(bool, taken);
     QFETCH(int, rows);
-    const QString path = tree->makeFile(QStringLiteral("file"), 10);
+    const QString path = tree->makeFile("file", 10);
     QVERIFY(openWith());
-    const bool asUrl = kind.contains(QStringLiteral("--url"));
-    const QStringList content = kind + QStringList{asUrl ? QStringLiteral("file://") + path : path};
+    const bool asUrl = kind.contains("--url"_s);
+    const QStringList content = kind + QStringList{asUrl ? "file://"_s + path : path};
     QVERIFY(taken ? shredder->drop(content) : shredder->refuses(content));
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), rows, patience);
     // The same motion with a plain folder is taken, and meets no other row.
-    QVERIFY(shredder->drop({tree->makeFolder(QStringLiteral("folder"))}));
+    QVERIFY(shredder->drop({tree->makeFolder("folder")}));
     QTRY_VERIFY_WITH_TIMEOUT(shredder->rowsShown() > rows, patience);
     QCOMPARE(shredder->rowsShown(), rows + 1);
     QVERIFY(shredder->onlyMainWindowIsOpen() && entryExists(path));
@@ -105,7 +99,7 @@ void TestEndToEndAdmission::refusedPathIsReported()
 {
     QVERIFY(openWith());
     for (const QRect &button : {dialog::reportOk, dialog::closeButton}) {
-        QVERIFY(shredder->drop({tree->path(QStringLiteral("nothing"))}));
+        QVERIFY(shredder->drop({tree->path("nothing")}));
         QVERIFY(shredder->answerDialog(button));
         QCOMPARE(shredder->rowsShown(), 0);
     }

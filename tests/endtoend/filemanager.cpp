@@ -7,7 +7,6 @@
 #include "suites.h"
 
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QTest>
 
 using namespace testsupport;
@@ -23,9 +22,6 @@ private slots:
     void fileDialogSpeaksChinese();
     void severalFilesAreChosenByKeyboard();
     void escapeFromTheFileDialogAddsNothing();
-
-private:
-    bool openFileDialog();
 };
 
 void TestEndToEndFileManager::initTestCase()
@@ -37,53 +33,46 @@ void TestEndToEndFileManager::initTestCase()
 
 void TestEndToEndFileManager::whatAFileManagerDragsBecomesRows()
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("pcmanfm")).isEmpty())
+    if (!isInstalled("pcmanfm"_s))
         QSKIP("needs pcmanfm");
-    const QString letter = tree->makeFile(QStringLiteral("信件 一.txt"), 5000);
-    const QString percent = tree->makeFile(QStringLiteral("100% #1.txt"), 5000);
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    tree->makeFile(QStringLiteral("folder/inner"), 5000);
+    const QString letter = tree->makeFile("信件 一.txt", 5000);
+    const QString percent = tree->makeFile("100% #1.txt", 5000);
+    tree->makeFile("folder/inner", 5000);
     QVERIFY(openWith());
 
     TiedProcess manager;
-    manager.setProcessEnvironment(desktop.environment());
-    manager.setStandardErrorFile(QProcess::nullDevice());
-    manager.start(QStringLiteral("pcmanfm"), {QStringLiteral("--no-desktop"), tree->path()});
+    manager.startIn(desktop.environment(), "pcmanfm"_s, {"--no-desktop"_s, tree->path()});
     const QString title = QFileInfo(tree->path()).fileName();
     QVector<WindowId> windows;
     QTRY_VERIFY_WITH_TIMEOUT(!(windows = desktop.windowsOf(manager.processId(), title)).isEmpty(),
                              patience);
     const WindowId window = windows.first();
     constexpr QRect besideTheShredder(0, 0, 540, 400);
-    desktop.moveWindow(window, besideTheShredder);
-    constexpr QPoint firstIcon(206, 98);
-    desktop.movePointerInto(window, QPoint(300, 300));
+    desktop.run("xdotool windowsize %1 540 400 windowmove %1 0 0"_s, window);
+    desktop.run("xdotool mousemove --window %1 300 300"_s, window);
     QVERIFY(!shredder->drawnWindow(window).isNull());
     const QImage unselected = desktop.picture(besideTheShredder);
     QVERIFY(eventually([&] {
-        desktop.pressKey(QStringLiteral("ctrl+a"));
+        desktop.pressKey("ctrl+a"_s);
         return !samePixels(desktop.picture(besideTheShredder), unselected);
     }));
 
-    desktop.movePointerInto(window, firstIcon);
-    desktop.pressButton();
-    desktop.movePointerInto(window, firstIcon + QPoint(20, 20));
+    desktop.run("xdotool mousemove --window %1 206 98 mousedown 1"_s, window);
+    desktop.run("xdotool mousemove --window %1 226 118"_s, window);
     const QPoint target = mainwindow::onScreen.topLeft() + QPoint(500, 400);
     desktop.carryPointer(target - QPoint(200, 100), target);
     desktop.releaseButton();
-    shredder->rest();
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 3, patience);
-    QVERIFY(shredder->startShredding() && shredder->answerDialog(dialog::reportOk));
-    QVERIFY(!entryExists(letter) && !entryExists(percent) && !entryExists(folder));
+    QVERIFY(runToItsReport());
+    QVERIFY(!entryExists(letter) && !entryExists(percent) && !entryExists(tree->path("folder")));
 }
 
 void TestEndToEndFileManager::fileDialogSpeaksChinese()
 {
     if (!ScreenReader::isInstalled())
         QSKIP("needs dbus-daemon and at-spi2-core");
-    QVERIFY(openWith());
-    QVERIFY(openFileDialog());
-    const auto fileDialog = hear(QStringLiteral("打开"));
+    QVERIFY(openWith() && openBy(mainwindow::addButton));
+    const auto fileDialog = hear("打开"_s);
     QVERIFY(fileDialog);
     const QStringList words = fileDialog->readAloud();
     // Those that every version of Qt's translation has.
@@ -93,32 +82,23 @@ void TestEndToEndFileManager::fileDialogSpeaksChinese()
 
 void TestEndToEndFileManager::severalFilesAreChosenByKeyboard()
 {
-    const QString one = tree->makeFile(QStringLiteral("one"), 10);
-    const QString other = tree->makeFile(QStringLiteral("other"), 10);
-    QVERIFY(openWith());
-    QVERIFY(openFileDialog());
-    desktop.type(QStringLiteral("\"%1\" \"%2\"").arg(one, other));
-    desktop.pressKey(QStringLiteral("Return"));
+    const QString one = tree->makeFile("one", 10);
+    const QString other = tree->makeFile("other", 10);
+    QVERIFY(openWith() && openBy(mainwindow::addButton));
+    desktop.type("\"%1\" \"%2\""_s.arg(one, other));
+    desktop.pressKey("Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 2, patience);
     QVERIFY(shredder->onlyMainWindowIsOpen());
 }
 
 void TestEndToEndFileManager::escapeFromTheFileDialogAddsNothing()
 {
-    QVERIFY(openWith());
-    QVERIFY(openFileDialog());
-    desktop.type(tree->makeFile(QStringLiteral("spared"), 10));
+    QVERIFY(openWith() && openBy(mainwindow::addButton));
+    desktop.type(tree->makeFile("spared", 10));
     QVERIFY(escape());
-    QVERIFY(shredder->drop({tree->makeFolder(QStringLiteral("folder"))}));
+    QVERIFY(shredder->drop({tree->makeFolder("folder")}));
     QTRY_VERIFY_WITH_TIMEOUT(shredder->rowsShown() > 0, patience);
     QCOMPARE(shredder->rowsShown(), 1);
-}
-
-bool TestEndToEndFileManager::openFileDialog()
-{
-    shredder->click(mainwindow::addButton);
-    shredder->rest();
-    return shredder->waitForOtherWindow().has_value();
 }
 
 TEST_SUITE(filemanager, TestEndToEndFileManager)

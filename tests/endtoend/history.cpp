@@ -20,66 +20,52 @@ private slots:
     void closesWhileALongHistoryIsStillArriving();
 
 private:
-    /// Opens the history window and waits until it is there.
-    bool openHistory();
-    bool closeHistory();
-
-    WindowId window = 0;
+    /// Presses @p button, which takes no click before the entries are there, until @p works.
+    template <typename Condition>
+    bool press(const QRect &button, Condition works)
+    {
+        const std::optional<WindowId> window = openBy(mainwindow::historyLink);
+        return window && eventually([&] {
+                   shredder->clickIn(*window, button);
+                   return works();
+               });
+    }
 };
 
 void TestEndToEndHistory::historyIsCopiedToTheClipboard()
 {
-    QVERIFY(user->writeHistory(2));
+    user->writeHistory(2);
     QVERIFY(openWith());
-    QVERIFY(openHistory());
-    const QString expected = QStringLiteral(
+    const QString expected =
         "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：信件 0.txt\t路径：/home/某人/0\n"
-        "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：信件 1.txt\t路径：/home/某人/1\n");
-    // The button takes no click before the entries are there.
-    QVERIFY(eventually([&] {
-        desktop.clickIn(window, historywindow::copyButton);
-        return desktop.clipboardText() == expected;
-    }));
+        "日期：2026-01-02 03:04:05\t已粉碎的文件或目录名：信件 1.txt\t路径：/home/某人/1\n"_s;
+    QVERIFY(press(historywindow::copyButton, [&] { return desktop.clipboardText() == expected; }));
 }
 
 void TestEndToEndHistory::clearDeletesTheFileAndCopiesNothing()
 {
-    QVERIFY(user->writeHistory(2));
+    user->writeHistory(2);
     QVERIFY(openWith());
-    QVERIFY(openHistory());
-    QVERIFY(eventually([this] {
-        desktop.clickIn(window, historywindow::clearButton);
-        return !entryExists(user->historyFile());
-    }));
+    QVERIFY(press(historywindow::clearButton, [&] { return !entryExists(user->historyFile()); }));
     QCOMPARE(desktop.clipboardText(), QString());
 }
 
 void TestEndToEndHistory::closesWhileALongHistoryIsStillArriving()
 {
-    QVERIFY(user->writeHistory(20000));
+    user->writeHistory(20000);
     QVERIFY(openWith());
-    QVERIFY(openHistory() && closeHistory());
+    const auto opensAndCloses = [&] {
+        const std::optional<WindowId> window = openBy(mainwindow::historyLink);
+        if (window)
+            shredder->clickIn(*window, historywindow::closeButton);
+        return window && isAlone();
+    };
+    QVERIFY(opensAndCloses());
     // The controller was in the middle of handing over rows, and serves requests again.
-    QVERIFY(shredder->drop({tree->makeFolder(QStringLiteral("folder"))}));
+    QVERIFY(shredder->drop({tree->makeFolder("folder")}));
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
-    QVERIFY(openHistory() && closeHistory());
-    shredder->click(mainwindow::closeButton);
-    QVERIFY(shredder->waitForEnd());
-    QCOMPARE(shredder->exitStatus(), 0);
-}
-
-bool TestEndToEndHistory::openHistory()
-{
-    shredder->click(mainwindow::historyLink);
-    window = shredder->waitForOtherWindow().value_or(0);
-    return window != 0;
-}
-
-bool TestEndToEndHistory::closeHistory()
-{
-    desktop.clickIn(window, historywindow::closeButton);
-    shredder->rest();
-    return eventually([this] { return shredder->onlyMainWindowIsOpen(); });
+    QVERIFY(opensAndCloses());
+    QVERIFY(closeEndsWell());
 }
 
 TEST_SUITE(history, TestEndToEndHistory)

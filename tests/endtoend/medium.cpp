@@ -46,27 +46,27 @@ void TestEndToEndMedium::nothingIsLeftWhenTheReportIsShown()
     QFETCH(QString, type);
     LoopImage image(plainFileSystem(type));
     if (image.isUnknownToKernel())
-        QSKIP(qPrintable(QStringLiteral("no %1 in this kernel").arg(type)));
+        QSKIP(qPrintable("no %1 in this kernel"_s.arg(type)));
     QVERIFY2(image.problem().isEmpty(), qPrintable(image.problem()));
 
     OldBytes old;
     for (int file = 0; file < 500; ++file) {
-        image.makeFile(QStringLiteral("folder/%1/%2").arg(file % 30).arg(file),
+        image.makeFile("folder/%1/%2"_s.arg(file % 30).arg(file),
                        old.take(OldBytes::pieceSize + (file * 997) % 9000));
     }
-    image.makeFile(QStringLiteral("folder/big"), old.take(bigSize));
-    const QString big = image.makeFile(QStringLiteral("big"), old.take(bigSize));
-    const QString small = image.makeFile(QStringLiteral("small"), old.take(1000));
-    const QString empty = image.makeFile(QStringLiteral("empty"), QByteArray());
+    image.makeFile("folder/big", old.take(bigSize));
+    const QString big = image.makeFile("big", old.take(bigSize));
+    const QString small = image.makeFile("small", old.take(1000));
+    const QString empty = image.makeFile("empty", QByteArray());
     QVERIFY2(image.remount(), qPrintable(image.problem()));
     QCOMPARE(piecesLeft(old.placesIn(image.imageFile()), old.all()), old.all().count);
 
-    QVERIFY(openWith({image.path(QStringLiteral("folder")), big, empty, small}));
+    QVERIFY(openWith({image.path("folder"), big, empty, small}));
     QVERIFY(shredder->startShredding());
     QVERIFY(shredder->waitForDialog().has_value());
     QCOMPARE(piecesLeft(old.placesIn(image.imageFile()), old.all()), 0);
     QVERIFY(shredder->answerDialog(dialog::reportOk));
-    QVERIFY(!entryExists(image.path(QStringLiteral("folder"))) && !entryExists(big));
+    QVERIFY(!entryExists(image.path("folder")) && !entryExists(big));
 }
 
 static void prepare(int, char **)

@@ -14,7 +14,8 @@ using namespace testsupport;
 namespace
 {
 constexpr int usualResolution = 96;
-constexpr QSize largeScreen(3840, 2160);
+constexpr QSize usualScreen(1920, 1080);
+constexpr QSize largeScreen = usualScreen * 2;
 /// Texts there have sizes in pixels.
 constexpr QRect titleAndHeader(0, 0, 800, 110);
 
@@ -32,15 +33,17 @@ class TestEndToEndScale : public EndToEndTest
 private slots:
     void initTestCase();
 
-    void windowHasTheSizeThatTheScreenAsksFor_data();
-    void windowHasTheSizeThatTheScreenAsksFor();
-    void windowHasTheSizeThatTheUserAsksFor_data();
-    void windowHasTheSizeThatTheUserAsksFor();
+    void windowHasTheSizeThatIsAskedFor_data();
+    void windowHasTheSizeThatIsAskedFor();
     void hardlyAnotherResolutionChangesNoPixel_data();
     void hardlyAnotherResolutionChangesNoPixel();
 
 private:
+    static void addWishes();
+    bool openAsWishedOn(const QSize &screen);
+
     QImage usualSight;
+    std::unique_ptr<DesktopSession> otherDesktop;
 };
 
 void TestEndToEndScale::initTestCase()
@@ -53,75 +56,69 @@ void TestEndToEndScale::initTestCase()
     cleanup();
 }
 
-void TestEndToEndScale::windowHasTheSizeThatTheScreenAsksFor_data()
+void TestEndToEndScale::addWishes()
 {
-    QTest::addColumn<int>("dotsPerInch");
+    QTest::addColumn<int>("ofScreen");  // dots per inch
+    QTest::addColumn<int>("ofDesktop"); // the same, whatever the screen says; 0 where it is silent
+    QTest::addColumn<qreal>("factor");  // of the user
+}
+
+bool TestEndToEndScale::openAsWishedOn(const QSize &screen)
+{
+    QFETCH(int, ofScreen);
+    QFETCH(int, ofDesktop);
+    QFETCH(qreal, factor);
+    if (ofDesktop != 0)
+        user->set("QT_FONT_DPI"_s, QString::number(ofDesktop));
+    if (factor != 1)
+        user->set("QT_SCALE_FACTOR"_s, QString::number(factor));
+    if (ofScreen != usualResolution) {
+        otherDesktop = std::make_unique<DesktopSession>();
+        shredder = std::make_unique<RunningShredder>(*otherDesktop, *user);
+        if (!otherDesktop->start(screen, ofScreen))
+            return false;
+    }
+    return shredder->openWindow();
+}
+
+void TestEndToEndScale::windowHasTheSizeThatIsAskedFor_data()
+{
+    addWishes();
+    QTest::addColumn<qreal>("scale");
     // The first that is scaled, and sizes that desktops offer.
     for (const int dotsPerInch : {108, 120, 144, 168, 192, 288})
-        QTest::addRow("%d dots per inch", dotsPerInch) << dotsPerInch;
+        QTest::addRow("screen of %d dots per inch", dotsPerInch)
+            << dotsPerInch << 0 << 1.0 << qreal(dotsPerInch) / usualResolution;
+    for (const qreal factor : {1.25, 1.5, 2.0, 3.0})
+        QTest::addRow("%g times the usual one", factor) << 96 << 96 << factor << factor;
+    QTest::newRow("twice a hardly scaled one") << 96 << 100 << 2.0 << 2.0;
+    QTest::newRow("twice a coarse one") << 96 << 75 << 2.0 << 2.0;
+    QTest::newRow("less of a fine one") << 96 << 192 << 0.5 << 1.0;
 }
 
-void TestEndToEndScale::windowHasTheSizeThatTheScreenAsksFor()
+void TestEndToEndScale::windowHasTheSizeThatIsAskedFor()
 {
-    QFETCH(int, dotsPerInch);
-    const qreal scale = qreal(dotsPerInch) / usualResolution;
-    const QSize screen = QSize(1920, 1080) * scale;
-    DesktopSession other;
-    QVERIFY2(other.start(screen, dotsPerInch), qPrintable(other.problem()));
-    RunningShredder there(other, *user);
-    QVERIFY(there.openWindow());
-    QCOMPARE(there.mainWindowOnScreen(), middleOf(screen, scale));
-}
-
-void TestEndToEndScale::windowHasTheSizeThatTheUserAsksFor_data()
-{
-    QTest::addColumn<QString>("dotsPerInch"); // as the desktop sets it, whatever the screen says
-    QTest::addColumn<QString>("scaleFactor");
-    QTest::addColumn<qreal>("scale");
-    for (const char *factor : {"1.25", "1.5", "2", "3"})
-        QTest::newRow(factor) << QStringLiteral("96") << QString::fromLatin1(factor)
-                              << QByteArray(factor).toDouble();
-    QTest::newRow("twice a hardly scaled one")
-        << QStringLiteral("100") << QStringLiteral("2") << 2.0;
-    QTest::newRow("twice a coarse one") << QStringLiteral("75") << QStringLiteral("2") << 2.0;
-    QTest::newRow("less of a fine one") << QStringLiteral("192") << QStringLiteral("0.5") << 1.0;
-}
-
-void TestEndToEndScale::windowHasTheSizeThatTheUserAsksFor()
-{
-    QFETCH(QString, dotsPerInch);
-    QFETCH(QString, scaleFactor);
     QFETCH(qreal, scale);
-    user->set(QStringLiteral("QT_FONT_DPI"), dotsPerInch);
-    user->set(QStringLiteral("QT_SCALE_FACTOR"), scaleFactor);
-    QVERIFY(shredder->openWindow());
-    QCOMPARE(shredder->mainWindowOnScreen(), middleOf(largeScreen, scale));
+    QFETCH(int, ofScreen);
+    const QSize screen = ofScreen == usualResolution ? largeScreen : usualScreen * scale;
+    QVERIFY(openAsWishedOn(screen));
+    QCOMPARE(shredder->mainWindowOnScreen(), middleOf(screen, scale));
 }
 
 void TestEndToEndScale::hardlyAnotherResolutionChangesNoPixel_data()
 {
-    QTest::addColumn<int>("ofScreen");
-    QTest::addColumn<QString>("ofDesktop");
+    addWishes();
     for (const int dotsPerInch : {75, 100, 107})
-        QTest::addRow("screen of %d dots per inch", dotsPerInch) << dotsPerInch << QString();
+        QTest::addRow("screen of %d dots per inch", dotsPerInch) << dotsPerInch << 0 << 1.0;
     for (const int dotsPerInch : {75, 90, 100, 107})
-        QTest::addRow("desktop of %d dots per inch", dotsPerInch)
-            << usualResolution << QString::number(dotsPerInch);
+        QTest::addRow("desktop of %d dots per inch", dotsPerInch) << 96 << dotsPerInch << 1.0;
 }
 
 void TestEndToEndScale::hardlyAnotherResolutionChangesNoPixel()
 {
-    QFETCH(int, ofScreen);
-    QFETCH(QString, ofDesktop);
-    DesktopSession other;
-    if (ofScreen != usualResolution)
-        QVERIFY2(other.start(largeScreen, ofScreen), qPrintable(other.problem()));
-    if (!ofDesktop.isEmpty())
-        user->set(QStringLiteral("QT_FONT_DPI"), ofDesktop);
-    RunningShredder similar(ofScreen == usualResolution ? desktop : other, *user);
-    QVERIFY(similar.openWindow());
-    QCOMPARE(similar.mainWindowOnScreen(), middleOf(largeScreen, 1));
-    QVERIFY(samePixels(similar.picture(titleAndHeader), usualSight));
+    QVERIFY(openAsWishedOn(largeScreen));
+    QCOMPARE(shredder->mainWindowOnScreen(), middleOf(largeScreen, 1));
+    QVERIFY(samePixels(shredder->picture(titleAndHeader), usualSight));
 }
 
 TEST_SUITE(scale, TestEndToEndScale)

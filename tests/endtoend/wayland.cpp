@@ -10,7 +10,6 @@
 
 #include <QFileInfo>
 #include <QLibraryInfo>
-#include <QStandardPaths>
 #include <QTest>
 
 #include <algorithm>
@@ -74,10 +73,10 @@ void TestEndToEndWayland::initTestCase()
 {
     if (!ScreenReader::isInstalled())
         QSKIP("needs dbus-daemon and at-spi2-core");
-    if (QStandardPaths::findExecutable(QStringLiteral("weston")).isEmpty())
+    if (!isInstalled("weston"_s))
         QSKIP("needs weston");
     if (!QFileInfo::exists(QLibraryInfo::location(QLibraryInfo::PluginsPath)
-                           + QStringLiteral("/platforms/libqwayland-generic.so")))
+                           + "/platforms/libqwayland-generic.so"_s))
         QSKIP("needs qtwayland5");
     EndToEndTest::initTestCase();
     QVERIFY(startReader());
@@ -90,16 +89,13 @@ bool TestEndToEndWayland::startCompositor()
     compositor.setProcessEnvironment(environment);
     compositor.setStandardOutputFile(QProcess::nullDevice());
     compositor.setStandardErrorFile(QProcess::nullDevice());
-    compositor.start(QStringLiteral("weston"),
-                     {QStringLiteral("--backend=x11-backend.so"), QStringLiteral("--use-pixman"),
-                      QStringLiteral("--no-config"), QStringLiteral("--idle-time=0"),
-                      QStringLiteral("--width=1500"), QStringLiteral("--height=900"),
-                      QStringLiteral("--socket=wayland-shredder")});
-    const QString socket =
-        environment.value(QStringLiteral("XDG_RUNTIME_DIR")) + QStringLiteral("/wayland-shredder");
+    compositor.start("weston"_s, {"--backend=x11-backend.so"_s, "--use-pixman"_s, "--no-config"_s,
+                                  "--idle-time=0"_s, "--width=1500"_s, "--height=900"_s,
+                                  "--socket=wayland-shredder"_s});
+    const QString socket = environment.value("XDG_RUNTIME_DIR"_s) + "/wayland-shredder"_s;
     QProcessEnvironment variables;
-    variables.insert(QStringLiteral("WAYLAND_DISPLAY"), socket);
-    variables.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland"));
+    variables.insert("WAYLAND_DISPLAY"_s, socket);
+    variables.insert("QT_QPA_PLATFORM"_s, "wayland"_s);
     const bool ready = eventually([&] {
         // It is black before it has drawn its background.
         return QFileInfo::exists(socket)
@@ -114,36 +110,33 @@ std::optional<HeardNode> TestEndToEndWayland::openWithRow(const QString &file)
 {
     shredder->start();
     const auto window = hear(mainwindow::title());
-    if (!window || !window->press(QStringLiteral("添加文件")))
+    if (!window || !window->press("添加文件"_s))
         return std::nullopt;
-    const auto fileDialog = hear(QStringLiteral("打开"));
-    const auto name = fileDialog ? fileDialog->find(QStringLiteral("text")) : std::nullopt;
-    if (!name || !name->write(file) || !fileDialog->press(QStringLiteral("打开(O)")))
+    const auto fileDialog = hear("打开"_s);
+    const auto name = fileDialog ? fileDialog->find("text"_s) : std::nullopt;
+    if (!name || !name->write(file) || !fileDialog->press("打开(O)"_s))
         return std::nullopt;
-    const bool listed = eventually([&] {
-        return window->find(QStringLiteral("list item"), QStringLiteral("file")).has_value();
-    });
+    const bool listed =
+        eventually([&] { return window->find("list item"_s, "file"_s).has_value(); });
     return listed ? window : std::nullopt;
 }
 
 void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 5000);
+    const QString file = tree->makeFile("file", 5000);
     const auto window = openWithRow(file);
     QVERIFY(window);
 
-    QVERIFY(window->press(QStringLiteral("粉碎文件")));
+    QVERIFY(window->press("粉碎文件"_s));
     auto message = hear(dialog::title());
-    QVERIFY(message && message->press(QStringLiteral("确定")));
-    QTRY_VERIFY_WITH_TIMEOUT((message = hear(dialog::title()))
-                                 ->description()
-                                 .contains(QStringLiteral("1 个文件(文件夹)已被成功粉碎")),
-                             patience);
+    QVERIFY(message && message->press("确定"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (message = hear(dialog::title()))->description().contains("1 个文件(文件夹)已被成功粉碎"_s),
+        patience);
     QVERIFY(!entryExists(file));
-    QVERIFY(message->press(QStringLiteral("确定")));
-    QVERIFY(window->press(QStringLiteral("关闭")));
-    QVERIFY(shredder->waitForEnd());
-    QCOMPARE(shredder->exitStatus(), 0);
+    QVERIFY(message->press("确定"_s));
+    QVERIFY(window->press("关闭"_s));
+    QCOMPARE(shredder->waitForEnd().value_or(-1), 0);
 }
 
 std::optional<QPoint> TestEndToEndWayland::placeOf(const QImage &image) const
@@ -184,8 +177,7 @@ void TestEndToEndWayland::dragByTheStrip(const QImage &image)
     // Weston learns where the pointer is when it comes in from outside.
     desktop.movePointer(QPoint());
     QPoint pointer = start + grip;
-    desktop.movePointer(pointer);
-    desktop.pressButton();
+    desktop.press(pointer);
     const bool moves = eventually([&] {
         pointer += QPoint(1, 0);
         desktop.movePointer(pointer);
@@ -220,16 +212,16 @@ void TestEndToEndWayland::historyWindowFollowsItsStrip()
 {
     shredder->start();
     const auto window = hear(mainwindow::title());
-    QVERIFY(window && window->press(QStringLiteral("查看粉碎记录")));
+    QVERIFY(window && window->press("查看粉碎记录"_s));
     dragByTheStrip(background("bk_history"));
 }
 
 void TestEndToEndWayland::dialogFollowsItsStrip()
 {
-    const QString file = tree->makeFile(QStringLiteral("file"), 5000);
+    const QString file = tree->makeFile("file", 5000);
     const auto window = openWithRow(file);
     QVERIFY(window);
-    QVERIFY(window->press(QStringLiteral("粉碎文件")));
+    QVERIFY(window->press("粉碎文件"_s));
     dragByTheStrip(background("bk_dialog"));
 }
 

@@ -50,8 +50,7 @@ void TestEndToEndWindows::mainWindowFollowsItsStrip()
 void TestEndToEndWindows::historyWindowFollowsItsStrip()
 {
     QVERIFY(openWith());
-    shredder->click(mainwindow::historyLink);
-    const std::optional<WindowId> history = shredder->waitForOtherWindow();
+    const std::optional<WindowId> history = openBy(mainwindow::historyLink);
     QVERIFY(history && !shredder->drawnWindow(*history).isNull());
     const QPoint start = mainwindow::onScreen.topLeft() + historywindow::overMainWindow;
     // Unlike the main window's, this strip drags up to its close button.
@@ -67,7 +66,7 @@ void TestEndToEndWindows::dialogFollowsItsStripAndOpensOverTheMovedWindow()
     const QPoint place = mainwindow::onScreen.topLeft() + QPoint(200, -100);
     desktop.drag(mainwindow::onScreen.topLeft() + grip, place + grip);
     QTRY_COMPARE_WITH_TIMEOUT(placeOf(shredder->mainWindowId()), place, patience);
-    QVERIFY(shredder->drop({tree->path(QStringLiteral("nothing"))}));
+    QVERIFY(shredder->drop({tree->path("nothing")}));
     const std::optional<WindowId> report = shredder->waitForDialog();
     QVERIFY(report && !shredder->drawnWindow(*report).isNull());
     const QPoint centred = place + dialog::overMainWindow;

@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 Brenvale
 // SPDX-License-Identifier: MIT
 
-// A whole desktop for one test program: a virtual X server of 1920 x 1080, a
-// window manager, and a person in front of it who moves the pointer, types and
-// looks at the screen. Everything ends with the object.
+// A whole desktop for one test program: a virtual X server, a window manager, and a
+// person in front of it who moves the pointer, types and looks at the screen.
+// Everything ends with the object.
 
 #pragma once
 
+#include "literals.h"
 #include "tiedprocess.h"
 
 #include <QImage>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
-#include <QString>
 #include <QTemporaryDir>
 #include <QVector>
 
@@ -26,75 +26,83 @@ using WindowId = quint32;
 class DesktopSession
 {
 public:
-    DesktopSession() = default;
-    ~DesktopSession();
-    DesktopSession(const DesktopSession &) = delete;
-    DesktopSession &operator=(const DesktopSession &) = delete;
-
     /// Starts server and window manager, with a screen of @p size pixels that says @p dotsPerInch;
     /// false, with a problem(), when that fails.
     bool start(const QSize &size = QSize(1920, 1080), int dotsPerInch = 96);
     /// The same with two monitors side by side, as pixels.
     bool startWithMonitors(const QSize &left, const QSize &right);
     /// Whether what that takes is installed.
-    static bool hasMonitors();
+    static bool hasMonitors() { return isInstalled("Xephyr"_s); }
     QString problem() const { return problemText; }
-    QString display() const { return displayName; }
     /// The least a program needs to show itself here, nothing of the caller's desktop.
     QProcessEnvironment environment() const;
     /// Has every program started from now on find @p variables in its environment too.
     void addVariables(const QProcessEnvironment &variables) { additions.insert(variables); }
-
-    void movePointer(const QPoint &place) const;
-    /// Moves the pointer to a place inside @p window, below its title bar if it has one.
-    void movePointerInto(WindowId window, const QPoint &place) const;
-    /// Moves a window of another program out of the way.
-    void moveWindow(WindowId window, const QRect &place) const;
-    void click(const QPoint &place) const;
-    /// In the middle of @p place of @p window.
-    void clickIn(WindowId window, const QRect &place) const
+    /// Runs @p command for this display, with @p values in its places, and returns what it
+    /// prints. No word has a blank in it.
+    template <typename... Values>
+    QByteArray run(const QString &command, Values... values) const
     {
-        click(geometryOf(window).topLeft() + place.center());
+        const QStringList words = wordsOf(command, values...);
+        return outputOf(words.first(), words.mid(1), environment());
+    }
+
+    void movePointer(const QPoint &place) const
+    {
+        run("xdotool mousemove %1 %2"_s, place.x(), place.y());
+    }
+    void click(const QPoint &place) const
+    {
+        run("xdotool mousemove %1 %2 click 1"_s, place.x(), place.y());
     }
     /// Button 1 is the left one, 3 the right one.
-    void pressButton(int button = 1) const;
-    void releaseButton(int button = 1) const;
+    void press(const QPoint &place, int button = 1) const
+    {
+        run("xdotool mousemove %1 %2 mousedown %3"_s, place.x(), place.y(), button);
+    }
+    void releaseButton(int button = 1) const { run("xdotool mouseup %1"_s, button); }
     /// Moves the pointer in steps, as a hand does.
     void carryPointer(const QPoint &from, const QPoint &to) const;
     /// The same with @p button held down.
     void drag(const QPoint &from, const QPoint &to, int button = 1) const;
     void type(const QString &text) const;
-    void pressKey(const QString &key) const;
+    void pressKey(const QString &key) const { run("xdotool key %1"_s, key); }
 
     /// The visible windows of process @p pid, restricted to @p title if that is not empty.
     QVector<WindowId> windowsOf(qint64 pid, const QString &title = QString()) const;
     QRect geometryOf(WindowId window) const;
     /// Asks as the window manager does when the user closes a window.
-    void closeByWindowManager(WindowId window) const;
+    void closeByWindowManager(WindowId window) const { run("wmctrl -i -c %1"_s, window); }
 
-    /// Cuts the connection of the program that shows @p window, as the end of a session does.
-    void takeDisplayFrom(const QString &window) const;
-
-    QString clipboardText() const;
+    QString clipboardText() const
+    {
+        return QString::fromUtf8(run("xclip -o -selection clipboard"_s));
+    }
     /// What the screen shows, pointer included; @p area in screen coordinates.
     QImage picture(const QRect &area = QRect()) const;
     /// Writes the whole screen as a PNG file, making its folder.
     bool savePicture(const QString &file) const;
 
 private:
+    template <typename... Values>
+    static QStringList wordsOf(QString command, Values... values)
+    {
+        ((command = command.arg(values)), ...);
+        return command.split(QLatin1Char(' '));
+    }
     bool startServer(const QSize &size, int dotsPerInch);
     bool startMonitors(const QSize &left, const QSize &right);
-    bool startDisplay(TiedProcess &process, const QString &command, const QStringList &more = {});
+    bool startDisplay(TiedProcess &process, const QStringList &command);
     bool startWindowManager();
-    QByteArray xdotool(const QString &command) const;
 
+    QTemporaryDir scratch;
+    QProcessEnvironment additions;
+    QSize screenSize;
+    QString displayName;
+    QString problemText;
     TiedProcess server;
     TiedProcess monitors;
     TiedProcess windowManager;
-    QTemporaryDir scratch;
-    QProcessEnvironment additions;
-    QString displayName;
-    QString problemText;
 };
 
 /// True when every pixel is the same in both.

@@ -45,12 +45,34 @@ bool EndToEndTest::openWith(const QStringList &paths)
            && eventually([&] { return shredder->rowsShown() == paths.size(); });
 }
 
+bool EndToEndTest::runToItsReport()
+{
+    return shredder->startShredding() && shredder->answerDialog(dialog::reportOk);
+}
+
+std::optional<WindowId> EndToEndTest::openBy(const QRect &button)
+{
+    shredder->click(button);
+    return shredder->waitForOtherWindow();
+}
+
+bool EndToEndTest::isAlone() const
+{
+    return eventually([this] { return shredder->onlyMainWindowIsOpen(); });
+}
+
 bool EndToEndTest::escape()
 {
     return eventually([this] {
-        desktop.pressKey(QStringLiteral("Escape"));
+        desktop.pressKey("Escape"_s);
         return shredder->onlyMainWindowIsOpen();
     });
+}
+
+bool EndToEndTest::closeEndsWell()
+{
+    shredder->click(mainwindow::closeButton);
+    return shredder->waitForEnd() == 0;
 }
 
 bool EndToEndTest::startReader()
@@ -65,27 +87,25 @@ std::optional<HeardNode> EndToEndTest::hear(const QString &title) const
     return reader.waitForWindow(shredder->processId(), title);
 }
 
-QString EndToEndTest::makeBusyFolder(int names) const
+QString EndToEndTest::makeBusyFolder() const
 {
     constexpr int eachOwn = 50;
-    const QString folder = tree->makeFolder(QStringLiteral("folder"));
-    const QString shared = tree->makeFile(QStringLiteral("shared"), 8192);
-    for (int i = 0; i < names; ++i) {
+    const QString shared = tree->makeFile("shared", 8192);
+    for (int i = 0; i < busyNames; ++i) {
         if (i % eachOwn == 0)
-            tree->makeFile(QStringLiteral("folder/own-%1").arg(i), 8192);
+            tree->makeFile("folder/own-%1"_s.arg(i), 8192);
         else
-            tree->makeHardLink(QStringLiteral("folder/%1").arg(i), shared);
+            tree->makeHardLink("folder/%1"_s.arg(i), shared);
     }
-    return folder;
+    return tree->path("folder");
 }
 
 bool EndToEndTest::spareFilesAreWhole() const
 {
-    const QDir folder(tree->path(QStringLiteral("folder")));
-    const QStringList names = folder.entryList({QStringLiteral("own-*")}, QDir::Files);
-    return std::all_of(names.cbegin(), names.cend(), [&](const QString &name) {
-        return TemporaryTree::contentsOf(folder.filePath(name)) == QByteArray(8192, 'x');
-    });
+    const QDir folder(tree->path("folder"));
+    const QStringList names = folder.entryList({"own-*"_s}, QDir::Files);
+    return std::all_of(names.cbegin(), names.cend(),
+                       [&](const QString &name) { return isAsMade(folder.filePath(name), 8192); });
 }
 
 } // namespace testsupport

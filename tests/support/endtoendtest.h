@@ -36,15 +36,23 @@ protected:
     static constexpr int busyNames = 6000;
     /// Opens the window and drops the files and folders @p paths, if any, on it.
     bool openWith(const QStringList &paths = {});
+    /// Starts a run and closes its report.
+    bool runToItsReport();
+    /// The file dialog or the history, opened by a click on @p button.
+    std::optional<WindowId> openBy(const QRect &button);
+    /// Whether the main window alone is open, or will be.
+    bool isAlone() const;
     /// Presses Escape until only the main window is open.
     bool escape();
+    /// Clicks the close button and waits for the end with status 0.
+    bool closeEndsWell();
     /// Has every shredder from now on be heard by the reader.
     bool startReader();
     /// The shredder's window of that title, once it is there.
     std::optional<HeardNode> hear(const QString &title) const;
     /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
     /// those are made quickly, and among them some files of their own.
-    QString makeBusyFolder(int names = busyNames) const;
+    QString makeBusyFolder() const;
     /// Whether each file of its own that is left in the busy folder is as it was made.
     bool spareFilesAreWhole() const;
 

@@ -10,18 +10,12 @@
 namespace testsupport
 {
 
-/// How the system takes requests for locks, other than usual.
-struct LockRefusal {
-    int error = 0;                  ///< what they fail with; 0 when none does
-    bool openFileLocksOnly = false; ///< record locks of processes can be had
-};
-
 /// A process that tries to become the instance and then lives as long as the object. The one
 /// started last has to end first: it inherits what keeps the others alive.
 class Instance
 {
 public:
-    explicit Instance(const QString &lockPath, const LockRefusal &refusal = {});
+    explicit Instance(const QString &lockPath);
     ~Instance() { end(); }
     Instance(const Instance &) = delete;
     Instance &operator=(const Instance &) = delete;

@@ -4,23 +4,14 @@
 #include "runningshredder.h"
 
 #include "eventually.h"
-#include "windowmap.h"
 
-#include <QFile>
 #include <QRegularExpression>
-#include <QTest>
 
 namespace testsupport
 {
 
 namespace
 {
-
-/// Far left of the main window, so that nothing lies over it.
-constexpr QPoint dragSourcePlace{100, 100};
-constexpr QPoint dragGrip{140, 140};
-constexpr int hoverTime = 500;
-constexpr int longestTable = 12;
 
 /// Whether no window is on the screen; the pointer may be in its corner.
 bool isBare(const QImage &screen)
@@ -32,44 +23,24 @@ bool isBare(const QImage &screen)
     return samePixels(picture, bare);
 }
 
-QStringList linesOf(const QString &file)
-{
-    QFile in(file);
-    if (!in.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(in.readAll()).split(QLatin1Char('\n'));
-}
-
 } // namespace
-
-RunningShredder::RunningShredder(const DesktopSession &onDesktop, const ShredderUser &asUser)
-    : desktop(onDesktop)
-    , user(asUser)
-{
-}
 
 void RunningShredder::start()
 {
-    const QString program = user.reachable(QStringLiteral(SHREDDER_PROGRAM));
-    const QProcessEnvironment environment = user.environment(desktop.environment());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);
-    if (!user.isSomebodyElse()) {
-        process.setProcessEnvironment(environment);
-        process.start(program, QStringList());
-    } else {
+    QStringList command{user.reachable(QStringLiteral(SHREDDER_PROGRAM))};
+    QProcessEnvironment environment = user.environment(desktop.environment());
+    if (user.isSomebodyElse()) {
         // The change of user is made outside the sandbox's passwd file; what the
         // program is to see comes after it.
-        const QString id = QString::number(user.id());
-        QStringList command{QStringLiteral("--reuid=") + id, QStringLiteral("--regid=") + id,
-                            QStringLiteral("--clear-groups"), QStringLiteral("--pdeathsig=KILL"),
-                            QStringLiteral("env")};
-        process.setProcessEnvironment(desktop.environment());
+        command =
+            "setpriv --reuid=%1 --regid=%1 --clear-groups --pdeathsig=KILL env"_s.arg(user.id())
+                .split(QLatin1Char(' '))
+            + environment.toStringList() + command;
+        environment = desktop.environment();
         process.setWorkingDirectory(user.home());
-        process.start(QStringLiteral("setpriv"),
-                      command + environment.toStringList() + QStringList{program});
     }
-    process.waitForStarted();
+    process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);
+    process.startIn(environment, command.first(), command.mid(1));
 }
 
 bool RunningShredder::openWindow()
@@ -79,49 +50,46 @@ bool RunningShredder::openWindow()
     desktop.movePointer(QPoint(0, 0));
     if (!eventually([this] { return isBare(desktop.picture()); }))
         return false;
-    desktop.movePointer(mainwindow::onScreen.topLeft() + mainwindow::restingPlace);
+    desktop.movePointer(restingPlace());
     screenBefore = desktop.picture();
     start();
-    const auto shown = [this] {
-        const QVector<WindowId> windows =
-            desktop.windowsOf(process.processId(), mainwindow::title());
-        if (!windows.isEmpty())
-            window = windows.first();
-        return window != 0 || process.state() == QProcess::NotRunning;
-    };
-    if (!eventually(shown) || window == 0)
+    const bool shown = eventually([this] {
+        window = desktop.windowsOf(process.processId(), mainwindow::title()).value(0);
+        return window != 0 || !isRunning();
+    });
+    if (!shown || window == 0)
         return false;
     freshWindow = drawnWindow(window);
     windowOnScreen = desktop.geometryOf(window);
     return !freshWindow.isNull();
 }
 
-bool RunningShredder::waitForEnd()
+std::optional<int> RunningShredder::waitForEnd()
 {
-    return eventually([this] { return process.state() == QProcess::NotRunning; });
-}
-
-int RunningShredder::exitStatus() const
-{
-    const bool ended = process.state() == QProcess::NotRunning;
-    return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    if (!eventually([this] { return !isRunning(); }))
+        return std::nullopt;
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -process.exitCode();
 }
 
 QStringList RunningShredder::complaints() const
 {
-    return linesOf(user.messagesFile())
-        .filter(QRegularExpression(QStringLiteral("^Q|Sanitizer|runtime error")));
+    if (!entryExists(user.messagesFile()))
+        return {};
+    return QString::fromUtf8(TemporaryTree::contentsOf(user.messagesFile()))
+        .split(QLatin1Char('\n'))
+        .filter(QRegularExpression("^Q|Sanitizer|runtime error"_s));
 }
 
 void RunningShredder::click(const QRect &placeInMainWindow)
 {
     screenBefore = desktop.picture();
-    desktop.click(windowOnScreen.topLeft() + placeInMainWindow.center());
+    clickAt(windowOnScreen.topLeft() + placeInMainWindow.center());
 }
 
-void RunningShredder::rest() const
+void RunningShredder::clickAt(const QPoint &place) const
 {
-    desktop.movePointer(windowOnScreen.topLeft() + mainwindow::restingPlace);
+    desktop.run("xdotool mousemove %1 %2 click 1 mousemove %3 %4"_s, place.x(), place.y(),
+                restingPlace().x(), restingPlace().y());
 }
 
 QImage RunningShredder::picture(const QRect &placeInMainWindow) const
@@ -136,6 +104,7 @@ bool RunningShredder::hasChanged(const QRect &placeInMainWindow) const
 
 int RunningShredder::rowsShown() const
 {
+    constexpr int longestTable = 12;
     int rows = 0;
     while (rows < longestTable && hasChanged(mainwindow::rowIcon(rows)))
         ++rows;
@@ -147,7 +116,6 @@ std::optional<QImage> RunningShredder::untick(int row)
     const QRect box = mainwindow::rowTickBox(row);
     const QImage ticked = picture(box);
     click(box);
-    rest();
     if (!eventually([&] { return !samePixels(picture(box), ticked); }))
         return std::nullopt;
     return picture(box);
@@ -155,71 +123,60 @@ std::optional<QImage> RunningShredder::untick(int row)
 
 bool RunningShredder::drop(const QStringList &dragArguments)
 {
-    const QString outcome = drag(dragArguments, patience);
-    if (outcome == QLatin1String("copy"))
-        return true;
-    qInfo("the drop came to: %s", qPrintable(outcome));
-    return false;
+    const QByteArray outcome = drag(dragArguments, patience);
+    if (outcome != "end copy\n")
+        qInfo("the drop came to: %s", outcome.constData());
+    return outcome == "end copy\n";
 }
 
 bool RunningShredder::refuses(const QStringList &dragArguments)
 {
     // A target that refuses a drag never says so; there is nothing to wait for but time.
-    return drag(dragArguments, hoverTime) == QLatin1String("ignore");
+    constexpr int hoverTime = 500;
+    return drag(dragArguments, hoverTime) == "end ignore\n";
 }
 
-QString RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
+QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
 {
+    TiedProcess &source = dragSources.emplace_back();
     QByteArray printed;
-    const auto prints = [&](const char *words, int milliseconds) {
+    const auto prints = [&](const char *words, int milliseconds = patience) {
         const auto printedSoFar = [&] {
-            printed += dragSource->readAllStandardOutput();
+            printed += source.readAllStandardOutput();
             return printed.contains(words);
         };
         return eventually(printedSoFar, milliseconds);
     };
-    // The last drag's source has been asked for its data, and may go.
-    dragSource = std::make_unique<TiedProcess>();
-    dragSource->setProcessEnvironment(desktop.environment());
-    const QStringList place{QString::number(dragSourcePlace.x()),
-                            QString::number(dragSourcePlace.y())};
-    dragSource->start(QStringLiteral(DRAG_SOURCE_PROGRAM), place + dragArguments);
-    if (!prints("ready", patience))
-        return QStringLiteral("no source");
+    source.startIn(desktop.environment(), QStringLiteral(DRAG_SOURCE_PROGRAM), dragArguments);
+    if (!prints("ready"))
+        return "no source";
 
-    desktop.movePointer(dragGrip);
-    desktop.pressButton();
-    desktop.movePointer(dragGrip + QPoint(30, 0));
-    const bool begun = prints("begin", patience);
+    // Where the source is, far left of the main window, so that nothing lies over it.
+    constexpr QPoint grip{140, 140};
+    desktop.press(grip);
+    desktop.movePointer(grip + QPoint(30, 0));
+    const bool begun = prints("begin");
     // Where the empty table's hint is not, so that pictures of it are not spoilt.
-    const QPoint target = windowOnScreen.topLeft() + QPoint(500, 400);
-    desktop.carryPointer(dragGrip, target);
+    desktop.carryPointer(grip, windowOnScreen.topLeft() + QPoint(500, 400));
     prints("over copy", waitForConsent);
     screenBefore = desktop.picture();
     desktop.releaseButton();
-    if (!begun || !prints("end ", patience))
-        return QStringLiteral("no drag");
-    rest();
-    if (!printed.contains("end copy"))
-        return printed.contains("end move") ? QStringLiteral("move") : QStringLiteral("ignore");
-    // The target fetches the data after the drag is over, so the source stays until
-    // the next drag.
-    return prints("given", patience) ? QStringLiteral("copy") : QStringLiteral("no interest");
+    if (!begun || !prints("end "))
+        return "no drag";
+    desktop.movePointer(restingPlace());
+    return printed.mid(printed.indexOf("end "));
+}
+
+QVector<WindowId> RunningShredder::dialogs() const
+{
+    return desktop.windowsOf(process.processId(), dialog::title());
 }
 
 std::optional<WindowId> RunningShredder::waitForDialog() const
 {
-    QVector<WindowId> dialogs;
-    const bool opened = eventually([&] {
-        dialogs = desktop.windowsOf(process.processId(), dialog::title());
-        return !dialogs.isEmpty();
-    });
-    return opened ? std::make_optional(dialogs.first()) : std::nullopt;
-}
-
-bool RunningShredder::dialogIsOpen() const
-{
-    return !desktop.windowsOf(process.processId(), dialog::title()).isEmpty();
+    QVector<WindowId> open;
+    eventually([&] { return !(open = dialogs()).isEmpty(); });
+    return open.isEmpty() ? std::nullopt : std::make_optional(open.first());
 }
 
 bool RunningShredder::answerDialog(const QRect &button) const
@@ -227,23 +184,20 @@ bool RunningShredder::answerDialog(const QRect &button) const
     const std::optional<WindowId> question = waitForDialog();
     if (!question)
         return false;
-    desktop.clickIn(*question, button);
-    rest();
+    clickIn(*question, button);
     // Another dialog may follow at once, the report of a short run for one.
-    return eventually([&] {
-        return !desktop.windowsOf(process.processId(), dialog::title()).contains(*question);
-    });
+    return eventually([&] { return !dialogs().contains(*question); });
 }
 
 std::optional<WindowId> RunningShredder::waitForOtherWindow() const
 {
     QVector<WindowId> others;
-    const bool opened = eventually([&] {
+    eventually([&] {
         others = desktop.windowsOf(process.processId());
         others.removeAll(window);
         return !others.isEmpty();
     });
-    return opened ? std::make_optional(others.last()) : std::nullopt;
+    return others.isEmpty() ? std::nullopt : std::make_optional(others.last());
 }
 
 bool RunningShredder::onlyMainWindowIsOpen() const

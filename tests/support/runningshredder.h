@@ -9,8 +9,9 @@
 
 #include "desktopsession.h"
 #include "shredderuser.h"
+#include "windowmap.h"
 
-#include <memory>
+#include <deque>
 #include <optional>
 
 namespace testsupport
@@ -19,7 +20,11 @@ namespace testsupport
 class RunningShredder
 {
 public:
-    RunningShredder(const DesktopSession &onDesktop, const ShredderUser &asUser);
+    RunningShredder(const DesktopSession &onDesktop, const ShredderUser &asUser)
+        : desktop(onDesktop)
+        , user(asUser)
+    {
+    }
 
     /// Starts the program and waits until its window has been drawn.
     bool openWindow();
@@ -27,16 +32,19 @@ public:
     void start();
     qint64 processId() const { return process.processId(); }
     bool isRunning() const { return process.state() == QProcess::Running; }
-    bool waitForEnd();
-    /// The exit status; -1 when a signal ended the program or it still runs.
-    int exitStatus() const;
+    /// Waits for the end; then the exit status, or minus the number of the signal that ended it.
+    std::optional<int> waitForEnd();
     /// What the program complained about: its Qt warnings and sanitizer reports.
     QStringList complaints() const;
 
     QRect mainWindowOnScreen() const { return windowOnScreen; }
     WindowId mainWindowId() const { return window; }
+    /// A click leaves the pointer where it lights up no button and covers nothing.
     void click(const QRect &placeInMainWindow);
-    void rest() const;
+    void clickIn(WindowId opened, const QRect &place) const
+    {
+        clickAt(desktop.geometryOf(opened).topLeft() + place.center());
+    }
     /// What the screen shows at a place of the main window.
     QImage picture(const QRect &placeInMainWindow) const;
     /// Whether a place looks different from how it looked when the window opened.
@@ -53,7 +61,7 @@ public:
 
     /// The dialog now open, waiting for it to appear.
     std::optional<WindowId> waitForDialog() const;
-    bool dialogIsOpen() const;
+    bool dialogIsOpen() const { return !dialogs().isEmpty(); }
     /// Presses @p button of the dialog that appears, and waits for the dialog to go.
     bool answerDialog(const QRect &button) const;
     /// Another window than the main one and the dialogs: file dialog or history.
@@ -65,14 +73,18 @@ public:
     bool startShredding();
 
 private:
-    QString drag(const QStringList &dragArguments, int waitForConsent);
+    void clickAt(const QPoint &place) const;
+    QVector<WindowId> dialogs() const;
+    QPoint restingPlace() const { return windowOnScreen.topLeft() + mainwindow::restingPlace; }
+    /// What the source of the drag says of its end.
+    QByteArray drag(const QStringList &dragArguments, int waitForConsent);
 
     const DesktopSession &desktop;
     const ShredderUser &user;
     TiedProcess process;
-    std::unique_ptr<TiedProcess> dragSource;
+    std::deque<TiedProcess> dragSources; ///< all of them, as data are fetched after a drag is over
     WindowId window = 0;
-    QRect windowOnScreen;
+    QRect windowOnScreen = mainwindow::onScreen;
     QImage freshWindow;
     QImage screenBefore;
 };

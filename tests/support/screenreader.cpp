@@ -7,11 +7,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusReply>
-#include <QDBusVariant>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 namespace testsupport
 {
@@ -21,59 +17,37 @@ namespace
 
 const auto sessionName = QStringLiteral("shredder-session");
 const auto accessibilityName = QStringLiteral("shredder-accessibility");
-const auto rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
-const auto prefix = QStringLiteral("org.a11y.atspi.");
 const auto registryName = QStringLiteral("org.a11y.atspi.Registry");
-constexpr int answerTime = 10000;
 
 } // namespace
 
-HeardNode::HeardNode(const QDBusConnection &onBus, const QString &ofProgram, const QString &atPath)
-    : bus(onBus)
-    , program(ofProgram)
-    , path(atPath)
-{
-}
-
-QDBusMessage HeardNode::call(const QString &interface, const QString &method,
+QDBusMessage HeardNode::call(const QString &interface, const char *method,
                              const QVariantList &arguments) const
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(program, path, interface, method);
+    constexpr int answerTime = 10000;
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(program, path, interface, QLatin1String(method));
     message.setArguments(arguments);
     return bus.call(message, QDBus::Block, answerTime);
 }
 
-QVariant HeardNode::property(const QString &interfaceAndName) const
+QVariant HeardNode::property(const char *interface, const char *which) const
 {
-    const QDBusMessage answer =
-        call(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-             {prefix + interfaceAndName.section(QLatin1Char('.'), 0, 0),
-              interfaceAndName.section(QLatin1Char('.'), 1)});
-    return answer.arguments().value(0).value<QDBusVariant>().variant();
-}
-
-QString HeardNode::role() const
-{
-    return call(prefix + QStringLiteral("Accessible"), QStringLiteral("GetRoleName"))
-        .arguments()
-        .value(0)
-        .toString();
+    return QDBusReply<QVariant>(
+        call("org.freedesktop.DBus.Properties"_s, "Get", {atspi(interface), QLatin1String(which)}));
 }
 
 bool HeardNode::hasState(int number) const
 {
-    const QDBusReply<QList<uint>> words =
-        call(prefix + QStringLiteral("Accessible"), QStringLiteral("GetState"));
     constexpr int wordBits = 32;
-    return words.isValid()
-           && (words.value().value(number / wordBits) >> (number % wordBits) & 1U) != 0;
+    const auto words = ask<QList<uint>>("Accessible", "GetState");
+    return (words.value(number / wordBits) >> (number % wordBits) & 1U) != 0;
 }
 
 QVector<HeardNode> HeardNode::children() const
 {
     QVector<HeardNode> nodes;
-    const QDBusMessage answer =
-        call(prefix + QStringLiteral("Accessible"), QStringLiteral("GetChildren"));
+    const QDBusMessage answer = call(atspi("Accessible"), "GetChildren", {});
     if (answer.type() != QDBusMessage::ReplyMessage)
         return nodes;
     const auto list = answer.arguments().value(0).value<QDBusArgument>();
@@ -98,8 +72,7 @@ std::optional<HeardNode> HeardNode::find(const QString &role, const QString &nam
             continue;
         if (child.role() == role && (name.isEmpty() || child.name() == name))
             return child;
-        const std::optional<HeardNode> below = child.find(role, name);
-        if (below)
+        if (const std::optional<HeardNode> below = child.find(role, name))
             return below;
     }
     return std::nullopt;
@@ -107,7 +80,7 @@ std::optional<HeardNode> HeardNode::find(const QString &role, const QString &nam
 
 QStringList HeardNode::readAloud() const
 {
-    QStringList words{role() + QStringLiteral(": ") + name()};
+    QStringList words{role() + ": "_s + name()};
     const QVector<HeardNode> nodes = children();
     for (const HeardNode &child : nodes) {
         if (child.isShowing())
@@ -116,26 +89,12 @@ QStringList HeardNode::readAloud() const
     return words;
 }
 
-bool HeardNode::act() const
-{
-    const QDBusReply<bool> done =
-        call(prefix + QStringLiteral("Action"), QStringLiteral("DoAction"), {0});
-    return done.isValid() && done.value();
-}
-
 bool HeardNode::press(const QString &name) const
 {
     return eventually([&] {
-        const std::optional<HeardNode> button = find(QStringLiteral("push button"), name);
+        const std::optional<HeardNode> button = find("push button"_s, name);
         return button && button->isEnabled() && button->act();
     });
-}
-
-bool HeardNode::write(const QString &contents) const
-{
-    const QDBusReply<bool> done = call(prefix + QStringLiteral("EditableText"),
-                                       QStringLiteral("SetTextContents"), {contents});
-    return done.isValid() && done.value();
 }
 
 ScreenReader::~ScreenReader()
@@ -147,25 +106,19 @@ ScreenReader::~ScreenReader()
 
 bool ScreenReader::isInstalled()
 {
-    return !QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()
-           && QFileInfo::exists(QStringLiteral("/usr/share/dbus-1/services/org.a11y.Bus.service"));
+    return testsupport::isInstalled("dbus-daemon"_s)
+           && QFileInfo::exists("/usr/share/dbus-1/services/org.a11y.Bus.service"_s);
 }
 
 bool ScreenReader::start(const QProcessEnvironment &environment)
 {
-    sessionBus.setProcessEnvironment(environment);
-    sessionBus.setStandardErrorFile(QProcess::nullDevice());
-    sessionBus.start(QStringLiteral("dbus-daemon"),
-                     {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                      QStringLiteral("--print-address")});
-    while (!sessionBus.canReadLine() && sessionBus.waitForReadyRead(patience))
-        continue;
-    sessionAddress = QString::fromUtf8(sessionBus.readLine().trimmed());
-    QDBusConnection session = QDBusConnection::connectToBus(sessionAddress, sessionName);
+    sessionBus.startIn(environment, "dbus-daemon"_s,
+                       {"--session"_s, "--nofork"_s, "--print-address"_s});
+    sessionAddress = QString::fromUtf8(sessionBus.firstLine());
+    const QDBusConnection session = QDBusConnection::connectToBus(sessionAddress, sessionName);
     // The session bus starts the accessibility bus when it is asked for.
     const QDBusReply<QString> address = session.call(QDBusMessage::createMethodCall(
-        QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-        QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")));
+        "org.a11y.Bus"_s, "/org/a11y/bus"_s, "org.a11y.Bus"_s, "GetAddress"_s));
     if (!address.isValid())
         return false;
     accessibilityBus = std::make_unique<QDBusConnection>(
@@ -177,20 +130,19 @@ bool ScreenReader::start(const QProcessEnvironment &environment)
 bool ScreenReader::listen()
 {
     bool willing = true;
-    for (const char *kind : {"object:state-changed:", "object:children-changed:",
-                             "object:property-change:accessible-value"}) {
+    for (const QString &kind : {"object:state-changed:"_s, "object:children-changed:"_s,
+                                "object:property-change:accessible-value"_s}) {
         QDBusMessage request = QDBusMessage::createMethodCall(
-            registryName, QStringLiteral("/org/a11y/atspi/registry"),
-            prefix + QStringLiteral("Registry"), QStringLiteral("RegisterEvent"));
+            registryName, "/org/a11y/atspi/registry"_s, registryName, "RegisterEvent"_s);
         // Without the name of a program, as older registries ignore a request that has one.
-        request.setArguments({QString::fromLatin1(kind), QStringList()});
+        request.setArguments({kind, QStringList()});
         willing = willing && accessibilityBus->call(request).type() == QDBusMessage::ReplyMessage;
     }
-    for (const char *kind : {"StateChanged", "ChildrenChanged", "PropertyChange"}) {
-        willing = willing
-                  && accessibilityBus->connect(
-                      QString(), QString(), prefix + QStringLiteral("Event.Object"),
-                      QString::fromLatin1(kind), this, SLOT(hear(QDBusMessage)));
+    for (const QString &kind : {"StateChanged"_s, "ChildrenChanged"_s, "PropertyChange"_s}) {
+        willing =
+            willing
+            && accessibilityBus->connect(QString(), QString(), "org.a11y.atspi.Event.Object"_s,
+                                         kind, this, SLOT(hear(QDBusMessage)));
     }
     return willing;
 }
@@ -201,28 +153,22 @@ void ScreenReader::hear(const QDBusMessage &announcement)
                          announcement.arguments().value(0).toString());
 }
 
-bool ScreenReader::hasHeard(const HeardNode &node, const QString &word) const
-{
-    return announcements.contains(node.address(), word);
-}
-
 QProcessEnvironment ScreenReader::variables() const
 {
     QProcessEnvironment variables;
-    variables.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), sessionAddress);
+    variables.insert("DBUS_SESSION_BUS_ADDRESS"_s, sessionAddress);
     // Qt would else wait until a screen reader says that it is there.
-    variables.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+    variables.insert("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, "1"_s);
     return variables;
 }
 
 QVector<HeardNode> ScreenReader::windowsOf(qint64 pid) const
 {
-    const HeardNode registry(*accessibilityBus, registryName, rootPath);
+    const HeardNode registry(*accessibilityBus, registryName, "/org/a11y/atspi/accessible/root"_s);
     QVector<HeardNode> windows;
     const QVector<HeardNode> programs = registry.children();
     for (const HeardNode &program : programs) {
-        const QDBusReply<uint> itsPid = accessibilityBus->interface()->servicePid(program.owner());
-        if (itsPid.isValid() && itsPid.value() == pid)
+        if (accessibilityBus->interface()->servicePid(program.owner()) == pid)
             windows += program.children();
     }
     return windows;

@@ -7,19 +7,17 @@
 
 #pragma once
 
+#include "literals.h"
 #include "tiedprocess.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusReply>
 #include <QMultiHash>
-#include <QObject>
-#include <QString>
-#include <QStringList>
 #include <QVector>
 
 #include <memory>
 #include <optional>
-
-class QDBusMessage;
 
 namespace testsupport
 {
@@ -28,20 +26,22 @@ namespace testsupport
 class HeardNode
 {
 public:
-    HeardNode(const QDBusConnection &onBus, const QString &ofProgram, const QString &atPath);
-
-    QString name() const { return property(QStringLiteral("Accessible.Name")).toString(); }
-    QString description() const
+    HeardNode(const QDBusConnection &onBus, const QString &ofProgram, const QString &atPath)
+        : bus(onBus)
+        , program(ofProgram)
+        , path(atPath)
     {
-        return property(QStringLiteral("Accessible.Description")).toString();
     }
+
+    QString name() const { return property("Accessible", "Name").toString(); }
+    QString description() const { return property("Accessible", "Description").toString(); }
     /// As screen readers call it: frame, push button, list item.
-    QString role() const;
-    bool isChecked() const { return hasState(checkedState); }
-    bool isEnabled() const { return hasState(enabledState); }
-    bool isShowing() const { return hasState(showingState); }
+    QString role() const { return ask<QString>("Accessible", "GetRoleName"); }
+    bool isChecked() const { return hasState(4); }
+    bool isEnabled() const { return hasState(8); }
+    bool isShowing() const { return hasState(25); }
     /// Of a progress bar, in percent.
-    int value() const { return property(QStringLiteral("Value.CurrentValue")).toInt(); }
+    int value() const { return property("Value", "CurrentValue").toInt(); }
 
     QVector<HeardNode> children() const;
     /// The first node below this one, in reading order, with that role and, if it is not empty,
@@ -51,10 +51,13 @@ public:
     QStringList readAloud() const;
 
     /// Does what the node offers first: presses a button, ticks a row.
-    bool act() const;
+    bool act() const { return ask<bool>("Action", "DoAction", {0}); }
     /// Presses the button called @p name below this node, once it can be pressed.
     bool press(const QString &name) const;
-    bool write(const QString &contents) const;
+    bool write(const QString &contents) const
+    {
+        return ask<bool>("EditableText", "SetTextContents", {contents});
+    }
 
     /// The program's name on the accessibility bus.
     QString owner() const { return program; }
@@ -62,14 +65,19 @@ public:
     QString address() const { return program + path; }
 
 private:
-    static constexpr int checkedState = 4;
-    static constexpr int enabledState = 8;
-    static constexpr int showingState = 25;
-
     bool hasState(int number) const;
-    QVariant property(const QString &interfaceAndName) const;
-    QDBusMessage call(const QString &interface, const QString &method,
-                      const QVariantList &arguments = {}) const;
+    QVariant property(const char *interface, const char *which) const;
+    QDBusMessage call(const QString &interface, const char *method,
+                      const QVariantList &arguments) const;
+    template <class Answer>
+    Answer ask(const char *interface, const char *method, const QVariantList &arguments = {}) const
+    {
+        return QDBusReply<Answer>(call(atspi(interface), method, arguments));
+    }
+    static QString atspi(const char *interface)
+    {
+        return "org.a11y.atspi."_s + QLatin1String(interface);
+    }
 
     QDBusConnection bus;
     QString program;
@@ -81,7 +89,6 @@ class ScreenReader : public QObject
     Q_OBJECT
 
 public:
-    ScreenReader() = default;
     ~ScreenReader() override;
 
     static bool isInstalled();
@@ -90,14 +97,15 @@ public:
     /// What a program needs in its environment to be heard.
     QProcessEnvironment variables() const;
 
-    /// The windows of process @p pid, which may be none yet.
-    QVector<HeardNode> windowsOf(qint64 pid) const;
     /// Waits for a window of process @p pid called @p name.
     std::optional<HeardNode> waitForWindow(qint64 pid, const QString &name) const;
 
     /// Whether a program has announced of @p node that it changed in @p word: "add", "checked",
     /// "focused", "accessible-value".
-    bool hasHeard(const HeardNode &node, const QString &word) const;
+    bool hasHeard(const HeardNode &node, const QString &word) const
+    {
+        return announcements.contains(node.address(), word);
+    }
     /// Begins to listen anew.
     void forget() { announcements.clear(); }
 
@@ -106,6 +114,8 @@ private slots:
 
 private:
     bool listen();
+    /// The windows of process @p pid, which may be none yet.
+    QVector<HeardNode> windowsOf(qint64 pid) const;
 
     QString sessionAddress;
     TiedProcess sessionBus;

@@ -7,11 +7,13 @@
 
 #pragma once
 
+#include "literals.h"
+#include "temporarytree.h"
+
 #include <QProcessEnvironment>
-#include <QString>
-#include <QTemporaryDir>
 
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace testsupport
 {
@@ -19,42 +21,39 @@ namespace testsupport
 class ShredderUser
 {
 public:
-    /// The user the tests run as.
-    ShredderUser();
-    /// Another user; only root may become one.
-    explicit ShredderUser(uid_t id);
+    /// The user the tests run as, or another one, which only root may become.
+    explicit ShredderUser(uid_t id = ::getuid());
 
     uid_t id() const { return uid; }
     /// True when starting a program as this user means changing users.
-    bool isSomebodyElse() const;
-    QString home() const { return homePath; }
-    QString inHome(const QString &name) const { return homePath + QLatin1Char('/') + name; }
-    QString pidFile() const { return inHome(QStringLiteral(".fileshredder.pid")); }
-    QString historyFile() const { return inHome(QStringLiteral(".fileshredderEx.dat")); }
-    /// The lines of the history file, none if it does not exist.
+    bool isSomebodyElse() const { return uid != ::getuid(); }
+    QString home() const { return directory.path("home"); }
+    QString inHome(const QString &name) const { return home() + QLatin1Char('/') + name; }
+    QString pidFile() const { return inHome(".fileshredder.pid"_s); }
+    QString historyFile() const { return inHome(".fileshredderEx.dat"_s); }
+    /// The bytes of the history file, none if it does not exist.
+    QByteArray history() const;
     QStringList historyLines() const;
-    /// Makes a history of letters, numbered from 0, the oldest; false when that fails.
-    bool writeHistory(int entries) const;
+    /// Makes a history of letters, numbered from 0, the oldest.
+    void writeHistory(int entries) const;
     /// Where a program of this user writes its messages.
-    QString messagesFile() const { return directory.filePath(QStringLiteral("messages")); }
+    QString messagesFile() const { return directory.path("messages"); }
     /// A program this user may run, wherever the build folder is hidden.
     QString reachable(const QString &program) const;
 
     /// Takes the user out of the passwd file: a user id without a home.
-    void forgetPasswdEntry() const;
+    void forgetPasswdEntry() const { writeAccounts({}); }
     /// Has the programs this user starts from now on find @p variable in their environment.
     void set(const QString &variable, const QString &value) { wishes.insert(variable, value); }
     /// @p base, with this user's home, passwd file and variables.
     QProcessEnvironment environment(QProcessEnvironment base) const;
 
 private:
-    void giveToUser(const QString &path) const;
-    void writeAccounts(bool listed) const;
+    void writeAccounts(const QByteArray &entry) const;
 
-    QTemporaryDir directory;
+    TemporaryTree directory;
     QProcessEnvironment wishes;
     uid_t uid;
-    QString homePath;
 };
 
 } // namespace testsupport

@@ -3,25 +3,34 @@
 
 #include "tiedprocess.h"
 
+#include "eventually.h"
+
+#include <QStandardPaths>
+
 #include <csignal>
 #include <sys/prctl.h>
 
 namespace testsupport
 {
 
-namespace
+void TiedProcess::startIn(const QProcessEnvironment &environment, const QString &program,
+                          const QStringList &arguments)
 {
-constexpr int politeWait = 2000;
-constexpr int commandLimit = 10000;
-} // namespace
+    setProcessEnvironment(environment);
+    start(program, arguments);
+    waitForStarted();
+}
 
-TiedProcess::~TiedProcess()
+QByteArray TiedProcess::firstLine()
 {
-    end();
+    while (!canReadLine() && waitForReadyRead(patience))
+        continue;
+    return readLine().trimmed();
 }
 
 void TiedProcess::end()
 {
+    constexpr int politeWait = 2000;
     if (state() == NotRunning)
         return;
     terminate();
@@ -37,13 +46,17 @@ void TiedProcess::setupChildProcess()
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
 }
 
+bool isInstalled(const QString &program)
+{
+    return !QStandardPaths::findExecutable(program).isEmpty();
+}
+
 QByteArray outputOf(const QString &command, const QStringList &arguments,
                     const QProcessEnvironment &environment)
 {
     TiedProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(command, arguments);
-    if (!process.waitForFinished(commandLimit))
+    process.startIn(environment, command, arguments);
+    if (!process.waitForFinished())
         qWarning("%s: %s", qPrintable(command), qPrintable(process.errorString()));
     return process.readAllStandardOutput();
 }

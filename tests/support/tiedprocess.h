@@ -16,14 +16,21 @@ class TiedProcess : public QProcess
     Q_OBJECT
 
 public:
-    ~TiedProcess() override;
+    ~TiedProcess() override { end(); }
 
+    /// Starts @p program, whose messages nobody reads unless they have a file by now.
+    void startIn(const QProcessEnvironment &environment, const QString &program,
+                 const QStringList &arguments);
+    /// Waits for the first line that the process prints; empty when it ends without one.
+    QByteArray firstLine();
     /// Asks the process to end, waits, and kills it if it does not.
     void end();
 
 protected:
     void setupChildProcess() override;
 };
+
+bool isInstalled(const QString &program);
 
 /// Runs a short command to its end and returns what it printed.
 QByteArray outputOf(const QString &command, const QStringList &arguments,

@@ -7,9 +7,10 @@
 
 #pragma once
 
+#include "literals.h"
+
 #include <QPoint>
 #include <QRect>
-#include <QString>
 
 namespace testsupport
 {
@@ -19,7 +20,7 @@ namespace mainwindow
 
 inline QString title()
 {
-    return QStringLiteral("Brenvale - 文件粉碎机");
+    return "Brenvale - 文件粉碎机"_s;
 }
 
 constexpr QSize size{800, 550};
@@ -29,7 +30,6 @@ constexpr QRect onScreen{QPoint{560, 265}, size};
 constexpr QRect closeButton{768, 0, 27, 27};
 constexpr QRect subtitle{84, 79, 600, 28};
 constexpr QRect historyLink{700, 84, 84, 20};
-constexpr QRect table{1, 115, 798, 394};
 constexpr QRect emptyPanel{240, 280, 400, 50};
 /// The box itself; the words beside it change with the fonts installed.
 constexpr QRect selectAllBox{16, 516, 18, 27};
@@ -37,20 +37,16 @@ constexpr QRect addButton{100, 516, 96, 27};
 constexpr QRect removeButton{200, 516, 96, 27};
 constexpr QRect crushButton{705, 516, 76, 27};
 
-constexpr int headerHeight = 25;
+constexpr int firstRow = 140;
 constexpr int rowHeight = 30;
 
-constexpr QPoint rowOrigin(int row)
-{
-    return {table.x(), table.y() + headerHeight + row * rowHeight};
-}
 constexpr QRect rowTickBox(int row)
 {
-    return {rowOrigin(row) + QPoint(15, 0), QSize(25, rowHeight)};
+    return {16, firstRow + row * rowHeight, 25, rowHeight};
 }
 constexpr QRect rowIcon(int row)
 {
-    return {rowOrigin(row) + QPoint(42, 7), QSize(16, 16)};
+    return {43, firstRow + row * rowHeight + 7, 16, 16};
 }
 
 /// A place of the window that reacts to nothing: a pointer left here lights up
@@ -64,7 +60,7 @@ namespace dialog
 
 inline QString title()
 {
-    return QStringLiteral("文件粉碎机");
+    return "文件粉碎机"_s;
 }
 
 constexpr QSize size{420, 230};
@@ -74,7 +70,7 @@ constexpr QRect closeButton{394, 2, 27, 27};
 /// A report has its OK where a question has its Cancel.
 constexpr QRect reportOk{323, 180, 76, 27};
 constexpr QRect questionOk{230, 180, 76, 27};
-constexpr QRect questionCancel{323, 180, 76, 27};
+constexpr QRect questionCancel = reportOk;
 
 } // namespace dialog
 
