@@ -7,8 +7,10 @@
 
 #include "instance.h"
 #include "inventory.h"
+#include "literals.h"
 #include "ordinaryuser.h"
 #include "suites.h"
+#include "systemcalls.h"
 #include "temporarytree.h"
 
 #include <QFile>
@@ -23,18 +25,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using testsupport::Instance;
-using testsupport::inventoryOf;
-using testsupport::LockRefusal;
-using testsupport::TemporaryTree;
+using namespace testsupport;
 
 namespace
 {
 
-QString name()
-{
-    return QStringLiteral("home/.fileshredder.pid");
-}
+constexpr char name[] = "home/.fileshredder.pid";
 
 /// Which lock keeps others from byte @p start of the file @p path.
 struct flock lockOn(const QString &path, off_t start)
@@ -70,12 +66,10 @@ private slots:
     void init();
     void cleanup() { tree.reset(); }
 
-    void fileHoldsThePidAlone_data();
     void fileHoldsThePidAlone();
     void furtherInstancesAreTurnedAwayAndChangeNothing();
     void lockCanBeHadAgainWhenItsHolderEnded();
     void filesOfTwoUsersDoNotExcludeEachOther();
-    void newFileHasItsMode_data();
     void newFileHasItsMode();
     void linkIsFollowed_data();
     void linkIsFollowed();
@@ -98,22 +92,13 @@ private:
 void TestInstanceLock::init()
 {
     tree = std::make_unique<TemporaryTree>();
-    tree->makeFolder(QStringLiteral("home"));
-    path = tree->path(name());
-}
-
-void TestInstanceLock::fileHoldsThePidAlone_data()
-{
-    QTest::addColumn<QByteArray>("before");
-    QTest::newRow("new file") << QByteArray();
-    QTest::newRow("longer old contents") << QByteArray("4194304000 and more\n");
+    tree->makeFolder("home");
+    path = tree->path(name);
 }
 
 void TestInstanceLock::fileHoldsThePidAlone()
 {
-    QFETCH(QByteArray, before);
-    if (!before.isEmpty())
-        tree->makeFile(name(), before);
+    tree->makeFile(name, "longer old contents");
     const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
@@ -147,28 +132,22 @@ void TestInstanceLock::lockCanBeHadAgainWhenItsHolderEnded()
 void TestInstanceLock::filesOfTwoUsersDoNotExcludeEachOther()
 {
     const Instance one(path);
-    const Instance other(tree->path(QStringLiteral("other.pid")));
+    const Instance other(tree->path("other.pid"));
     QCOMPARE(one.lockResult(), instancelock::Acquired);
     QCOMPARE(other.lockResult(), instancelock::Acquired);
 }
 
-void TestInstanceLock::newFileHasItsMode_data()
-{
-    QTest::addColumn<uint>("mask");
-    QTest::addColumn<uint>("mode");
-    QTest::newRow("nothing masked") << 0U << 0644U;
-    QTest::newRow("strict mask") << 0077U << 0600U;
-}
-
 void TestInstanceLock::newFileHasItsMode()
 {
-    QFETCH(uint, mask);
-    const mode_t before = ::umask(mask);
-    const Instance instance(path);
-    ::umask(before);
-    struct stat status = {};
-    QCOMPARE(::stat(path.toUtf8().constData(), &status), 0);
-    QTEST(static_cast<uint>(status.st_mode & 07777U), "mode");
+    for (const auto &[mask, mode] : {std::pair(0000U, 0644U), std::pair(0077U, 0600U)}) {
+        init();
+        const mode_t before = ::umask(mask);
+        const Instance instance(path);
+        ::umask(before);
+        struct stat status = {};
+        QCOMPARE(::stat(path.toUtf8().constData(), &status), 0);
+        QCOMPARE(status.st_mode & 07777U, mode);
+    }
 }
 
 void TestInstanceLock::linkIsFollowed_data()
@@ -182,10 +161,10 @@ void TestInstanceLock::linkIsFollowed_data()
 void TestInstanceLock::linkIsFollowed()
 {
     QFETCH(bool, exists);
-    const QString target = tree->path(QStringLiteral("target"));
+    const QString target = tree->path("target");
     if (exists)
-        tree->makeFile(QStringLiteral("target"), 1000);
-    tree->makeLink(name(), target);
+        tree->makeFile("target", 1000);
+    tree->makeLink(name, target);
     const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     QVERIFY(QFileInfo(path).isSymLink());
@@ -197,7 +176,7 @@ void TestInstanceLock::linkIsFollowed()
 void TestInstanceLock::fifoIsNotWaitedFor()
 {
     // A fifo takes the lock and the pid like a file.
-    tree->makeFifo(name());
+    tree->makeFifo(name);
     const Instance first(path);
     QCOMPARE(first.lockResult(), instancelock::Acquired);
     const Instance second(path);
@@ -207,32 +186,29 @@ void TestInstanceLock::fifoIsNotWaitedFor()
 void TestInstanceLock::fileThatCannotBeOpenedEndsTheProcess_data()
 {
     QTest::addColumn<QString>("preparation");
-    QTest::newRow("no folder") << QStringLiteral("rmdir home");
-    QTest::newRow("a folder in its place") << QStringLiteral("mkdir $file");
-    QTest::newRow("a link to a folder") << QStringLiteral("ln -s ../elsewhere $file");
-    QTest::newRow("a link to itself") << QStringLiteral("ln -s .fileshredder.pid $file");
-    QTest::newRow("a link into nowhere") << QStringLiteral("ln -s nowhere/pid $file");
-    QTest::newRow("a link through a file") << QStringLiteral("ln -s ../elsewhere/other/pid $file");
-    QTest::newRow("a file that may not be written")
-        << QStringLiteral("echo 12345 > $file; chmod 400 $file");
-    QTest::newRow("a folder that may not be written") << QStringLiteral("chmod 500 home");
+    QTest::newRow("no folder") << "rmdir home"_s;
+    QTest::newRow("a folder in its place") << "mkdir $file"_s;
+    QTest::newRow("a link to a folder") << "ln -s ../elsewhere $file"_s;
+    QTest::newRow("a link to itself") << "ln -s .fileshredder.pid $file"_s;
+    QTest::newRow("a link into nowhere") << "ln -s nowhere/pid $file"_s;
+    QTest::newRow("a link through a file") << "ln -s ../elsewhere/other/pid $file"_s;
+    QTest::newRow("a file that may not be written") << "echo 12345 > $file; chmod 400 $file"_s;
+    QTest::newRow("a folder that may not be written") << "chmod 500 home"_s;
 }
 
 void TestInstanceLock::fileThatCannotBeOpenedEndsTheProcess()
 {
     QFETCH(QString, preparation);
-    const testsupport::OrdinaryUser user;
+    const OrdinaryUser user;
     const TemporaryTree place;
-    const QString home = place.makeFolder(QStringLiteral("home"));
-    place.makeFile(QStringLiteral("elsewhere/other"), QByteArray("kept"));
+    const QString home = place.makeFolder("home");
+    place.makeFile("elsewhere/other", "kept");
     QProcess shell;
     shell.setWorkingDirectory(place.path());
-    shell.start(QStringLiteral("sh"),
-                {QStringLiteral("-ec"),
-                 QStringLiteral("file=") + name() + QLatin1Char('\n') + preparation});
+    shell.start("sh"_s, {"-ec"_s, "file=%1; %2"_s.arg(QLatin1String(name), preparation)});
     QVERIFY(shell.waitForFinished() && shell.exitCode() == 0);
     const QStringList before = inventoryOf(place.path());
-    Instance instance(place.path(name()));
+    Instance instance(place.path(name));
     QCOMPARE(instance.lockResult(), -1);
     QCOMPARE(instance.end(), 1);
     QCOMPARE(inventoryOf(place.path()), before);
@@ -254,7 +230,9 @@ void TestInstanceLock::refusedLockMeansAnotherInstanceOrEndsTheProcess_data()
 void TestInstanceLock::refusedLockMeansAnotherInstanceOrEndsTheProcess()
 {
     QFETCH(int, error);
-    Instance instance(path, LockRefusal{error, false});
+    const CallHook refused(
+        [&](const SystemCall &call) { return CallFate{call.kind == CallKind::Lock ? error : 0}; });
+    Instance instance(path);
     QTEST(instance.lockResult(), "result");
     QTEST(instance.end(), "status");
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray());
@@ -274,7 +252,7 @@ void TestInstanceLock::lockCoversTheWholeFileHoweverItGrows()
 /// File dialogs open and close every file of a folder to find its icon.
 void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 {
-    const QByteArray file = tree->makeFile(name(), 0).toUtf8();
+    const QByteArray file = tree->makeFile(name, 0).toUtf8();
     const int locked = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     QCOMPARE(instancelock::lockWholeFile(locked), 0);
     ::close(::open(file.constData(), O_RDONLY | O_CLOEXEC));
@@ -285,7 +263,7 @@ void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 
 void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
 {
-    const QByteArray file = tree->makeFile(name(), 0).toUtf8();
+    const QByteArray file = tree->makeFile(name, 0).toUtf8();
     const int fd = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     {
         const Instance instance(path);
@@ -301,14 +279,17 @@ void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
 
 void TestInstanceLock::oldKernelLocksForTheProcess()
 {
-    const LockRefusal oldKernel{EINVAL, true};
-    const Instance instance(path, oldKernel);
+    const CallHook oldKernel([](const SystemCall &call) {
+        const bool isUnknown = call.kind == CallKind::Lock && call.flags == F_OFD_SETLK;
+        return CallFate{isUnknown ? EINVAL : 0};
+    });
+    const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     const struct flock held = lockOn(path, 0);
     QCOMPARE(held.l_type, static_cast<short>(F_WRLCK));
     QCOMPARE(held.l_pid, instance.pid());
     QCOMPARE(held.l_len, off_t{0});
-    const Instance second(path, oldKernel);
+    const Instance second(path);
     QCOMPARE(second.lockResult(), instancelock::HeldByAnother);
 }
 

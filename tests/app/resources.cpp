@@ -4,6 +4,7 @@
 // What the windows and their style sheets rely on in the bundle. How the images look
 // is for eyes to judge.
 
+#include "literals.h"
 #include "suites.h"
 
 #include <QDir>
@@ -13,6 +14,8 @@
 #include <QResource>
 #include <QSet>
 #include <QtTest>
+
+using testsupport::operator""_s;
 
 namespace
 {
@@ -40,22 +43,22 @@ constexpr BundledImage bundledImages[] = {
 
 QString pathOf(const QString &name)
 {
-    return QStringLiteral(":/images/") + name;
+    return ":/images/"_s + name;
 }
 
-QImage imageOf(const char *name)
+QImage imageOf(const QString &name)
 {
-    return QImage(pathOf(QLatin1String(name))).convertToFormat(QImage::Format_ARGB32);
+    return QImage(pathOf(name)).convertToFormat(QImage::Format_ARGB32);
 }
 
 /// The images that the sources name, by whole path or by a literal that only an image can be.
 QSet<QString> imagesNamedIn(const QString &directory)
 {
     static const QRegularExpression image(
-        QStringLiteral("(?<=:/images/)[a-z0-9_]+|"
-                       "(?<=\")(?:bk|logo|(?:bk|btn|ico|icon|sp)_[a-z0-9_]+)(?=\")"));
+        "(?<=:/images/)[a-z0-9_]+|"
+        "(?<=\")(?:bk|logo|(?:bk|btn|ico|icon|sp)_[a-z0-9_]+)(?=\")"_s);
     QSet<QString> names;
-    const QStringList kinds{QStringLiteral("*.h"), QStringLiteral("*.cpp")};
+    const QStringList kinds{"*.h"_s, "*.cpp"_s};
     const QFileInfoList sources = QDir(directory).entryInfoList(kinds, QDir::Files);
     for (const QFileInfo &source : sources) {
         QFile file(source.filePath());
@@ -75,7 +78,6 @@ class TestResources : public QObject
     Q_OBJECT
 
 private slots:
-    void imageIsAPngOfItsSizeStoredUncompressed_data();
     void imageIsAPngOfItsSizeStoredUncompressed();
     void bundleHoldsNothingElse();
     void everyImageNamedInTheSourcesIsBundled();
@@ -86,24 +88,17 @@ private slots:
     void closeCrossIsCentred();
 };
 
-void TestResources::imageIsAPngOfItsSizeStoredUncompressed_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QSize>("size");
-    for (const BundledImage &image : bundledImages)
-        QTest::newRow(image.name) << pathOf(QLatin1String(image.name))
-                                  << QSize(image.width, image.height);
-}
-
 void TestResources::imageIsAPngOfItsSizeStoredUncompressed()
 {
-    QFETCH(QString, path);
-    QTEST(QImage(path, "png").size(), "size");
-    // QResource points to what is stored, and a packed image would not begin like one.
-    const QResource resource(path);
-    const QByteArray stored(reinterpret_cast<const char *>(resource.data()),
-                            static_cast<int>(resource.size()));
-    QVERIFY(stored.startsWith("\x89PNG\r\n\x1a\n"));
+    for (const BundledImage &image : bundledImages) {
+        const QString path = pathOf(QLatin1String(image.name));
+        QVERIFY2(QImage(path, "png").size() == QSize(image.width, image.height), image.name);
+        // QResource points to what is stored, and a packed image would not begin like one.
+        const QResource resource(path);
+        const QByteArray stored(reinterpret_cast<const char *>(resource.data()),
+                                static_cast<int>(resource.size()));
+        QVERIFY2(stored.startsWith("\x89PNG\r\n\x1a\n"), image.name);
+    }
 }
 
 void TestResources::bundleHoldsNothingElse()
@@ -112,33 +107,30 @@ void TestResources::bundleHoldsNothingElse()
     for (const BundledImage &image : bundledImages)
         expected << QLatin1String(image.name);
     expected.sort();
-    QCOMPARE(QDir(QStringLiteral(":/images")).entryList(QDir::NoFilter, QDir::Name), expected);
+    QCOMPARE(QDir(":/images"_s).entryList(QDir::NoFilter, QDir::Name), expected);
 }
 
 void TestResources::everyImageNamedInTheSourcesIsBundled()
 {
     const QSet<QString> names = imagesNamedIn(QStringLiteral(SOURCE_DIRECTORY "/widgets"))
                                 + imagesNamedIn(QStringLiteral(SOURCE_DIRECTORY "/ui"));
-    QVERIFY2(names.contains(QStringLiteral("logo")), "do the sources still lie there?");
+    QVERIFY2(names.contains("logo"_s), "do the sources still lie there?");
     // A name stands for itself, or for the states of a button that begin with it.
     for (const QString &name : names)
-        QVERIFY2(QFile::exists(pathOf(name)) || QFile::exists(pathOf(name + QStringLiteral("_s1"))),
+        QVERIFY2(QFile::exists(pathOf(name)) || QFile::exists(pathOf(name + "_s1"_s)),
                  qPrintable(name));
 }
 
 void TestResources::picturesThatMustDifferDo_data()
 {
     QTest::addColumn<QStringList>("names");
-    const auto add = [](const char *title, const char *names) {
-        QTest::newRow(title) << QString::fromLatin1(names).split(QLatin1Char(' '));
-    };
-    add("close", "btn_quit_s1 btn_quit_s2 btn_quit_s3");
-    add("minimise", "btn_mini_s1 btn_mini_s2 btn_mini_s3");
-    add("grey", "btn_gray_s1 btn_gray_s2 btn_gray_s3");
-    add("wide grey", "btn_gray_90_s1 btn_gray_90_s2 btn_gray_90_s3");
-    add("green", "btn_green_s1 btn_green_s2 btn_green_s3 btn_green_s4");
-    add("messages", "ico_ok ico_war ico_war2 ico_war3 ico_war4");
-    add("small pictures", "ico_file ico_folder icon_add icon_remove icon_logo");
+    for (const char *names :
+         {"btn_quit_s1 btn_quit_s2 btn_quit_s3", "btn_mini_s1 btn_mini_s2 btn_mini_s3",
+          "btn_gray_s1 btn_gray_s2 btn_gray_s3", "btn_gray_90_s1 btn_gray_90_s2 btn_gray_90_s3",
+          "btn_green_s1 btn_green_s2 btn_green_s3 btn_green_s4",
+          "ico_ok ico_war ico_war2 ico_war3 ico_war4",
+          "ico_file ico_folder icon_add icon_remove icon_logo"})
+        QTest::newRow(names) << QString::fromLatin1(names).split(QLatin1Char(' '));
 }
 
 void TestResources::picturesThatMustDifferDo()
@@ -151,23 +143,24 @@ void TestResources::picturesThatMustDifferDo()
 
 void TestResources::backgroundsAreOpaque()
 {
-    for (const char *name : {"bk", "bk_history", "bk_dialog", "bk_item", "bk_table_head"})
-        QVERIFY2(!QImage(pathOf(QLatin1String(name))).hasAlphaChannel(), name);
+    for (const QString &name :
+         {"bk"_s, "bk_history"_s, "bk_dialog"_s, "bk_item"_s, "bk_table_head"_s})
+        QVERIFY2(!QImage(pathOf(name)).hasAlphaChannel(), qPrintable(name));
 }
 
 void TestResources::tilesJoinWithoutASeam()
 {
-    const QImage head = imageOf("bk_table_head");
+    const QImage head = imageOf("bk_table_head"_s);
     QCOMPARE(head.copy(1, 0, 5, 26), head.copy(0, 0, 5, 26));
     // The labels of a row repeat its image from their own corners, so it is flat.
-    const QImage row = imageOf("bk_item");
+    const QImage row = imageOf("bk_item"_s);
     QCOMPARE(row.copy(0, 1, 1, 28), row.copy(0, 0, 1, 28));
     QVERIFY(row.pixel(0, 29) != row.pixel(0, 28));
 }
 
 void TestResources::closeCrossIsCentred()
 {
-    const QImage cross = imageOf("btn_quit_s1");
+    const QImage cross = imageOf("btn_quit_s1"_s);
     const QImage turned = cross.mirrored(true, true);
     constexpr int rendererRounding = 8; // of 255, where a slope crosses a pixel
     QCOMPARE(qAlpha(cross.pixel(13, 13)), 255);

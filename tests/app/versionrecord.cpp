@@ -4,62 +4,62 @@
 // The version record and the reserved block, read from built files as the suite's
 // tools do it: with readelf and objcopy.
 
+#include "literals.h"
 #include "suites.h"
 #include "temporarytree.h"
 
 #include <QProcess>
 #include <QtTest>
 
+using namespace testsupport;
+
 namespace
 {
 
 struct Section {
+    int position = -1;
     QString type;
     quint64 address = 0;
     quint64 size = 0;
     QString flags;
     int alignment = 0;
-    int position = -1;
 };
 
-QByteArray outputOf(const QString &program, const QStringList &arguments)
+QString outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
     if (!process.waitForFinished() || process.exitCode() != 0)
         qFatal("%s failed", qPrintable(program));
-    return process.readAllStandardOutput();
+    return QString::fromLatin1(process.readAllStandardOutput());
 }
 
-/// The sections of @p file by name, from the wide section table of readelf.
-QHash<QString, Section> sectionsOf(const QString &file)
+/// The section @p name of @p file, from the wide section table of readelf:
+/// "[25] .data  PROGBITS  0000000000004000 003000 000010 00  WA  0  0  8"
+Section sectionOf(const QString &file, const QString &name)
 {
-    // "[25] .data  PROGBITS  0000000000004000 003000 000010 00  WA  0  0  8"
-    static const QRegularExpression row(
-        QStringLiteral("^\\s*\\[\\s*(\\d+)\\]\\s+(\\S+)\\s+(\\S+)\\s+([0-9a-f]+)\\s+[0-9a-f]+\\s+"
-                       "([0-9a-f]+)\\s+[0-9a-f]+\\s+([A-Za-z]*)\\s+\\d+\\s+\\d+\\s+(\\d+)"));
-    QHash<QString, Section> sections;
-    const QList<QByteArray> lines =
-        outputOf(QStringLiteral("readelf"), {QStringLiteral("-SW"), file}).split('\n');
-    for (const QByteArray &line : lines) {
-        const QRegularExpressionMatch match = row.match(QString::fromUtf8(line));
-        if (match.hasMatch()) {
-            sections.insert(match.captured(2),
-                            Section{match.captured(3), match.captured(4).toULongLong(nullptr, 16),
-                                    match.captured(5).toULongLong(nullptr, 16), match.captured(6),
-                                    match.captured(7).toInt(), match.captured(1).toInt()});
+    QString table = outputOf("readelf"_s, {"-SW"_s, file});
+    const QStringList lines = table.remove(QLatin1Char('[')).split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QStringList words = line.simplified().split(QLatin1Char(' '));
+        if (words.value(1) == name) {
+            return {words.at(0).chopped(1).toInt(),
+                    words.at(2),
+                    words.at(3).toULongLong(nullptr, 16),
+                    words.at(5).toULongLong(nullptr, 16),
+                    words.at(7),
+                    words.last().toInt()};
         }
     }
-    return sections;
+    return {};
 }
 
 QByteArray contentsOf(const QString &section, const QString &file)
 {
-    const testsupport::TemporaryTree tree;
-    const QString dump = tree.path(QStringLiteral("dump"));
-    outputOf(QStringLiteral("objcopy"), {QStringLiteral("-O"), QStringLiteral("binary"),
-                                         QStringLiteral("--only-section=") + section, file, dump});
-    return testsupport::TemporaryTree::contentsOf(dump);
+    const TemporaryTree tree;
+    const QString dump = tree.path("dump");
+    outputOf("objcopy"_s, {"-O"_s, "binary"_s, "--only-section="_s + section, file, dump});
+    return TemporaryTree::contentsOf(dump);
 }
 
 QByteArray padded(const char *text, int width)
@@ -95,25 +95,24 @@ private:
 void TestVersionRecord::sectionsStandBetweenDataAndBss()
 {
     QFETCH(QString, file);
-    const QHash<QString, Section> sections = sectionsOf(file);
-    const Section reserved = sections.value(QStringLiteral(".qarvo"));
-    const Section version = sections.value(QStringLiteral(".version"));
+    const Section reserved = sectionOf(file, ".qarvo"_s);
+    const Section version = sectionOf(file, ".version"_s);
     for (const Section &section : {reserved, version}) {
-        QCOMPARE(section.type, QStringLiteral("PROGBITS"));
-        QVERIFY(section.flags.startsWith(QStringLiteral("WA")));
+        QCOMPARE(section.type, "PROGBITS"_s);
+        QVERIFY(section.flags.startsWith("WA"_s));
         QCOMPARE(section.alignment, 32);
         QCOMPARE(section.address % 32, quint64{0});
     }
     QCOMPARE(version.position, reserved.position + 1);
     QCOMPARE(version.address, reserved.address + reserved.size);
-    QVERIFY(sections.value(QStringLiteral(".data")).position < reserved.position);
-    QVERIFY(version.position < sections.value(QStringLiteral(".bss")).position);
+    QVERIFY(sectionOf(file, ".data"_s).position < reserved.position);
+    QVERIFY(version.position < sectionOf(file, ".bss"_s).position);
 }
 
 void TestVersionRecord::versionSectionHoldsTheRecord()
 {
     QFETCH(QString, file);
-    const QByteArray record = contentsOf(QStringLiteral(".version"), file);
+    const QByteArray record = contentsOf(".version"_s, file);
     QCOMPARE(record.size(), 448);
     QCOMPARE(record.left(4), QByteArray("\xC0\x01\x00\x00", 4));
     QCOMPARE(record.mid(4, 16),
@@ -131,7 +130,7 @@ void TestVersionRecord::versionSectionHoldsTheRecord()
 void TestVersionRecord::reservedBlockStartsWithItsMark()
 {
     QFETCH(QString, file);
-    const QByteArray block = contentsOf(QStringLiteral(".qarvo"), file);
+    const QByteArray block = contentsOf(".qarvo"_s, file);
     QCOMPARE(block, QByteArray("\xDE\xAD\xC0\xDE", 4) + QByteArray(1020, '\0'));
 }
 

@@ -49,7 +49,7 @@ void TestEndToEndTour::tickedFilesAreOverwrittenAndUntickedOnesSurvive()
     for (auto file = sizes.cbegin(); file != sizes.cend(); ++file)
         tree->makeHardLink("second-links/"_s + file.key().section(QLatin1Char('/'), -1),
                            tree->makeFile(file.key(), file.value()));
-    const QStringList victims{tree->path("film.mkv"), tree->path("letter.txt"),
+    const QStringList victims{tree->path("letter.txt"), tree->path("film.mkv"),
                               tree->path("notes.txt"), tree->path("tax")};
     const QString spared = tree->makeFile("cat.jpg", 5000);
     const int row = victims.size();
@@ -100,7 +100,7 @@ bool TestEndToEndTour::shred()
         return false;
     step("question");
     shredder->clickIn(*shredder->waitForDialog(), dialog::questionOk);
-    eventually([&] { return !entryExists(tree->path("film.mkv")); });
+    eventually([&] { return !entryExists(tree->path("letter.txt")); });
     step("shredding");
     const bool reported = isDrawn(shredder->waitForDialog());
     step("result");
