@@ -42,8 +42,7 @@ void TestEndToEndAccessibility::initTestCase()
 
 void TestEndToEndAccessibility::everyControlHasAName()
 {
-    QVERIFY(openWith());
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear();
     QVERIFY(window);
     const QStringList words = window->readAloud();
     QCOMPARE(words.first(), "frame: Brenvale - 文件粉碎机"_s);
@@ -60,8 +59,7 @@ void TestEndToEndAccessibility::everyControlHasAName()
 void TestEndToEndAccessibility::rowTellsNameFolderAndTick()
 {
     const QString name = "信件 <b>一，有一个很长很长很长很长很长很长的名字.txt"_s;
-    QVERIFY(openWith({tree->makeFile(name, 1), tree->makeFolder("folder")}));
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear({tree->makeFile(name, 1), tree->makeFolder("folder")});
     QVERIFY(window);
     const auto first = window->find(row, name);
     const auto second = window->find(row, "folder"_s);
@@ -83,8 +81,7 @@ void TestEndToEndAccessibility::rowTellsNameFolderAndTick()
 void TestEndToEndAccessibility::rowTellsItsProgress()
 {
     const QString folder = makeBusyFolder();
-    QVERIFY(openWith({folder}));
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear({folder});
     QVERIFY(window);
     const auto entry = window->find(row, "folder"_s);
     QVERIFY(entry && window->press("粉碎文件"_s));
@@ -104,8 +101,7 @@ void TestEndToEndAccessibility::rowTellsItsProgress()
 
 void TestEndToEndAccessibility::arrowKeysTellTheRowTheyReach()
 {
-    QVERIFY(openWith({tree->makeFile("one", 1), tree->makeFile("two", 1)}));
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear({tree->makeFile("one", 1), tree->makeFile("two", 1)});
     QVERIFY(window);
     const auto second = window->find(row, "two"_s);
     QVERIFY(second);
@@ -120,8 +116,7 @@ void TestEndToEndAccessibility::arrowKeysTellTheRowTheyReach()
 void TestEndToEndAccessibility::dialogsTellTheirMessageAndAreAnswered()
 {
     const QString file = tree->makeFile("file", 5000);
-    QVERIFY(openWith({file}));
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear({file});
     QVERIFY(window && window->press("粉碎文件"_s));
     auto message = hear(dialog::title());
     QVERIFY(message);
@@ -152,8 +147,7 @@ void TestEndToEndAccessibility::historyIsReadEntryByEntry()
 {
     constexpr int many = 300;
     user->writeHistory(many);
-    QVERIFY(openWith());
-    const auto window = hear(mainwindow::title());
+    const auto window = openAndHear();
     QVERIFY(window && window->press("查看粉碎记录"_s));
     const auto history = hear("Brenvale - 文件粉碎记录"_s);
     QVERIFY(history);

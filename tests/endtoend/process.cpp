@@ -44,10 +44,7 @@ private:
 void TestEndToEndProcess::secondStartEndsAtOnceAndThePidFileNamesTheFirst()
 {
     // Left behind by an earlier run, and longer than any pid.
-    QFile stale(user->pidFile());
-    QVERIFY(stale.open(QIODevice::WriteOnly));
-    stale.write("123456789012345678901234567890\n");
-    stale.close();
+    QFile::copy(tree->makeFile("stale", "123456789012345678901234567890\n"), user->pidFile());
     QVERIFY(openWith());
     const QByteArray pid = QByteArray::number(shredder->processId());
     QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), pid);
@@ -74,9 +71,8 @@ void TestEndToEndProcess::fileDialogOfADesktopKeepsTheOnlyInstance()
 void TestEndToEndProcess::openGlIsNotLoaded()
 {
     QVERIFY(openWith());
-    QFile maps("/proc/%1/maps"_s.arg(shredder->processId()));
-    QVERIFY(maps.open(QIODevice::ReadOnly));
-    const QByteArray loaded = maps.readAll();
+    const QByteArray loaded =
+        TemporaryTree::contentsOf("/proc/%1/maps"_s.arg(shredder->processId()));
     QVERIFY(loaded.contains("libqxcb.so"));
     QVERIFY(!loaded.contains("libqxcb-glx-integration.so"));
     QVERIFY(!loaded.contains("libGLX_mesa.so"));

@@ -28,21 +28,9 @@ QImage background(const char *name)
         .convertToFormat(QImage::Format_RGB32);
 }
 
-const QRgb *pixelsAt(const QImage &picture, const QPoint &place)
+const QRgb *lineOf(const QImage &picture, int y)
 {
-    return reinterpret_cast<const QRgb *>(picture.constScanLine(place.y())) + place.x();
-}
-
-/// Whether the window with the background @p image is at @p place of @p screen: by its upper
-/// edge up to the buttons, and by its lower.
-bool isAt(const QPoint &place, const QImage &image, const QImage &screen)
-{
-    constexpr int buttons = 40;
-    const QPoint lastRow(0, image.height() - 1);
-    const QRgb *upper = pixelsAt(image, QPoint());
-    const QRgb *lower = pixelsAt(image, lastRow);
-    return std::equal(upper, upper + image.width() - buttons, pixelsAt(screen, place))
-           && std::equal(lower, lower + image.width(), pixelsAt(screen, place + lastRow));
+    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
 }
 
 } // namespace
@@ -53,7 +41,6 @@ class TestEndToEndWayland : public EndToEndTest
 
 private slots:
     void initTestCase();
-    void cleanupTestCase() { compositor.end(); }
 
     void runGoesFromTheFileDialogToTheReport();
     void mainWindowFollowsItsStrip();
@@ -86,12 +73,10 @@ void TestEndToEndWayland::initTestCase()
 bool TestEndToEndWayland::startCompositor()
 {
     const QProcessEnvironment environment = desktop.environment();
-    compositor.setProcessEnvironment(environment);
-    compositor.setStandardOutputFile(QProcess::nullDevice());
-    compositor.setStandardErrorFile(QProcess::nullDevice());
-    compositor.start("weston"_s, {"--backend=x11-backend.so"_s, "--use-pixman"_s, "--no-config"_s,
-                                  "--idle-time=0"_s, "--width=1500"_s, "--height=900"_s,
-                                  "--socket=wayland-shredder"_s});
+    compositor.startIn(environment,
+                       wordsOf("weston --backend=x11-backend.so --use-pixman --no-config"
+                               " --idle-time=0 --width=1500 --height=900"
+                               " --socket=wayland-shredder"_s));
     const QString socket = environment.value("XDG_RUNTIME_DIR"_s) + "/wayland-shredder"_s;
     QProcessEnvironment variables;
     variables.insert("WAYLAND_DISPLAY"_s, socket);
@@ -139,14 +124,22 @@ void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
     QCOMPARE(shredder->waitForEnd().value_or(-1), 0);
 }
 
+/// Where the window with the background @p image is: by its upper edge up to the buttons, and by
+/// its lower.
 std::optional<QPoint> TestEndToEndWayland::placeOf(const QImage &image) const
 {
+    constexpr int buttons = 40;
     const QImage screen = desktop.picture();
+    const QRgb *upper = lineOf(image, 0);
+    const QRgb *lower = lineOf(image, image.height() - 1);
     for (int y = 0; y <= screen.height() - image.height(); ++y) {
-        for (int x = 0; x <= screen.width() - image.width(); ++x) {
-            if (isAt(QPoint(x, y), image, screen))
-                return QPoint(x, y);
-        }
+        const QRgb *line = lineOf(screen, y);
+        const QRgb *found =
+            std::search(line, line + screen.width(), upper, upper + image.width() - buttons);
+        const auto x = found - line;
+        if (x <= screen.width() - image.width()
+            && std::equal(lower, lower + image.width(), lineOf(screen, y + image.height() - 1) + x))
+            return QPoint(static_cast<int>(x), y);
     }
     return std::nullopt;
 }

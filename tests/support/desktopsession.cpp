@@ -47,8 +47,7 @@ bool DesktopSession::startMonitors(const QSize &left, const QSize &right)
 bool DesktopSession::startDisplay(TiedProcess &process, const QStringList &command)
 {
     process.setWorkingDirectory(scratch.path());
-    process.startIn(environment(), command.first(),
-                    command.mid(1) + wordsOf("-displayfd 1 -nolisten tcp -ac -noreset"_s));
+    process.startIn(environment(), command + wordsOf("-displayfd 1 -nolisten tcp -ac -noreset"_s));
     const QByteArray number = process.firstLine();
     if (number.isEmpty())
         problemText = "no virtual X server: "_s + process.errorString();
@@ -58,7 +57,7 @@ bool DesktopSession::startDisplay(TiedProcess &process, const QStringList &comma
 
 bool DesktopSession::startWindowManager()
 {
-    windowManager.startIn(environment(), "openbox"_s, {"--sm-disable"_s});
+    windowManager.startIn(environment(), {"openbox"_s, "--sm-disable"_s});
     const bool announced = eventually(
         [this] { return run("xprop -root _NET_SUPPORTING_WM_CHECK"_s).contains("window id"); });
     if (!announced)
@@ -106,17 +105,17 @@ void DesktopSession::drag(const QPoint &from, const QPoint &to, int button) cons
 void DesktopSession::type(const QString &text) const
 {
     // Not at the pace of a typist.
-    outputOf("xdotool"_s, {"type"_s, "--delay"_s, "1"_s, "--"_s, text}, environment());
+    outputOf(wordsOf("xdotool type --delay 1 --"_s) << text, environment());
 }
 
 QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) const
 {
-    QStringList search = wordsOf("search --all --onlyvisible --pid %1 --name"_s, pid);
-    search << (title.isEmpty() ? QString() : QLatin1Char('^') + title + QLatin1Char('$'));
+    QStringList search = wordsOf("xdotool search --all --onlyvisible --pid %1 --name"_s, pid);
+    search << (title.isEmpty() ? QString() : "^%1$"_s.arg(title));
     QVector<WindowId> windows;
     // A window that goes while all are searched ends the search without an answer.
     for (int attempt = 0; attempt < 2 && windows.isEmpty(); ++attempt) {
-        const auto lines = outputOf("xdotool"_s, search, environment()).split('\n');
+        const auto lines = outputOf(search, environment()).split('\n');
         for (const QByteArray &line : lines) {
             if (!line.isEmpty())
                 windows.append(line.toUInt());

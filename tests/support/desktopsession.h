@@ -38,13 +38,11 @@ public:
     QProcessEnvironment environment() const;
     /// Has every program started from now on find @p variables in its environment too.
     void addVariables(const QProcessEnvironment &variables) { additions.insert(variables); }
-    /// Runs @p command for this display, with @p values in its places, and returns what it
-    /// prints. No word has a blank in it.
+    /// Runs a command for this display and returns what it prints; see wordsOf().
     template <typename... Values>
     QByteArray run(const QString &command, Values... values) const
     {
-        const QStringList words = wordsOf(command, values...);
-        return outputOf(words.first(), words.mid(1), environment());
+        return outputOf(wordsOf(command, values...), environment());
     }
 
     void movePointer(const QPoint &place) const
@@ -84,12 +82,6 @@ public:
     bool savePicture(const QString &file) const;
 
 private:
-    template <typename... Values>
-    static QStringList wordsOf(QString command, Values... values)
-    {
-        ((command = command.arg(values)), ...);
-        return command.split(QLatin1Char(' '));
-    }
     bool startServer(const QSize &size, int dotsPerInch);
     bool startMonitors(const QSize &left, const QSize &right);
     bool startDisplay(TiedProcess &process, const QStringList &command);

@@ -87,6 +87,11 @@ std::optional<HeardNode> EndToEndTest::hear(const QString &title) const
     return reader.waitForWindow(shredder->processId(), title);
 }
 
+std::optional<HeardNode> EndToEndTest::openAndHear(const QStringList &paths)
+{
+    return openWith(paths) ? hear(mainwindow::title()) : std::nullopt;
+}
+
 QString EndToEndTest::makeBusyFolder() const
 {
     constexpr int eachOwn = 50;

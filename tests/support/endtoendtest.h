@@ -50,6 +50,8 @@ protected:
     bool startReader();
     /// The shredder's window of that title, once it is there.
     std::optional<HeardNode> hear(const QString &title) const;
+    /// The window with rows for @p paths, as it is heard.
+    std::optional<HeardNode> openAndHear(const QStringList &paths = {});
     /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
     /// those are made quickly, and among them some files of their own.
     QString makeBusyFolder() const;

@@ -7,7 +7,9 @@
 #include "inventory.h"
 
 #include <cstdio>
+#include <utility>
 
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,13 +19,13 @@ namespace testsupport
 namespace
 {
 
-[[noreturn]] void live(const QString &lockPath, int answer, int life)
+[[noreturn]] void live(const QString &lockPath, int parent)
 {
     const int before = openDescriptors();
     const int lockResult = instancelock::acquireInstanceLock(lockPath);
     char bytes[2] = {static_cast<char>(lockResult), openDescriptors() != before};
-    if (::write(answer, bytes, sizeof bytes) == sizeof bytes)
-        static_cast<void>(::read(life, bytes, 1) == 0);
+    if (::write(parent, bytes, sizeof bytes) == sizeof bytes)
+        static_cast<void>(::read(parent, bytes, 1) == 0);
     ::_exit(0);
 }
 
@@ -31,38 +33,33 @@ namespace
 
 Instance::Instance(const QString &lockPath)
 {
-    int answer[2] = {};
-    int life[2] = {};
-    if (::pipe(answer) != 0 || ::pipe(life) != 0)
-        qFatal("no pipes");
+    int sockets[2] = {};
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0)
+        qFatal("no sockets");
     std::fflush(nullptr); // or an exiting child would print again what waits here
     process = ::fork();
     if (process == -1)
         qFatal("no child process");
     if (process == 0) {
-        ::close(answer[0]);
-        ::close(life[1]);
-        live(lockPath, answer[1], life[0]);
+        ::close(sockets[0]);
+        live(lockPath, sockets[1]);
     }
-    ::close(answer[1]);
-    ::close(life[0]);
-    lifeline = life[1];
+    ::close(sockets[1]);
+    lifeline = sockets[0];
     char bytes[2] = {};
-    if (::read(answer[0], bytes, sizeof bytes) == sizeof bytes) {
+    if (::read(lifeline, bytes, sizeof bytes) == sizeof bytes) {
         result = bytes[0];
         openFile = bytes[1] != 0;
     }
-    ::close(answer[0]);
 }
 
 int Instance::end()
 {
-    if (!ended) {
-        ::close(lifeline);
+    if (lifeline != -1) {
+        ::close(std::exchange(lifeline, -1));
         int state = 0;
         ::waitpid(process, &state, 0);
         status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
-        ended = true;
     }
     return status;
 }

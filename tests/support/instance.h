@@ -32,7 +32,6 @@ private:
     pid_t process = -1;
     int lifeline = -1;
     bool openFile = false;
-    bool ended = false;
     int result = -1;
     int status = -1;
 };

@@ -40,7 +40,7 @@ void RunningShredder::start()
         process.setWorkingDirectory(user.home());
     }
     process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);
-    process.startIn(environment, command.first(), command.mid(1));
+    process.startIn(environment, command);
 }
 
 bool RunningShredder::openWindow()
@@ -147,7 +147,8 @@ QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForCo
         };
         return eventually(printedSoFar, milliseconds);
     };
-    source.startIn(desktop.environment(), QStringLiteral(DRAG_SOURCE_PROGRAM), dragArguments);
+    source.startIn(desktop.environment(),
+                   QStringList{QStringLiteral(DRAG_SOURCE_PROGRAM)} + dragArguments);
     if (!prints("ready"))
         return "no source";
 

@@ -112,8 +112,7 @@ bool ScreenReader::isInstalled()
 
 bool ScreenReader::start(const QProcessEnvironment &environment)
 {
-    sessionBus.startIn(environment, "dbus-daemon"_s,
-                       {"--session"_s, "--nofork"_s, "--print-address"_s});
+    sessionBus.startIn(environment, wordsOf("dbus-daemon --session --nofork --print-address"_s));
     sessionAddress = QString::fromUtf8(sessionBus.firstLine());
     const QDBusConnection session = QDBusConnection::connectToBus(sessionAddress, sessionName);
     // The session bus starts the accessibility bus when it is asked for.

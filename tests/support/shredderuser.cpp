@@ -47,7 +47,7 @@ QString ShredderUser::reachable(const QString &program) const
         return program;
     QString copy = directory.path(QFileInfo(program).fileName());
     QFile::copy(program, copy);
-    outputOf("chown"_s, {"-R"_s, "%1:%1"_s.arg(uid), directory.path()},
+    outputOf({"chown"_s, "-R"_s, "%1:%1"_s.arg(uid), directory.path()},
              QProcessEnvironment::systemEnvironment());
     return copy;
 }

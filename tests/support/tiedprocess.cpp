@@ -13,11 +13,10 @@
 namespace testsupport
 {
 
-void TiedProcess::startIn(const QProcessEnvironment &environment, const QString &program,
-                          const QStringList &arguments)
+void TiedProcess::startIn(const QProcessEnvironment &environment, const QStringList &command)
 {
     setProcessEnvironment(environment);
-    start(program, arguments);
+    start(command.first(), command.mid(1));
     waitForStarted();
 }
 
@@ -51,13 +50,12 @@ bool isInstalled(const QString &program)
     return !QStandardPaths::findExecutable(program).isEmpty();
 }
 
-QByteArray outputOf(const QString &command, const QStringList &arguments,
-                    const QProcessEnvironment &environment)
+QByteArray outputOf(const QStringList &command, const QProcessEnvironment &environment)
 {
     TiedProcess process;
-    process.startIn(environment, command, arguments);
+    process.startIn(environment, command);
     if (!process.waitForFinished())
-        qWarning("%s: %s", qPrintable(command), qPrintable(process.errorString()));
+        qWarning("%s: %s", qPrintable(command.first()), qPrintable(process.errorString()));
     return process.readAllStandardOutput();
 }
 

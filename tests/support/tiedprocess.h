@@ -18,9 +18,7 @@ class TiedProcess : public QProcess
 public:
     ~TiedProcess() override { end(); }
 
-    /// Starts @p program, whose messages nobody reads unless they have a file by now.
-    void startIn(const QProcessEnvironment &environment, const QString &program,
-                 const QStringList &arguments);
+    void startIn(const QProcessEnvironment &environment, const QStringList &command);
     /// Waits for the first line that the process prints; empty when it ends without one.
     QByteArray firstLine();
     /// Asks the process to end, waits, and kills it if it does not.
@@ -33,7 +31,14 @@ protected:
 bool isInstalled(const QString &program);
 
 /// Runs a short command to its end and returns what it printed.
-QByteArray outputOf(const QString &command, const QStringList &arguments,
-                    const QProcessEnvironment &environment);
+QByteArray outputOf(const QStringList &command, const QProcessEnvironment &environment);
+
+/// The words of a command, which are apart by blanks, with @p values in its places.
+template <typename... Values>
+QStringList wordsOf(QString command, Values... values)
+{
+    ((command = command.arg(values)), ...);
+    return command.split(QLatin1Char(' '));
+}
 
 } // namespace testsupport
