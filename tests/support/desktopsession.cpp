@@ -124,6 +124,13 @@ QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) co
     return windows;
 }
 
+TiedProcess &DesktopSession::dragSource()
+{
+    if (source.state() == QProcess::NotRunning)
+        source.startIn(environment(), {QStringLiteral(DRAG_SOURCE_PROGRAM)});
+    return source;
+}
+
 QRect DesktopSession::geometryOf(WindowId window) const
 {
     static const QRegularExpression answer("X=(.+)\nY=(.+)\nWIDTH=(.+)\nHEIGHT=(.+)\n"_s);

@@ -72,6 +72,8 @@ public:
     /// Asks as the window manager does when the user closes a window.
     void closeByWindowManager(WindowId window) const { run("wmctrl -i -c %1"_s, window); }
 
+    /// The other program of a drag (see dragsource.cpp), from the first drag on.
+    TiedProcess &dragSource();
     QString clipboardText() const
     {
         return QString::fromUtf8(run("xclip -o -selection clipboard"_s));
@@ -95,6 +97,7 @@ private:
     TiedProcess server;
     TiedProcess monitors;
     TiedProcess windowManager;
+    TiedProcess source;
 };
 
 /// True when every pixel is the same in both.

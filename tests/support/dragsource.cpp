@@ -2,22 +2,28 @@
 // SPDX-License-Identifier: MIT
 
 // The other program of a drag: a small window at 100, 100 from which the pointer drags
-// files, raw URLs or plain text. A copy is offered and proposed, unless a move is
-// proposed beside it or is all that is offered.
+// what a line of standard input says, its words apart by tabs:
 //
-//     dragsource [--propose-move|--offer-move|--url|--text] CONTENT...
+//     [--propose-move|--offer-move|--url|--text] CONTENT...
 //
-// It prints "ready" once, and for each drag "begin", "over ACTION" whenever the target
-// under the pointer changes its mind, and "end ACTION" with what the drop came to. The
-// target may fetch the data after that. ACTION is copy, move or ignore.
+// Files, a raw URL or plain text; a copy is offered and proposed, unless a move is
+// proposed beside it or is all that is offered. The program prints "ready", "begin",
+// "over ACTION" whenever the target changes its mind, and "end ACTION" with what the
+// drop came to; then its window goes. ACTION is copy, move or ignore.
 
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QSocketNotifier>
 #include <QTextStream>
 #include <QUrl>
 #include <QWidget>
+
+#include <iostream>
+#include <string>
+
+#include <unistd.h>
 
 namespace
 {
@@ -30,14 +36,23 @@ void print(const char *event, Qt::DropAction action)
     QTextStream(stdout) << event << ' ' << name << '\n';
 }
 
-// Lives on the GUI thread; main() owns it.
 class DragSource : public QWidget
 {
 public:
-    QList<QUrl> urls;
-    QString text;
-    Qt::DropActions offered = Qt::CopyAction;
-    Qt::DropAction proposed = Qt::CopyAction;
+    DragSource()
+    {
+        // Without the window manager's help the window stands exactly where asked.
+        setWindowFlags(Qt::X11BypassWindowManagerHint);
+        setGeometry(100, 100, 120, 80);
+    }
+
+    void offer(const QString &line)
+    {
+        words = line.split(QLatin1Char('\t'));
+        kind = words.first().startsWith(QLatin1String("--")) ? words.takeFirst() : QString();
+        announced = false;
+        show();
+    }
 
 protected:
     void paintEvent(QPaintEvent *event) override
@@ -58,21 +73,38 @@ protected:
     }
 
 private:
+    QMimeData *content() const
+    {
+        auto *mime = new QMimeData;
+        QList<QUrl> urls;
+        for (const QString &word : words)
+            urls << (kind == QLatin1String("--url") ? QUrl(word) : QUrl::fromLocalFile(word));
+        if (kind == QLatin1String("--text"))
+            mime->setText(words.first());
+        else
+            mime->setUrls(urls);
+        return mime;
+    }
+
     void drag()
     {
-        auto *content = new QMimeData;
-        if (!urls.isEmpty())
-            content->setUrls(urls);
-        else
-            content->setText(text);
         auto *drag = new QDrag(this);
-        drag->setMimeData(content);
+        drag->setMimeData(content());
         connect(drag, &QDrag::actionChanged, this,
                 [](Qt::DropAction action) { print("over", action); });
         QTextStream(stdout) << "begin\n";
-        print("end", drag->exec(offered, proposed));
+        const bool moveAlone = kind == QLatin1String("--offer-move");
+        const bool moves = moveAlone || kind == QLatin1String("--propose-move");
+        const Qt::DropActions offered = moveAlone ? Qt::MoveAction
+                                        : moves   ? Qt::CopyAction | Qt::MoveAction
+                                                  : Qt::CopyAction;
+        const Qt::DropAction done = drag->exec(offered, moves ? Qt::MoveAction : Qt::CopyAction);
+        hide();
+        print("end", done);
     }
 
+    QStringList words;
+    QString kind;
     QPoint pressed;
     bool announced = false;
 };
@@ -82,27 +114,15 @@ private:
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    QStringList words = QApplication::arguments().mid(1);
-    const QString kind =
-        words.value(0).startsWith(QLatin1String("--")) ? words.takeFirst() : QString();
-
+    QApplication::setQuitOnLastWindowClosed(false);
     DragSource source;
-    if (kind == QLatin1String("--text")) {
-        source.text = words.join(QLatin1Char(' '));
-    } else {
-        const bool raw = kind == QLatin1String("--url");
-        for (const QString &item : qAsConst(words))
-            source.urls.append(raw ? QUrl(item) : QUrl::fromLocalFile(item));
-    }
-    if (kind == QLatin1String("--propose-move"))
-        source.offered |= Qt::MoveAction;
-    if (kind == QLatin1String("--offer-move"))
-        source.offered = Qt::MoveAction;
-    if (source.offered & Qt::MoveAction)
-        source.proposed = Qt::MoveAction;
-    // Without the window manager's help the window stands exactly where asked.
-    source.setWindowFlags(Qt::X11BypassWindowManagerHint);
-    source.setGeometry(100, 100, 120, 80);
-    source.show();
+    QSocketNotifier orders(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&orders, &QSocketNotifier::activated, &source, [&] {
+        std::string line;
+        if (std::getline(std::cin, line))
+            source.offer(QString::fromStdString(line));
+        else
+            QApplication::quit();
+    });
     return QApplication::exec();
 }

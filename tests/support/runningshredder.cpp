@@ -32,10 +32,9 @@ void RunningShredder::start()
     if (user.isSomebodyElse()) {
         // The change of user is made outside the sandbox's passwd file; what the
         // program is to see comes after it.
-        command =
-            "setpriv --reuid=%1 --regid=%1 --clear-groups --pdeathsig=KILL env"_s.arg(user.id())
-                .split(QLatin1Char(' '))
-            + environment.toStringList() + command;
+        command = wordsOf("setpriv --reuid=%1 --regid=%1 --clear-groups --pdeathsig=KILL env"_s,
+                          user.id())
+                  + environment.toStringList() + command;
         environment = desktop.environment();
         process.setWorkingDirectory(user.home());
     }
@@ -138,7 +137,7 @@ bool RunningShredder::refuses(const QStringList &dragArguments)
 
 QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
 {
-    TiedProcess &source = dragSources.emplace_back();
+    TiedProcess &source = desktop.dragSource();
     QByteArray printed;
     const auto prints = [&](const char *words, int milliseconds = patience) {
         const auto printedSoFar = [&] {
@@ -147,8 +146,7 @@ QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForCo
         };
         return eventually(printedSoFar, milliseconds);
     };
-    source.startIn(desktop.environment(),
-                   QStringList{QStringLiteral(DRAG_SOURCE_PROGRAM)} + dragArguments);
+    source.write(dragArguments.join(QLatin1Char('\t')).toUtf8() + '\n');
     if (!prints("ready"))
         return "no source";
 

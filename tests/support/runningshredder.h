@@ -11,7 +11,6 @@
 #include "shredderuser.h"
 #include "windowmap.h"
 
-#include <deque>
 #include <optional>
 
 namespace testsupport
@@ -20,7 +19,7 @@ namespace testsupport
 class RunningShredder
 {
 public:
-    RunningShredder(const DesktopSession &onDesktop, const ShredderUser &asUser)
+    RunningShredder(DesktopSession &onDesktop, const ShredderUser &asUser)
         : desktop(onDesktop)
         , user(asUser)
     {
@@ -79,10 +78,9 @@ private:
     /// What the source of the drag says of its end.
     QByteArray drag(const QStringList &dragArguments, int waitForConsent);
 
-    const DesktopSession &desktop;
+    DesktopSession &desktop;
     const ShredderUser &user;
     TiedProcess process;
-    std::deque<TiedProcess> dragSources; ///< all of them, as data are fetched after a drag is over
     WindowId window = 0;
     QRect windowOnScreen = mainwindow::onScreen;
     QImage freshWindow;
