@@ -37,7 +37,7 @@ void TestEndToEndAccessibility::initTestCase()
     if (!ScreenReader::isInstalled())
         QSKIP("needs dbus-daemon and at-spi2-core");
     EndToEndTest::initTestCase();
-    QVERIFY(startReader());
+    QVERIFY(reader.start(desktop));
 }
 
 void TestEndToEndAccessibility::everyControlHasAName()

@@ -22,6 +22,7 @@ using namespace testsupport;
 namespace
 {
 
+constexpr int files = 3000;
 constexpr quint32 seed = 20261121;
 
 int wantedEnds()
@@ -71,19 +72,20 @@ void TestEndToEndEnds::endDuringARun()
     QFETCH(int, way);
     QFETCH(QList<int>, outcomes);
     int unfinished = 0;
-    // All in one home: each start comes right after the end of the one before.
-    for (int round = 0; round < wantedEnds(); ++round) {
+    // All in one home: each start comes right after the end of the one before. Once in a while a
+    // run is over before its end comes.
+    for (int round = 0; round < wantedEnds() || unfinished == 0; ++round) {
         tree = std::make_unique<TemporaryTree>();
         shredder = std::make_unique<RunningShredder>(desktop, *user);
         QFile::remove(user->historyFile());
-        const QString folder = makeBusyFolder();
+        const QString folder = makeBusyFolder(files);
         tree->makeFile("outside/folder/kept", 100);
         tree->makeLink("folder/link", tree->path("outside/folder"));
         const QStringList outside = inventoryOf(tree->path("outside"));
 
         QVERIFY(openWith({folder}));
         QVERIFY(shredder->startShredding());
-        const int entries = random.bounded(busyNames / 4);
+        const int entries = random.bounded(files / 3);
         QVERIFY(eventually([&] { return user->history().count('\n') >= 3 * entries; }));
         end(way);
         const std::optional<int> outcome = shredder->waitForEnd();
@@ -96,7 +98,6 @@ void TestEndToEndEnds::endDuringARun()
         unfinished += entryExists(folder) ? 1 : 0;
     }
     qInfo("%d ends, %d of them before the run was over", wantedEnds(), unfinished);
-    QVERIFY(unfinished > 0);
 }
 
 void TestEndToEndEnds::end(int way) const
@@ -130,7 +131,7 @@ void TestEndToEndEnds::checkHistory() const
         QVERIFY(!entryExists(lines.at(first + 2) + QLatin1Char('/') + lines.at(first + 1)));
         recorded += !isFolder && lines.at(first + 1) != QLatin1String("link") ? 1 : 0;
     }
-    const int gone = busyNames - QDir(folder).entryList(QDir::Files).size();
+    const int gone = files - QDir(folder).entryList(QDir::Files).size();
     QVERIFY2(gone - recorded <= 1, qPrintable(QString::number(gone - recorded)));
 }
 

@@ -28,7 +28,7 @@ void TestEndToEndFileManager::initTestCase()
 {
     EndToEndTest::initTestCase();
     if (ScreenReader::isInstalled())
-        QVERIFY(startReader());
+        QVERIFY(reader.start(desktop));
 }
 
 void TestEndToEndFileManager::whatAFileManagerDragsBecomesRows()

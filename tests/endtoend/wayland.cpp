@@ -22,9 +22,9 @@ namespace
 constexpr QPoint grip(200, 20);
 
 /// The background @p name of a window, as it looks on the screen.
-QImage background(const char *name)
+QImage background(const QString &name)
 {
-    return QImage(QStringLiteral(IMAGE_FOLDER "/%1.png").arg(QString::fromLatin1(name)))
+    return QImage(QStringLiteral(IMAGE_FOLDER "/%1.png").arg(name))
         .convertToFormat(QImage::Format_RGB32);
 }
 
@@ -66,7 +66,7 @@ void TestEndToEndWayland::initTestCase()
                            + "/platforms/libqwayland-generic.so"_s))
         QSKIP("needs qtwayland5");
     EndToEndTest::initTestCase();
-    QVERIFY(startReader());
+    QVERIFY(reader.start(desktop));
     QVERIFY(startCompositor());
 }
 
@@ -110,9 +110,7 @@ void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
 {
     const QString file = tree->makeFile("file", 5000);
     const auto window = openWithRow(file);
-    QVERIFY(window);
-
-    QVERIFY(window->press("粉碎文件"_s));
+    QVERIFY(window && window->press("粉碎文件"_s));
     auto message = hear(dialog::title());
     QVERIFY(message && message->press("确定"_s));
     QTRY_VERIFY_WITH_TIMEOUT(
@@ -191,7 +189,7 @@ void TestEndToEndWayland::mainWindowFollowsItsStrip()
 {
     shredder->start();
     QVERIFY(hear(mainwindow::title()));
-    const QImage image = background("bk");
+    const QImage image = background("bk"_s);
     const QPoint start = restingPlaceOf(image);
     QVERIFY(!start.isNull());
     desktop.movePointer(QPoint());
@@ -206,16 +204,14 @@ void TestEndToEndWayland::historyWindowFollowsItsStrip()
     shredder->start();
     const auto window = hear(mainwindow::title());
     QVERIFY(window && window->press("查看粉碎记录"_s));
-    dragByTheStrip(background("bk_history"));
+    dragByTheStrip(background("bk_history"_s));
 }
 
 void TestEndToEndWayland::dialogFollowsItsStrip()
 {
-    const QString file = tree->makeFile("file", 5000);
-    const auto window = openWithRow(file);
-    QVERIFY(window);
-    QVERIFY(window->press("粉碎文件"_s));
-    dragByTheStrip(background("bk_dialog"));
+    const auto window = openWithRow(tree->makeFile("file", 5000));
+    QVERIFY(window && window->press("粉碎文件"_s));
+    dragByTheStrip(background("bk_dialog"_s));
 }
 
 TEST_SUITE(wayland, TestEndToEndWayland)

@@ -9,10 +9,11 @@
 // Files, a raw URL or plain text; a copy is offered and proposed, unless a move is
 // proposed beside it or is all that is offered. The program prints "ready", "begin",
 // "over ACTION" whenever the target changes its mind, and "end ACTION" with what the
-// drop came to; then its window goes. ACTION is copy, move or ignore.
+// drop came to, a Qt::DropAction; then its window goes.
 
 #include <QApplication>
 #include <QDrag>
+#include <QMetaEnum>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QSocketNotifier>
@@ -30,10 +31,8 @@ namespace
 
 void print(const char *event, Qt::DropAction action)
 {
-    const char *name = action == Qt::CopyAction   ? "copy"
-                       : action == Qt::MoveAction ? "move"
-                                                  : "ignore";
-    QTextStream(stdout) << event << ' ' << name << '\n';
+    const auto names = QMetaEnum::fromType<Qt::DropAction>();
+    QTextStream(stdout) << event << ' ' << names.valueToKey(action) << '\n';
 }
 
 class DragSource : public QWidget

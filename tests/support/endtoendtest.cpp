@@ -75,28 +75,16 @@ bool EndToEndTest::closeEndsWell()
     return shredder->waitForEnd() == 0;
 }
 
-bool EndToEndTest::startReader()
-{
-    const bool started = reader.start(desktop.environment());
-    desktop.addVariables(reader.variables());
-    return started;
-}
-
-std::optional<HeardNode> EndToEndTest::hear(const QString &title) const
-{
-    return reader.waitForWindow(shredder->processId(), title);
-}
-
 std::optional<HeardNode> EndToEndTest::openAndHear(const QStringList &paths)
 {
     return openWith(paths) ? hear(mainwindow::title()) : std::nullopt;
 }
 
-QString EndToEndTest::makeBusyFolder() const
+QString EndToEndTest::makeBusyFolder(int names) const
 {
     constexpr int eachOwn = 50;
     const QString shared = tree->makeFile("shared", 8192);
-    for (int i = 0; i < busyNames; ++i) {
+    for (int i = 0; i < names; ++i) {
         if (i % eachOwn == 0)
             tree->makeFile("folder/own-%1"_s.arg(i), 8192);
         else

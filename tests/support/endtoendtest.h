@@ -46,15 +46,16 @@ protected:
     bool escape();
     /// Clicks the close button and waits for the end with status 0.
     bool closeEndsWell();
-    /// Has every shredder from now on be heard by the reader.
-    bool startReader();
-    /// The shredder's window of that title, once it is there.
-    std::optional<HeardNode> hear(const QString &title) const;
+    /// The window of that title, once it is there.
+    std::optional<HeardNode> hear(const QString &title) const
+    {
+        return reader.waitForWindow(title);
+    }
     /// The window with rows for @p paths, as it is heard.
     std::optional<HeardNode> openAndHear(const QStringList &paths = {});
     /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
     /// those are made quickly, and among them some files of their own.
-    QString makeBusyFolder() const;
+    QString makeBusyFolder(int names = busyNames) const;
     /// Whether each file of its own that is left in the busy folder is as it was made.
     bool spareFilesAreWhole() const;
 

@@ -123,16 +123,16 @@ std::optional<QImage> RunningShredder::untick(int row)
 bool RunningShredder::drop(const QStringList &dragArguments)
 {
     const QByteArray outcome = drag(dragArguments, patience);
-    if (outcome != "end copy\n")
+    if (outcome != "end CopyAction\n")
         qInfo("the drop came to: %s", outcome.constData());
-    return outcome == "end copy\n";
+    return outcome == "end CopyAction\n";
 }
 
 bool RunningShredder::refuses(const QStringList &dragArguments)
 {
     // A target that refuses a drag never says so; there is nothing to wait for but time.
     constexpr int hoverTime = 500;
-    return drag(dragArguments, hoverTime) == "end ignore\n";
+    return drag(dragArguments, hoverTime) == "end IgnoreAction\n";
 }
 
 QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForConsent)
@@ -157,7 +157,7 @@ QByteArray RunningShredder::drag(const QStringList &dragArguments, int waitForCo
     const bool begun = prints("begin");
     // Where the empty table's hint is not, so that pictures of it are not spoilt.
     desktop.carryPointer(grip, windowOnScreen.topLeft() + QPoint(500, 400));
-    prints("over copy", waitForConsent);
+    prints("over CopyAction", waitForConsent);
     screenBefore = desktop.picture();
     desktop.releaseButton();
     if (!begun || !prints("end "))

@@ -6,7 +6,6 @@
 #include "eventually.h"
 
 #include <QDBusArgument>
-#include <QDBusConnectionInterface>
 #include <QFileInfo>
 
 namespace testsupport
@@ -110,10 +109,16 @@ bool ScreenReader::isInstalled()
            && QFileInfo::exists("/usr/share/dbus-1/services/org.a11y.Bus.service"_s);
 }
 
-bool ScreenReader::start(const QProcessEnvironment &environment)
+bool ScreenReader::start(DesktopSession &desktop)
 {
-    sessionBus.startIn(environment, wordsOf("dbus-daemon --session --nofork --print-address"_s));
-    sessionAddress = QString::fromUtf8(sessionBus.firstLine());
+    sessionBus.startIn(desktop.environment(),
+                       wordsOf("dbus-daemon --session --nofork --print-address"_s));
+    const QString sessionAddress = QString::fromUtf8(sessionBus.firstLine());
+    QProcessEnvironment variables;
+    variables.insert("DBUS_SESSION_BUS_ADDRESS"_s, sessionAddress);
+    // Qt would else wait until a screen reader says that it is there.
+    variables.insert("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, "1"_s);
+    desktop.addVariables(variables);
     const QDBusConnection session = QDBusConnection::connectToBus(sessionAddress, sessionName);
     // The session bus starts the accessibility bus when it is asked for.
     const QDBusReply<QString> address = session.call(QDBusMessage::createMethodCall(
@@ -152,35 +157,18 @@ void ScreenReader::hear(const QDBusMessage &announcement)
                          announcement.arguments().value(0).toString());
 }
 
-QProcessEnvironment ScreenReader::variables() const
-{
-    QProcessEnvironment variables;
-    variables.insert("DBUS_SESSION_BUS_ADDRESS"_s, sessionAddress);
-    // Qt would else wait until a screen reader says that it is there.
-    variables.insert("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, "1"_s);
-    return variables;
-}
-
-QVector<HeardNode> ScreenReader::windowsOf(qint64 pid) const
+std::optional<HeardNode> ScreenReader::waitForWindow(const QString &name) const
 {
     const HeardNode registry(*accessibilityBus, registryName, "/org/a11y/atspi/accessible/root"_s);
-    QVector<HeardNode> windows;
-    const QVector<HeardNode> programs = registry.children();
-    for (const HeardNode &program : programs) {
-        if (accessibilityBus->interface()->servicePid(program.owner()) == pid)
-            windows += program.children();
-    }
-    return windows;
-}
-
-std::optional<HeardNode> ScreenReader::waitForWindow(qint64 pid, const QString &name) const
-{
     std::optional<HeardNode> found;
     eventually([&] {
-        const QVector<HeardNode> windows = windowsOf(pid);
-        for (const HeardNode &window : windows) {
-            if (window.name() == name && window.isShowing())
-                found = window;
+        const QVector<HeardNode> programs = registry.children();
+        for (const HeardNode &program : programs) {
+            const QVector<HeardNode> windows = program.children();
+            for (const HeardNode &window : windows) {
+                if (window.name() == name && window.isShowing())
+                    found = window;
+            }
         }
         return found.has_value();
     });

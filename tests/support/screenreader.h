@@ -7,8 +7,7 @@
 
 #pragma once
 
-#include "literals.h"
-#include "tiedprocess.h"
+#include "desktopsession.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -59,8 +58,6 @@ public:
         return ask<bool>("EditableText", "SetTextContents", {contents});
     }
 
-    /// The program's name on the accessibility bus.
-    QString owner() const { return program; }
     /// No other node of any program has the same.
     QString address() const { return program + path; }
 
@@ -92,13 +89,11 @@ public:
     ~ScreenReader() override;
 
     static bool isInstalled();
-    /// Starts both buses; false when that fails.
-    bool start(const QProcessEnvironment &environment);
-    /// What a program needs in its environment to be heard.
-    QProcessEnvironment variables() const;
-
-    /// Waits for a window of process @p pid called @p name.
-    std::optional<HeardNode> waitForWindow(qint64 pid, const QString &name) const;
+    /// Starts both buses, and has every program of @p desktop be heard from now on; false when
+    /// that fails.
+    bool start(DesktopSession &desktop);
+    /// Waits for a program's window called @p name.
+    std::optional<HeardNode> waitForWindow(const QString &name) const;
 
     /// Whether a program has announced of @p node that it changed in @p word: "add", "checked",
     /// "focused", "accessible-value".
@@ -114,10 +109,7 @@ private slots:
 
 private:
     bool listen();
-    /// The windows of process @p pid, which may be none yet.
-    QVector<HeardNode> windowsOf(qint64 pid) const;
 
-    QString sessionAddress;
     TiedProcess sessionBus;
     std::unique_ptr<QDBusConnection> accessibilityBus;
     QMultiHash<QString, QString> announcements; ///< by the node's address
