@@ -31,8 +31,7 @@ private slots:
     void openGlIsNotLoaded();
     void homelessUserIsTurnedAway();
     void twoUsersRunSideBySide();
-    void closeButtonEndsTheProgram();
-    void windowManagerEndsTheProgram();
+    void closeButtonAndWindowManagerEndTheProgram();
     void openDialogKeepsTheMainWindowOpen_data();
     void openDialogKeepsTheMainWindowOpen();
 
@@ -47,13 +46,13 @@ void TestEndToEndProcess::secondStartEndsAtOnceAndThePidFileNamesTheFirst()
     QFile::copy(tree->makeFile("stale", "123456789012345678901234567890\n"), user->pidFile());
     QVERIFY(openWith());
     const QByteArray pid = QByteArray::number(shredder->processId());
-    QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), pid);
+    QCOMPARE(user->pid(), pid);
     startAgain();
     QVERIFY(shredder->onlyMainWindowIsOpen());
     QVERIFY(shredder->drop({tree->makeFolder("folder")}));
     QTRY_COMPARE_WITH_TIMEOUT(shredder->rowsShown(), 1, patience);
     QVERIFY(closeEndsWell());
-    QCOMPARE(TemporaryTree::contentsOf(user->pidFile()), pid);
+    QCOMPARE(user->pid(), pid);
 }
 
 /// With the theme of a desktop, Qt's file dialog opens the files of the home to find their icons,
@@ -104,25 +103,20 @@ void TestEndToEndProcess::twoUsersRunSideBySide()
     second.start();
     QVERIFY(second.waitForOtherWindow().has_value());
     QVERIFY(first.isRunning() && second.isRunning());
-    QCOMPARE(TemporaryTree::contentsOf(firstUser.pidFile()), QByteArray::number(first.processId()));
-    QCOMPARE(TemporaryTree::contentsOf(secondUser.pidFile()),
-             QByteArray::number(second.processId()));
+    QCOMPARE(firstUser.pid(), QByteArray::number(first.processId()));
+    QCOMPARE(secondUser.pid(), QByteArray::number(second.processId()));
     QCOMPARE(first.complaints() + second.complaints(), QStringList());
 }
 
-void TestEndToEndProcess::closeButtonEndsTheProgram()
+void TestEndToEndProcess::closeButtonAndWindowManagerEndTheProgram()
 {
     const QString file = tree->makeFile("file", 10);
     QVERIFY(openWith({file}));
     QVERIFY(closeEndsWell());
-    QVERIFY(entryExists(file));
-}
-
-void TestEndToEndProcess::windowManagerEndsTheProgram()
-{
     QVERIFY(openWith());
     desktop.closeByWindowManager(shredder->mainWindowId());
     QCOMPARE(shredder->waitForEnd().value_or(-1), 0);
+    QVERIFY(entryExists(file));
 }
 
 void TestEndToEndProcess::openDialogKeepsTheMainWindowOpen_data()
@@ -147,8 +141,7 @@ void TestEndToEndProcess::openDialogKeepsTheMainWindowOpen()
     shredder->click(mainwindow::closeButton);
     desktop.closeByWindowManager(shredder->mainWindowId());
     QVERIFY(shredder->answerDialog(question ? dialog::questionCancel : dialog::reportOk));
-    QVERIFY(shredder->isRunning());
-    QVERIFY(closeEndsWell());
+    QVERIFY(shredder->isRunning() && closeEndsWell());
     QVERIFY(entryExists(file));
 }
 

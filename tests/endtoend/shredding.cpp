@@ -104,7 +104,9 @@ void TestEndToEndShredding::stoppedRunLeavesTheRestAndCanBeRepeated()
     QCOMPARE(shredder->rowsShown(), 1);
     const int survivors = left();
     QVERIFY2(survivors > 0, "the run was over before it could be stopped");
-    QVERIFY(spareFilesAreWhole());
+    const QStringList spared = QDir(folder).entryList({"own-*"_s}, QDir::Files);
+    for (const QString &name : spared)
+        QVERIFY2(isAsMade(tree->path("folder/"_s + name), 8192), qPrintable(name));
     QCOMPARE(user->historyLines().size(), 3 * (busyNames - survivors));
 
     QVERIFY(runToItsReport());

@@ -42,10 +42,9 @@ class TestEndToEndWayland : public EndToEndTest
 private slots:
     void initTestCase();
 
-    void runGoesFromTheFileDialogToTheReport();
     void mainWindowFollowsItsStrip();
     void historyWindowFollowsItsStrip();
-    void dialogFollowsItsStrip();
+    void dialogFollowsItsStripAndTheRunGoesToItsReport();
 
 private:
     std::optional<QPoint> placeOf(const QImage &image) const;
@@ -104,22 +103,6 @@ std::optional<HeardNode> TestEndToEndWayland::openWithRow(const QString &file)
     const bool listed =
         eventually([&] { return window->find("list item"_s, "file"_s).has_value(); });
     return listed ? window : std::nullopt;
-}
-
-void TestEndToEndWayland::runGoesFromTheFileDialogToTheReport()
-{
-    const QString file = tree->makeFile("file", 5000);
-    const auto window = openWithRow(file);
-    QVERIFY(window && window->press("粉碎文件"_s));
-    auto message = hear(dialog::title());
-    QVERIFY(message && message->press("确定"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (message = hear(dialog::title()))->description().contains("1 个文件(文件夹)已被成功粉碎"_s),
-        patience);
-    QVERIFY(!entryExists(file));
-    QVERIFY(message->press("确定"_s));
-    QVERIFY(window->press("关闭"_s));
-    QCOMPARE(shredder->waitForEnd().value_or(-1), 0);
 }
 
 /// Where the window with the background @p image is: by its upper edge up to the buttons, and by
@@ -181,8 +164,7 @@ void TestEndToEndWayland::dragByTheStrip(const QImage &image)
         return moved.y() == way.y() && moved.x() >= way.x() && moved.x() <= way.x() + rightward;
     });
     desktop.releaseButton();
-    QVERIFY(moves);
-    QVERIFY(arrives);
+    QVERIFY(moves && arrives);
 }
 
 void TestEndToEndWayland::mainWindowFollowsItsStrip()
@@ -191,7 +173,6 @@ void TestEndToEndWayland::mainWindowFollowsItsStrip()
     QVERIFY(hear(mainwindow::title()));
     const QImage image = background("bk"_s);
     const QPoint start = restingPlaceOf(image);
-    QVERIFY(!start.isNull());
     desktop.movePointer(QPoint());
     // Below the close button, where nothing takes the press but the strip.
     desktop.drag(start + QPoint(750, 35), start + QPoint(650, 135));
@@ -207,11 +188,21 @@ void TestEndToEndWayland::historyWindowFollowsItsStrip()
     dragByTheStrip(background("bk_history"_s));
 }
 
-void TestEndToEndWayland::dialogFollowsItsStrip()
+void TestEndToEndWayland::dialogFollowsItsStripAndTheRunGoesToItsReport()
 {
-    const auto window = openWithRow(tree->makeFile("file", 5000));
+    const QString file = tree->makeFile("file", 5000);
+    const auto window = openWithRow(file);
     QVERIFY(window && window->press("粉碎文件"_s));
     dragByTheStrip(background("bk_dialog"_s));
+    auto message = hear(dialog::title());
+    QVERIFY(message && message->press("确定"_s));
+    const QString report = "1 个文件(文件夹)已被成功粉碎"_s;
+    QTRY_VERIFY_WITH_TIMEOUT((message = hear(dialog::title()))->description().contains(report),
+                             patience);
+    QVERIFY(!entryExists(file));
+    QVERIFY(message->press("确定"_s));
+    QVERIFY(window->press("关闭"_s));
+    QCOMPARE(shredder->waitForEnd().value_or(-1), 0);
 }
 
 TEST_SUITE(wayland, TestEndToEndWayland)

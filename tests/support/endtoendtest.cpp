@@ -3,10 +3,7 @@
 
 #include "endtoendtest.h"
 
-#include <QDir>
 #include <QTest>
-
-#include <algorithm>
 
 namespace testsupport
 {
@@ -91,14 +88,6 @@ QString EndToEndTest::makeBusyFolder(int names) const
             tree->makeHardLink("folder/%1"_s.arg(i), shared);
     }
     return tree->path("folder");
-}
-
-bool EndToEndTest::spareFilesAreWhole() const
-{
-    const QDir folder(tree->path("folder"));
-    const QStringList names = folder.entryList({"own-*"_s}, QDir::Files);
-    return std::all_of(names.cbegin(), names.cend(),
-                       [&](const QString &name) { return isAsMade(folder.filePath(name), 8192); });
 }
 
 } // namespace testsupport

@@ -54,10 +54,8 @@ protected:
     /// The window with rows for @p paths, as it is heard.
     std::optional<HeardNode> openAndHear(const QStringList &paths = {});
     /// Makes a folder whose run takes long enough to be met half-way: many names of one file, as
-    /// those are made quickly, and among them some files of their own.
+    /// those are made quickly, and among them some files of their own, "own-0" and so on.
     QString makeBusyFolder(int names = busyNames) const;
-    /// Whether each file of its own that is left in the busy folder is as it was made.
-    bool spareFilesAreWhole() const;
 
     DesktopSession desktop;
     ScreenReader reader;

@@ -14,8 +14,6 @@ namespace testsupport
 namespace
 {
 
-const auto sessionName = QStringLiteral("shredder-session");
-const auto accessibilityName = QStringLiteral("shredder-accessibility");
 const auto registryName = QStringLiteral("org.a11y.atspi.Registry");
 
 } // namespace
@@ -96,13 +94,6 @@ bool HeardNode::press(const QString &name) const
     });
 }
 
-ScreenReader::~ScreenReader()
-{
-    accessibilityBus.reset();
-    QDBusConnection::disconnectFromBus(accessibilityName);
-    QDBusConnection::disconnectFromBus(sessionName);
-}
-
 bool ScreenReader::isInstalled()
 {
     return testsupport::isInstalled("dbus-daemon"_s)
@@ -119,14 +110,14 @@ bool ScreenReader::start(DesktopSession &desktop)
     // Qt would else wait until a screen reader says that it is there.
     variables.insert("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, "1"_s);
     desktop.addVariables(variables);
-    const QDBusConnection session = QDBusConnection::connectToBus(sessionAddress, sessionName);
+    const QDBusConnection session =
+        QDBusConnection::connectToBus(sessionAddress, "shredder-session"_s);
     // The session bus starts the accessibility bus when it is asked for.
     const QDBusReply<QString> address = session.call(QDBusMessage::createMethodCall(
         "org.a11y.Bus"_s, "/org/a11y/bus"_s, "org.a11y.Bus"_s, "GetAddress"_s));
     if (!address.isValid())
         return false;
-    accessibilityBus = std::make_unique<QDBusConnection>(
-        QDBusConnection::connectToBus(address.value(), accessibilityName));
+    accessibilityBus = QDBusConnection::connectToBus(address, "shredder-accessibility"_s);
     return accessibilityBus->isConnected() && listen();
 }
 

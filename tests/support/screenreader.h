@@ -15,7 +15,6 @@
 #include <QMultiHash>
 #include <QVector>
 
-#include <memory>
 #include <optional>
 
 namespace testsupport
@@ -86,8 +85,6 @@ class ScreenReader : public QObject
     Q_OBJECT
 
 public:
-    ~ScreenReader() override;
-
     static bool isInstalled();
     /// Starts both buses, and has every program of @p desktop be heard from now on; false when
     /// that fails.
@@ -111,7 +108,7 @@ private:
     bool listen();
 
     TiedProcess sessionBus;
-    std::unique_ptr<QDBusConnection> accessibilityBus;
+    std::optional<QDBusConnection> accessibilityBus;
     QMultiHash<QString, QString> announcements; ///< by the node's address
 };
 

@@ -30,6 +30,8 @@ public:
     QString home() const { return directory.path("home"); }
     QString inHome(const QString &name) const { return home() + QLatin1Char('/') + name; }
     QString pidFile() const { return inHome(".fileshredder.pid"_s); }
+    /// What the pid file holds.
+    QByteArray pid() const { return TemporaryTree::contentsOf(pidFile()); }
     QString historyFile() const { return inHome(".fileshredderEx.dat"_s); }
     /// The bytes of the history file, none if it does not exist.
     QByteArray history() const;
