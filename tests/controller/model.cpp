@@ -25,7 +25,7 @@
 
 using testsupport::Dice;
 using testsupport::ModelEntry;
-using testsupport::ModelKind;
+namespace ModelKind = testsupport::ModelKind;
 using testsupport::ModelWalle;
 using testsupport::promptly;
 using testsupport::RandomTree;
