@@ -41,7 +41,7 @@ void TestEndToEndFileManager::whatAFileManagerDragsBecomesRows()
     QVERIFY(openWith());
 
     TiedProcess manager;
-    manager.startIn(desktop.environment(), {"pcmanfm"_s, "--no-desktop"_s, tree->path()});
+    manager.launch(desktop.environment(), {"pcmanfm"_s, "--no-desktop"_s, tree->path()});
     const QString title = QFileInfo(tree->path()).fileName();
     QVector<WindowId> windows;
     QTRY_VERIFY_WITH_TIMEOUT(!(windows = desktop.windowsOf(manager.processId(), title)).isEmpty(),

@@ -72,10 +72,10 @@ void TestEndToEndWayland::initTestCase()
 bool TestEndToEndWayland::startCompositor()
 {
     const QProcessEnvironment environment = desktop.environment();
-    compositor.startIn(environment,
-                       wordsOf("weston --backend=x11-backend.so --use-pixman --no-config"
-                               " --idle-time=0 --width=1500 --height=900"
-                               " --socket=wayland-shredder"_s));
+    compositor.launch(environment,
+                      wordsOf("weston --backend=x11-backend.so --use-pixman --no-config"
+                              " --idle-time=0 --width=1500 --height=900"
+                              " --socket=wayland-shredder"_s));
     const QString socket = environment.value("XDG_RUNTIME_DIR"_s) + "/wayland-shredder"_s;
     QProcessEnvironment variables;
     variables.insert("WAYLAND_DISPLAY"_s, socket);

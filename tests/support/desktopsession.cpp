@@ -47,7 +47,7 @@ bool DesktopSession::startMonitors(const QSize &left, const QSize &right)
 bool DesktopSession::startDisplay(TiedProcess &process, const QStringList &command)
 {
     process.setWorkingDirectory(scratch.path());
-    process.startIn(environment(), command + wordsOf("-displayfd 1 -nolisten tcp -ac -noreset"_s));
+    process.launch(environment(), command + wordsOf("-displayfd 1 -nolisten tcp -ac -noreset"_s));
     const QByteArray number = process.firstLine();
     if (number.isEmpty())
         problemText = "no virtual X server: "_s + process.errorString();
@@ -57,7 +57,7 @@ bool DesktopSession::startDisplay(TiedProcess &process, const QStringList &comma
 
 bool DesktopSession::startWindowManager()
 {
-    windowManager.startIn(environment(), {"openbox"_s, "--sm-disable"_s});
+    windowManager.launch(environment(), {"openbox"_s, "--sm-disable"_s});
     const bool announced = eventually(
         [this] { return run("xprop -root _NET_SUPPORTING_WM_CHECK"_s).contains("window id"); });
     if (!announced)
@@ -127,7 +127,7 @@ QVector<WindowId> DesktopSession::windowsOf(qint64 pid, const QString &title) co
 TiedProcess &DesktopSession::dragSource()
 {
     if (source.state() == QProcess::NotRunning)
-        source.startIn(environment(), {QStringLiteral(DRAG_SOURCE_PROGRAM)});
+        source.launch(environment(), {QStringLiteral(DRAG_SOURCE_PROGRAM)});
     return source;
 }
 

@@ -39,7 +39,7 @@ void RunningShredder::start()
         process.setWorkingDirectory(user.home());
     }
     process.setStandardErrorFile(user.messagesFile(), QIODevice::Append);
-    process.startIn(environment, command);
+    process.launch(environment, command);
 }
 
 bool RunningShredder::openWindow()

@@ -102,8 +102,8 @@ bool ScreenReader::isInstalled()
 
 bool ScreenReader::start(DesktopSession &desktop)
 {
-    sessionBus.startIn(desktop.environment(),
-                       wordsOf("dbus-daemon --session --nofork --print-address"_s));
+    sessionBus.launch(desktop.environment(),
+                      wordsOf("dbus-daemon --session --nofork --print-address"_s));
     const QString sessionAddress = QString::fromUtf8(sessionBus.firstLine());
     QProcessEnvironment variables;
     variables.insert("DBUS_SESSION_BUS_ADDRESS"_s, sessionAddress);

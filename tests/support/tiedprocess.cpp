@@ -13,7 +13,7 @@
 namespace testsupport
 {
 
-void TiedProcess::startIn(const QProcessEnvironment &environment, const QStringList &command)
+void TiedProcess::launch(const QProcessEnvironment &environment, const QStringList &command)
 {
     setProcessEnvironment(environment);
     start(command.first(), command.mid(1));
@@ -53,7 +53,7 @@ bool isInstalled(const QString &program)
 QByteArray outputOf(const QStringList &command, const QProcessEnvironment &environment)
 {
     TiedProcess process;
-    process.startIn(environment, command);
+    process.launch(environment, command);
     if (!process.waitForFinished())
         qWarning("%s: %s", qPrintable(command.first()), qPrintable(process.errorString()));
     return process.readAllStandardOutput();

@@ -18,7 +18,7 @@ class TiedProcess : public QProcess
 public:
     ~TiedProcess() override { end(); }
 
-    void startIn(const QProcessEnvironment &environment, const QStringList &command);
+    void launch(const QProcessEnvironment &environment, const QStringList &command);
     /// Waits for the first line that the process prints; empty when it ends without one.
     QByteArray firstLine();
     /// Asks the process to end, waits, and kills it if it does not.
