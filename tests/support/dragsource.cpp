@@ -18,6 +18,7 @@
 #include <QMouseEvent>
 #include <QSocketNotifier>
 #include <QTextStream>
+#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 
@@ -99,7 +100,11 @@ private:
                                                   : Qt::CopyAction;
         const Qt::DropAction done = drag->exec(offered, moves ? Qt::MoveAction : Qt::CopyAction);
         hide();
-        print("end", done);
+        // The drag held the pointer. Who reads of its end may use it.
+        QTimer::singleShot(0, this, [done] {
+            QApplication::sync();
+            print("end", done);
+        });
     }
 
     QStringList words;

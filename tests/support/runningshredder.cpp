@@ -219,10 +219,18 @@ QImage RunningShredder::drawnWindow(WindowId id) const
     return settled ? before : QImage();
 }
 
+bool RunningShredder::askToShred()
+{
+    constexpr int oneTry = 2000;
+    return eventually([this] {
+        click(mainwindow::crushButton);
+        return eventually([this] { return dialogIsOpen(); }, oneTry);
+    });
+}
+
 bool RunningShredder::startShredding()
 {
-    click(mainwindow::crushButton);
-    return answerDialog(dialog::questionOk);
+    return askToShred() && answerDialog(dialog::questionOk);
 }
 
 } // namespace testsupport

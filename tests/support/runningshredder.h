@@ -68,6 +68,9 @@ public:
     bool onlyMainWindowIsOpen() const;
     /// What a window that the last click or drag opened shows, once it is drawn.
     QImage drawnWindow(WindowId id) const;
+    /// Presses the crush button until the question is there: a window whose last dialog is just
+    /// going takes no click yet.
+    bool askToShred();
     /// Presses the crush button and agrees to the question.
     bool startShredding();
 
