@@ -30,7 +30,7 @@ using namespace testsupport;
 namespace
 {
 
-constexpr char name[] = "home/.fileshredder.pid";
+constexpr char lockName[] = "home/.fileshredder.pid";
 
 /// Which lock keeps others from byte @p start of the file @p path.
 struct flock lockOn(const QString &path, off_t start)
@@ -93,12 +93,12 @@ void TestInstanceLock::init()
 {
     tree = std::make_unique<TemporaryTree>();
     tree->makeFolder("home");
-    path = tree->path(name);
+    path = tree->path(lockName);
 }
 
 void TestInstanceLock::fileHoldsThePidAlone()
 {
-    tree->makeFile(name, "longer old contents");
+    tree->makeFile(lockName, "longer old contents");
     const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     QCOMPARE(TemporaryTree::contentsOf(path), QByteArray::number(instance.pid()));
@@ -164,7 +164,7 @@ void TestInstanceLock::linkIsFollowed()
     const QString target = tree->path("target");
     if (exists)
         tree->makeFile("target", 1000);
-    tree->makeLink(name, target);
+    tree->makeLink(lockName, target);
     const Instance instance(path);
     QCOMPARE(instance.lockResult(), instancelock::Acquired);
     QVERIFY(QFileInfo(path).isSymLink());
@@ -176,7 +176,7 @@ void TestInstanceLock::linkIsFollowed()
 void TestInstanceLock::fifoIsNotWaitedFor()
 {
     // A fifo takes the lock and the pid like a file.
-    tree->makeFifo(name);
+    tree->makeFifo(lockName);
     const Instance first(path);
     QCOMPARE(first.lockResult(), instancelock::Acquired);
     const Instance second(path);
@@ -205,10 +205,10 @@ void TestInstanceLock::fileThatCannotBeOpenedEndsTheProcess()
     place.makeFile("elsewhere/other", "kept");
     QProcess shell;
     shell.setWorkingDirectory(place.path());
-    shell.start("sh"_s, {"-ec"_s, "file=%1; %2"_s.arg(QLatin1String(name), preparation)});
+    shell.start("sh"_s, {"-ec"_s, "file=%1; %2"_s.arg(QLatin1String(lockName), preparation)});
     QVERIFY(shell.waitForFinished() && shell.exitCode() == 0);
     const QStringList before = inventoryOf(place.path());
-    Instance instance(place.path(name));
+    Instance instance(place.path(lockName));
     QCOMPARE(instance.lockResult(), -1);
     QCOMPARE(instance.end(), 1);
     QCOMPARE(inventoryOf(place.path()), before);
@@ -252,7 +252,7 @@ void TestInstanceLock::lockCoversTheWholeFileHoweverItGrows()
 /// File dialogs open and close every file of a folder to find its icon.
 void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 {
-    const QByteArray file = tree->makeFile(name, 0).toUtf8();
+    const QByteArray file = tree->makeFile(lockName, 0).toUtf8();
     const int locked = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     QCOMPARE(instancelock::lockWholeFile(locked), 0);
     ::close(::open(file.constData(), O_RDONLY | O_CLOEXEC));
@@ -263,7 +263,7 @@ void TestInstanceLock::lockOutlivesAnotherDescriptorOfTheFile()
 
 void TestInstanceLock::lockAndOneOfAProcessExcludeEachOther()
 {
-    const QByteArray file = tree->makeFile(name, 0).toUtf8();
+    const QByteArray file = tree->makeFile(lockName, 0).toUtf8();
     const int fd = ::open(file.constData(), O_RDWR | O_CLOEXEC);
     {
         const Instance instance(path);

@@ -3,9 +3,12 @@
 
 // Loading the history into its window, breaking that off, and copying it.
 
+#include "controller/historyfile.h"
 #include "suites.h"
 #include "systemcalls.h"
 #include "walleharness.h"
+
+#include <QBuffer>
 
 #include <cerrno>
 
@@ -20,8 +23,6 @@ using testsupport::SignalRecords;
 using testsupport::SystemCall;
 using testsupport::WalleTest;
 
-Q_DECLARE_METATYPE(SignalRecords)
-
 class TestHistoryLoad : public WalleTest
 {
     Q_OBJECT
@@ -34,6 +35,7 @@ private slots:
     void threeLinesGiveOneRowAndTheRestIsIgnored();
     void abortEndsTheRowsAndStillCompletes();
     void abortWhileReadingGivesNoRows();
+    void abortEndsTheReading();
     void abortBeforeALoadHasNoEffectOnIt();
     void entriesRecordedDuringALoadComeWithTheNext();
     void copyBeforeAnyLoadIsEmpty();
@@ -149,6 +151,15 @@ void TestHistoryLoad::abortWhileReadingGivesNoRows()
     onNext("setHistoryButtonEnabled", [this] { walle->abortHistoryLoad(); });
     const SignalRecords log = load();
     QVERIFY(log == SignalRecords{begun} || log == (SignalRecords{begun, rowsComing, complete}));
+}
+
+void TestHistoryLoad::abortEndsTheReading()
+{
+    QByteArray history = lines(6);
+    QBuffer device(&history);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    QCOMPARE(historyfile::linesOf(device, true), QStringList());
+    QCOMPARE(historyfile::linesOf(device, false).size(), 6);
 }
 
 void TestHistoryLoad::abortBeforeALoadHasNoEffectOnIt()

@@ -11,8 +11,6 @@
 using testsupport::SignalRecords;
 using testsupport::WalleTest;
 
-Q_DECLARE_METATYPE(SignalRecords)
-
 class TestOrder : public WalleTest
 {
     Q_OBJECT

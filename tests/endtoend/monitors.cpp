@@ -15,8 +15,6 @@ namespace
 /// The right one has room for the window at twice its size.
 constexpr QSize leftMonitor(1920, 1080);
 constexpr QSize rightMonitor(2000, 1300);
-/// Where the strip is held, unless a test says otherwise.
-constexpr QPoint grip(200, 20);
 
 constexpr QRect scaled(const QRect &place, int scale)
 {
@@ -66,8 +64,8 @@ void TestEndToEndMonitors::windowIsDraggedToTheOtherMonitor()
     QVERIFY(openScaled(leftScale, rightScale));
     const QPoint start = shredder->mainWindowOnScreen().topLeft();
     const QPoint target(leftMonitor.width() + 600, 200);
-    desktop.drag(start + grip * leftScale, target);
-    const QRect window(target - grip * rightScale, mainwindow::size * rightScale);
+    desktop.drag(start + mainwindow::grip * leftScale, target);
+    const QRect window(target - mainwindow::grip * rightScale, mainwindow::size * rightScale);
     QTRY_COMPARE_WITH_TIMEOUT(desktop.geometryOf(shredder->mainWindowId()), window, patience);
     const auto click = [&](const QRect &place) {
         desktop.click(window.topLeft() + scaled(place, rightScale).center());
@@ -116,13 +114,13 @@ void TestEndToEndMonitors::windowIsWholeWhereverItIsReleased()
     for (const int held : {100, 700}) {
         for (const int beyondTheBorder : {-300, 0, -1, 300, -300}) {
             const QPoint target(leftMonitor.width() + beyondTheBorder, 200);
-            desktop.drag(window.topLeft() + QPoint(held, grip.y()) * scale, target);
+            desktop.drag(window.topLeft() + QPoint(held, mainwindow::grip.y()) * scale, target);
             // The monitor of the pointer has the window's middle and says its size.
             scale = beyondTheBorder < 0 ? leftScale : rightScale;
             const bool isThere = eventually([&] {
                 window = desktop.geometryOf(shredder->mainWindowId());
                 return window.size() == mainwindow::size * scale
-                       && window.y() == target.y() - grip.y() * scale
+                       && window.y() == target.y() - mainwindow::grip.y() * scale
                        && (window.center().x() < leftMonitor.width()) == (beyondTheBorder < 0)
                        && window.contains(target);
             });
@@ -146,7 +144,7 @@ void TestEndToEndMonitors::windowLeavesTheScreensAsFarAsItIsDragged()
     QFETCH(int, leftScale);
     QFETCH(int, rightScale);
     QVERIFY(openScaled(leftScale, rightScale));
-    const QPoint held(700, grip.y());
+    const QPoint held(700, mainwindow::grip.y());
     // The window manager keeps a tenth of each window on the screen.
     const QPoint beyondTheBottom(300, leftMonitor.height() - 150);
     const QPoint beyondTheLeftEdge(10, 300);

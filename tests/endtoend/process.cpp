@@ -7,6 +7,7 @@
 #include "endtoendtest.h"
 #include "suites.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -28,6 +29,7 @@ class TestEndToEndProcess : public EndToEndTest
 private slots:
     void secondStartEndsAtOnceAndThePidFileNamesTheFirst();
     void fileDialogOfADesktopKeepsTheOnlyInstance();
+    void fontInTheHomeIsUsed();
     void openGlIsNotLoaded();
     void homelessUserIsTurnedAway();
     void twoUsersRunSideBySide();
@@ -65,6 +67,21 @@ void TestEndToEndProcess::fileDialogOfADesktopKeepsTheOnlyInstance()
     QVERIFY(fileDialog && !shredder->drawnWindow(*fileDialog).isNull());
     QVERIFY(escape());
     startAgain();
+}
+
+void TestEndToEndProcess::fontInTheHomeIsUsed()
+{
+    const QString another = "/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc"_s;
+    if (!QFile::exists(another))
+        QSKIP("needs Noto Sans CJK");
+    constexpr QRect latinLettersOfTheTitle(40, 0, 80, 40);
+    QVERIFY(openWith());
+    const QImage usual = shredder->picture(latinLettersOfTheTitle);
+    QVERIFY(closeEndsWell());
+    QVERIFY(QDir(user->home()).mkdir("img"_s));
+    QVERIFY(QFile::copy(another, user->inHome("img/NotoSansCJKsc-DemiLight.otf"_s)));
+    QVERIFY(openWith());
+    QVERIFY(!samePixels(shredder->picture(latinLettersOfTheTitle), usual));
 }
 
 void TestEndToEndProcess::openGlIsNotLoaded()

@@ -19,8 +19,6 @@ using namespace testsupport;
 namespace
 {
 
-constexpr QPoint grip(200, 20);
-
 /// The background @p name of a window, as it looks on the screen.
 QImage background(const QString &name)
 {
@@ -150,7 +148,7 @@ void TestEndToEndWayland::dragByTheStrip(const QImage &image)
                      centre.y() < mainwindow::onScreen.center().y() ? 45 : -45);
     // Weston learns where the pointer is when it comes in from outside.
     desktop.movePointer(QPoint());
-    QPoint pointer = start + grip;
+    QPoint pointer = start + mainwindow::grip;
     desktop.press(pointer);
     const bool moves = eventually([&] {
         pointer += QPoint(1, 0);
@@ -158,7 +156,7 @@ void TestEndToEndWayland::dragByTheStrip(const QImage &image)
         return placeOf(image) != start;
     });
     desktop.movePointer(pointer + way);
-    const int rightward = (pointer - start - grip).x();
+    const int rightward = (pointer - start - mainwindow::grip).x();
     const bool arrives = eventually([&] {
         const QPoint moved = placeOf(image).value_or(start) - start;
         return moved.y() == way.y() && moved.x() >= way.x() && moved.x() <= way.x() + rightward;

@@ -10,11 +10,6 @@
 
 using namespace testsupport;
 
-namespace
-{
-constexpr QPoint grip{200, 20};
-}
-
 class TestEndToEndWindows : public EndToEndTest
 {
     Q_OBJECT
@@ -37,14 +32,14 @@ void TestEndToEndWindows::mainWindowFollowsItsStrip()
     desktop.drag(place + QPoint(750, 35), place + QPoint(850, 235));
     // Beyond the edge of the screen too.
     for (const QPoint &target : {QPoint(1060, 405), QPoint(60, 500)}) {
-        desktop.drag(place + grip, target);
-        place = target - grip;
+        desktop.drag(place + mainwindow::grip, target);
+        place = target - mainwindow::grip;
         QTRY_COMPARE_WITH_TIMEOUT(placeOf(window), place, patience);
     }
     // Let go, it stays; the right button holds it where the left one did.
     desktop.movePointer(QPoint(700, 700));
     desktop.drag(QPoint(300, 490), QPoint(900, 400), 3);
-    QTRY_COMPARE_WITH_TIMEOUT(placeOf(window), QPoint(900, 400) - grip, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(placeOf(window), QPoint(900, 400) - mainwindow::grip, patience);
 }
 
 void TestEndToEndWindows::historyWindowFollowsItsStrip()
@@ -64,14 +59,14 @@ void TestEndToEndWindows::dialogFollowsItsStripAndOpensOverTheMovedWindow()
 {
     QVERIFY(openWith());
     const QPoint place = mainwindow::onScreen.topLeft() + QPoint(200, -100);
-    desktop.drag(mainwindow::onScreen.topLeft() + grip, place + grip);
+    desktop.drag(mainwindow::onScreen.topLeft() + mainwindow::grip, place + mainwindow::grip);
     QTRY_COMPARE_WITH_TIMEOUT(placeOf(shredder->mainWindowId()), place, patience);
     QVERIFY(shredder->drop({tree->path("nothing")}));
     const std::optional<WindowId> report = shredder->waitForDialog();
     QVERIFY(report && !shredder->drawnWindow(*report).isNull());
     const QPoint centred = place + dialog::overMainWindow;
     QCOMPARE(placeOf(*report), centred);
-    desktop.drag(centred + grip, grip + QPoint(300, 300));
+    desktop.drag(centred + mainwindow::grip, mainwindow::grip + QPoint(300, 300));
     QTRY_COMPARE_WITH_TIMEOUT(placeOf(*report), QPoint(300, 300), patience);
     QVERIFY(shredder->answerDialog(dialog::reportOk));
 }

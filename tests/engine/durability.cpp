@@ -20,9 +20,6 @@
 
 using namespace testsupport;
 
-namespace
-{
-
 /// How far the bytes of a file are that was removed and is still open.
 enum class Bytes { InMemory, OnTheirWay, OnTheDisk };
 
@@ -126,14 +123,12 @@ void WatchedDisk::changeAnswer(const SystemCall &call, void *answer) const
     }
 }
 
-ino_t inodeOf(const QString &path)
+static ino_t inodeOf(const QString &path)
 {
     struct stat status = {};
     ::stat(path.toUtf8().constData(), &status);
     return status.st_ino;
 }
-
-} // namespace
 
 class TestDurability : public EngineTest
 {

@@ -41,11 +41,13 @@ void TestFile::missingPathIsNothingToDo()
     QCOMPARE(shredInTree(dangling, 100), qint64{0});
     QCOMPARE(shredInTree(dangling, 0), qint64{0});
     QVERIFY(entryExists(dangling));
-    for (const char *name : {"missing", "no folder/missing"}) {
+    const QString file = tree->makeFile("file", 10);
+    for (const char *name : {"missing", "no folder/missing", "file/"}) {
         QCOMPARE(shredFile(tree->path(name)), qint64{0});
         QCOMPARE(shredInTree(tree->path(name), 100), qint64{0});
         QCOMPARE(shredInTree(tree->path(name), 0), qint64{0});
     }
+    QVERIFY(isAsMade(file, 10));
     QCOMPARE(log->records(), SignalRecords());
 }
 

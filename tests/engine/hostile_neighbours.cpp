@@ -19,7 +19,7 @@ using namespace testsupport;
 namespace
 {
 
-constexpr int fileSize = 700;
+constexpr int victimSize = 700;
 constexpr int never = -1;
 
 /// Whether the names are swapped, so many calls after the moment.
@@ -69,34 +69,34 @@ void TestHostileNeighbours::swapBeforeAnyCallReachesNothingOutside_data()
                         const char *decoy) {
         QTest::newRow(name) << victim << size << swapped << decoy;
     };
-    row("file for a link", "top", fileSize, "top/file", "link");
+    row("file for a link", "top", victimSize, "top/file", "link");
     row("empty file for a link", "top", 0, "top/file", "link");
-    row("file for a fifo", "top", fileSize, "top/file", "fifo");
-    row("file for a folder", "top", fileSize, "top/file", "folder");
-    row("link for a file", "top", fileSize, "top/link", "plain");
-    row("link for a link to a folder", "top", fileSize, "top/link", "link to folder");
-    row("link for a folder", "top", fileSize, "top/link", "folder");
-    row("file deep down for a link", "top", fileSize, "top/sub/deep/file", "link");
-    row("folder for a link", "top", fileSize, "top/sub", "link to sub");
-    row("folder for a file", "top", fileSize, "top/sub", "plain");
+    row("file for a fifo", "top", victimSize, "top/file", "fifo");
+    row("file for a folder", "top", victimSize, "top/file", "folder");
+    row("link for a file", "top", victimSize, "top/link", "plain");
+    row("link for a link to a folder", "top", victimSize, "top/link", "link to folder");
+    row("link for a folder", "top", victimSize, "top/link", "folder");
+    row("file deep down for a link", "top", victimSize, "top/sub/deep/file", "link");
+    row("folder for a link", "top", victimSize, "top/sub", "link to sub");
+    row("folder for a file", "top", victimSize, "top/sub", "plain");
     row("folder of empty files for a link", "top", 0, "top/sub", "link to sub");
-    row("folder for a folder of links", "top", fileSize, "top/sub", "links");
-    row("folder deep down for a link", "top", fileSize, "top/sub/deep", "link to deep");
-    row("folder deep down for an empty one", "top", fileSize, "top/sub/deep", "hollow");
-    row("top for a link", "top", fileSize, "top", "link to folder");
+    row("folder for a folder of links", "top", victimSize, "top/sub", "links");
+    row("folder deep down for a link", "top", victimSize, "top/sub/deep", "link to deep");
+    row("folder deep down for an empty one", "top", victimSize, "top/sub/deep", "hollow");
+    row("top for a link", "top", victimSize, "top", "link to folder");
     row("empty top for a link", "empty top", 0, "empty top", "link to hollow");
-    row("top for a folder of links", "top", fileSize, "top", "links");
-    row("lone file for a link", "lone", fileSize, "lone", "link");
-    row("lone file for a link to an empty one", "lone", fileSize, "lone", "link to empty");
+    row("top for a folder of links", "top", victimSize, "top", "links");
+    row("lone file for a link", "lone", victimSize, "lone", "link");
+    row("lone file for a link to an empty one", "lone", victimSize, "lone", "link to empty");
     row("lone empty file for a link", "lone", 0, "lone", "link");
     row("lone empty file for a folder", "lone", 0, "lone", "folder");
-    row("lone file for a fifo", "lone", fileSize, "lone", "fifo");
-    row("lone file for a folder", "lone", fileSize, "lone", "folder");
-    row("lone link for a file", "lone link", fileSize, "lone link", "plain");
-    row("lone link for a link to a folder", "lone link", fileSize, "lone link", "link to folder");
-    row("lone link for a folder", "lone link", fileSize, "lone link", "folder");
-    row("parent of a lone file", "parent/lone", fileSize, "parent", "links");
-    row("parent of a folder", "parent/top", fileSize, "parent", "links");
+    row("lone file for a fifo", "lone", victimSize, "lone", "fifo");
+    row("lone file for a folder", "lone", victimSize, "lone", "folder");
+    row("lone link for a file", "lone link", victimSize, "lone link", "plain");
+    row("lone link for a link to a folder", "lone link", victimSize, "lone link", "link to folder");
+    row("lone link for a folder", "lone link", victimSize, "lone link", "folder");
+    row("parent of a lone file", "parent/lone", victimSize, "parent", "links");
+    row("parent of a folder", "parent/top", victimSize, "parent", "links");
 }
 
 void TestHostileNeighbours::swapBeforeAnyCallReachesNothingOutside()
@@ -144,10 +144,10 @@ void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards_data()
 void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards()
 {
     QFETCH(QString, name);
-    makeOutside(fileSize);
+    makeOutside(victimSize);
     int calls = 0;
     for (int moment = never; moment < calls; ++moment) {
-        makeTree(fileSize);
+        makeTree(victimSize);
         log->clear();
         const QString away = outside->path("moved");
         const QStringList before = inventoryOf(outside->path("top"));
@@ -157,7 +157,7 @@ void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards()
         });
         calls = std::max(calls, made);
         QCOMPARE(inventoryOf(outside->path("top")), before);
-        QVERIFY(isAsMade(outside->path("file"), fileSize));
+        QVERIFY(isAsMade(outside->path("file"), victimSize));
         // What was not removed is not reported.
         const QStringList gone = log->firstArguments("addToHistory");
         for (const QString &path : gone)
@@ -168,7 +168,7 @@ void TestHostileNeighbours::folderMovedAwayIsNotFollowedUpwards()
 
 void TestHostileNeighbours::renamedParentHidesNothing()
 {
-    tree->makeFile("parent/top/sub/file", fileSize);
+    tree->makeFile("parent/top/sub/file", victimSize);
     const int before = openDescriptors();
     log->onRecord = [&](const SignalRecord &) {
         QDir().rename(tree->path("parent"), tree->path("renamed"));

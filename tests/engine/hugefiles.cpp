@@ -15,7 +15,6 @@ namespace
 {
 
 constexpr qint64 gigabyte = 1024 * 1024 * 1024;
-constexpr qint64 block = 4096;
 
 CallFate pretendToWrite(const SystemCall &call)
 {

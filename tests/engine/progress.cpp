@@ -13,7 +13,6 @@ using namespace testsupport;
 namespace
 {
 
-constexpr qint64 block = 4096;
 constexpr quint64 twoTo31 = quint64{1} << 31;
 constexpr quint64 twoTo32 = quint64{1} << 32;
 

@@ -21,6 +21,9 @@
 namespace testsupport
 {
 
+/// What is written at a time.
+constexpr qint64 block = 4096;
+
 inline SignalRecord progress(const QString &path, int percent)
 {
     return {"finishPercent", {path, percent}};

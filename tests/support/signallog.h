@@ -143,3 +143,5 @@ private:
 };
 
 } // namespace testsupport
+
+Q_DECLARE_METATYPE(testsupport::SignalRecords)

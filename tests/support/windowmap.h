@@ -52,6 +52,8 @@ constexpr QRect rowIcon(int row)
 /// A place of the window that reacts to nothing: a pointer left here lights up
 /// no button and covers nothing a test looks at.
 constexpr QPoint restingPlace{500, 60};
+/// Where the title strip is held.
+constexpr QPoint grip{200, 20};
 
 } // namespace mainwindow
 

@@ -33,6 +33,7 @@ private slots:
     void nameIsCutAtTwoHundredPixelsExactly();
     void rowShowsAnotherEntryWhenTold();
     void textsThatFitAreShownWholeAndLiterally();
+    void eachRowOfAShortHistoryHasItsFrame();
     void scrollingShowsTheRightTextsInFewFrames();
     void rowsArrivingWhileScrolledKeepTheViewRight();
     void removedRowsCloseTheGap();
@@ -173,6 +174,14 @@ void TestHistoryRows::textsThatFitAreShownWholeAndLiterally()
             QCOMPARE(label("pathLabel")->property(property).toString(), QLatin1Char('/') + name);
         }
     }
+}
+
+void TestHistoryRows::eachRowOfAShortHistoryHasItsFrame()
+{
+    constexpr int rows = 30;
+    addNumbers(0, rows);
+    for (int row = 0; row < rows; ++row)
+        QCOMPARE(label("nameLabel", row)->text(), QString::number(rows - 1 - row));
 }
 
 void TestHistoryRows::scrollingShowsTheRightTextsInFewFrames()

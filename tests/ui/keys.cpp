@@ -18,7 +18,7 @@ using namespace testsupport;
 namespace
 {
 
-constexpr int manyRows = 40;
+constexpr int moreRowsThanFit = 40;
 
 void turnWheel(QWidget *widget, QPoint steps, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
@@ -62,10 +62,10 @@ void TestKeys::fillAndFocus(const char *name)
 {
     list = find<QTableWidget>(name);
     if (list == table()) {
-        dropFiles(manyRows);
+        dropFiles(moreRowsThanFit);
     } else {
         testHome().writeHistory(
-            QByteArray("2026-01-02 03:04:05\nname\n/folder\n").repeated(manyRows));
+            QByteArray("2026-01-02 03:04:05\nname\n/folder\n").repeated(moreRowsThanFit));
         press("historyLink");
     }
     list->window()->activateWindow();
@@ -83,7 +83,7 @@ void TestKeys::neitherClickNorKeyOpensATextField()
     // The last column has no row's widget in the main table, nor has a row of the history that
     // was scrolled away.
     list->setCurrentCell(0, list->columnCount() - 1);
-    list->verticalScrollBar()->setValue(manyRows / 2);
+    list->verticalScrollBar()->setValue(moreRowsThanFit / 2);
     for (const Qt::Key key : {Qt::Key_F2, Qt::Key_A, Qt::Key_Return}) {
         type(key);
         QVERIFY(list->findChild<QLineEdit *>() == nullptr);
@@ -115,7 +115,7 @@ void TestKeys::tabLeavesTheMainTable()
     fillAndFocus("mainTable");
     // On its way Tab visits the tick boxes of the rows.
     const QWidget *beyond = find("selectAllCheckBox");
-    for (int key = 0; key <= manyRows && !beyond->hasFocus(); ++key)
+    for (int key = 0; key <= moreRowsThanFit && !beyond->hasFocus(); ++key)
         type(Qt::Key_Tab);
     QVERIFY(beyond->hasFocus());
 }
