@@ -140,6 +140,11 @@ QRect DesktopSession::geometryOf(WindowId window) const
     return QRect(number(1), number(2), number(3), number(4));
 }
 
+bool DesktopSession::givesKeyboardTo(WindowId window) const
+{
+    return eventually([&] { return run("xdotool getwindowfocus"_s).toUInt() == window; });
+}
+
 /// The server keeps its screen in a file that ends with the pixels. Reading that is instant, so
 /// that conditions about pixels can be polled.
 QImage DesktopSession::picture(const QRect &area) const

@@ -69,6 +69,8 @@ public:
     /// The visible windows of process @p pid, restricted to @p title if that is not empty.
     QVector<WindowId> windowsOf(qint64 pid, const QString &title = QString()) const;
     QRect geometryOf(WindowId window) const;
+    /// Whether what is typed goes to @p window, or will.
+    bool givesKeyboardTo(WindowId window) const;
     /// Asks as the window manager does when the user closes a window.
     void closeByWindowManager(WindowId window) const { run("wmctrl -i -c %1"_s, window); }
 

@@ -50,7 +50,8 @@ bool EndToEndTest::runToItsReport()
 std::optional<WindowId> EndToEndTest::openBy(const QRect &button)
 {
     shredder->click(button);
-    return shredder->waitForOtherWindow();
+    const std::optional<WindowId> opened = shredder->waitForOtherWindow();
+    return opened && desktop.givesKeyboardTo(*opened) ? opened : std::nullopt;
 }
 
 bool EndToEndTest::isAlone() const

@@ -38,7 +38,7 @@ protected:
     bool openWith(const QStringList &paths = {});
     /// Starts a run and closes its report.
     bool runToItsReport();
-    /// The file dialog or the history, opened by a click on @p button.
+    /// The file dialog or the history, opened by a click on @p button and ready to be typed into.
     std::optional<WindowId> openBy(const QRect &button);
     /// Whether the main window alone is open, or will be.
     bool isAlone() const;
