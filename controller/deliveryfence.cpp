@@ -27,12 +27,12 @@ DeliveryFence::Emission::~Emission()
     emit fence.emissionEnded();
 }
 
-void DeliveryFence::deliverPending()
+void DeliveryFence::deliverPending(QDeadlineTimer deadline)
 {
     // Only MetaCall events are delivered, no input: no click is handled in between.
     // sendPostedEvents() ends at the events that were queued when it began, so what is emitted
     // after the last Emission stays queued.
-    while (!isClear()) {
+    while (!isClear() && !deadline.hasExpired()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         QThread::yieldCurrentThread();
     }
@@ -40,7 +40,6 @@ void DeliveryFence::deliverPending()
 
 void DeliveryFence::waitUntilDelivered()
 {
-    constexpr unsigned long longestWait = 1000; // milliseconds
     const QMutexLocker locker(&mutex);
     while (!isClear() && cleared.wait(&mutex, longestWait))
         continue;

@@ -8,6 +8,7 @@
 
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QMutex>
 #include <QObject>
 #include <QWaitCondition>
@@ -37,11 +38,14 @@ public:
 
     /// True when every Emission has ended and its signals are delivered. Any thread.
     bool isClear() const { return undelivered == 0; }
-    /// GUI thread: delivers queued calls to the GUI thread's objects until isClear().
-    void deliverPending();
-    /// Any other thread: returns when the GUI thread has delivered everything, or after a second if
-    /// it serves no events.
+    /// GUI thread: delivers queued calls to the GUI thread's objects until isClear(), at most until
+    /// @p deadline.
+    void deliverPending(QDeadlineTimer deadline = QDeadlineTimer::Forever);
+    /// Any other thread: returns when the GUI thread has delivered everything, or after longestWait
+    /// if it serves no events.
     void waitUntilDelivered();
+
+    static constexpr int longestWait = 1000; ///< milliseconds
 
 signals:
     /// Queued behind the signals of one Emission.

@@ -108,14 +108,16 @@ bool Walle::uncheckFirst()
 }
 
 /// Locks listMutex when the window has received every signal of the controller thread: a row then
-/// has the same number and the same tick in the list and in the table.
+/// has the same number and the same tick in the list and in the table. In a slot that the
+/// controller thread waits for that never comes, so the wait has an end.
 std::unique_lock<QMutex> Walle::lockListDelivered()
 {
+    const QDeadlineTimer deadline(DeliveryFence::longestWait);
     std::unique_lock<QMutex> lock(listMutex, std::defer_lock);
     for (;;) {
-        fence.deliverPending();
+        fence.deliverPending(deadline);
         lock.lock();
-        if (fence.isClear())
+        if (fence.isClear() || deadline.hasExpired())
             return lock;
         lock.unlock();
     }

@@ -20,6 +20,7 @@ private slots:
     void progressFollowsAChangeUnderWay_data();
     void progressFollowsAChangeUnderWay();
     void progressFollowsTheInsertionOfItsRow();
+    void slotThatTheControllerWaitsForMayReportProgress();
     void verdictFollowsTheStartUnderWay();
     void answerFollowsTheStopUnderWay();
     void resultFollowsTheInsertionUnderWay();
@@ -83,6 +84,16 @@ void TestOrder::progressFollowsTheInsertionOfItsRow()
     walle->finishPercentWalle(file, 50);
     QCOMPARE(log({"addRowToMainTable", "setTableRowHeight"}),
              (SignalRecords{added(file), progress(0, 50)}));
+}
+
+/// What it waits for cannot come before it returns.
+void TestOrder::slotThatTheControllerWaitsForMayReportProgress()
+{
+    const QString path = make("file");
+    onNext("addRowToMainTable", [&] { walle->finishPercentWalle(path, 50); });
+    choose({path});
+    QVERIFY(performed());
+    QCOMPARE(log({"setTableRowHeight"}), SignalRecords{progress(0, 50)});
 }
 
 void TestOrder::verdictFollowsTheStartUnderWay()
