@@ -59,10 +59,10 @@ private slots:
 
 private:
     void makeTree();
-    /// Both do a session among @p fates and check what comes of it; they return its calls.
-    int run(const FateOf &fates);
-    int loadAndClear(const FateOf &fates);
-    static int callsOf(const FateOf &fates, const std::function<bool()> &session);
+    /// Both do a session among @p fateOf and check what comes of it; they return its calls.
+    int run(const FateOf &fateOf);
+    int loadAndClear(const FateOf &fateOf);
+    static int callsOf(const FateOf &fateOf, const std::function<bool()> &session);
     void checkRun() const;
 
     std::unique_ptr<OrdinaryUser> user;
@@ -100,19 +100,19 @@ void TestEveryFault::makeTree()
 }
 
 /// The program goes on whatever fails.
-int TestEveryFault::callsOf(const FateOf &fates, const std::function<bool()> &session)
+int TestEveryFault::callsOf(const FateOf &fateOf, const std::function<bool()> &session)
 {
     std::atomic<int> calls{0};
-    const CallHook hook([&](const SystemCall &) { return fates(calls++); });
+    const CallHook hook([&](const SystemCall &) { return fateOf(calls++); });
     if (!session())
         QTest::qFail("it does not end", __FILE__, __LINE__);
     return calls;
 }
 
-int TestEveryFault::run(const FateOf &fates)
+int TestEveryFault::run(const FateOf &fateOf)
 {
     makeTree();
-    const int calls = callsOf(fates, [this] {
+    const int calls = callsOf(fateOf, [this] {
         admitted(victims.mid(3));
         post(CommandStartCrush);
         return finished();
@@ -167,11 +167,11 @@ void TestEveryFault::runAmongFaults()
     qInfo("%d runs; a run makes %d calls", tries, calls);
 }
 
-int TestEveryFault::loadAndClear(const FateOf &fates)
+int TestEveryFault::loadAndClear(const FateOf &fateOf)
 {
     home.forgetHistory();
     home.writeHistory(oldHistory);
-    const int calls = callsOf(fates, [this] {
+    const int calls = callsOf(fateOf, [this] {
         post(CommandLoadHistory);
         post(CommandClearHistory);
         return performed();
