@@ -15,7 +15,7 @@
 #include <QSet>
 #include <QtTest>
 
-using testsupport::operator""_s;
+using namespace testsupport;
 
 namespace
 {

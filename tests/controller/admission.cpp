@@ -153,7 +153,7 @@ void TestAdmission::dialogBatchGoesOnBeyondTheLimitAndReportsItOnce()
     QCOMPARE(choosing(names + QStringList{QStringLiteral("/nonexistent")}),
              RejectOverLimit | RejectNotFound);
     QCOMPARE(paths().size(), 200);
-    QCOMPARE(paths().last(), names.first());
+    QCOMPARE(paths().constLast(), names.first());
 }
 
 void TestAdmission::dropEndsAtTheFirstRefusalForTheLimit()
@@ -164,7 +164,7 @@ void TestAdmission::dropEndsAtTheFirstRefusalForTheLimit()
     QCOMPARE(reported([&] { dropFiles(names + QStringList{QStringLiteral("/nonexistent")}); }),
              RejectOverLimit);
     QCOMPARE(paths().size(), 200);
-    QCOMPARE(paths().last(), names.first());
+    QCOMPARE(paths().constLast(), names.first());
 }
 
 void TestAdmission::urlThatIsNoLocalFileEndsTheDropSilently_data()

@@ -129,8 +129,9 @@ void TestEveryFault::checkRun() const
     static const QRegularExpression time(
         QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
     QCOMPARE(count("showResultDialog"), 1);
-    QCOMPARE(log({"showResultDialog"}).first().arguments.at(2).toInt(), paths().size());
-    for (const QString &path : victims.mid(3))
+    QCOMPARE(log({"showResultDialog"}).constFirst().arguments.at(2).toInt(), paths().size());
+    const QStringList shreddable = victims.mid(3);
+    for (const QString &path : shreddable)
         QVERIFY(entryExists(path) || !paths().contains(path));
 
     QVERIFY(home.history().startsWith(oldHistory) && home.history().endsWith('\n'));

@@ -59,7 +59,10 @@ private:
         return text;
     }
     SignalRecords load() { return answerTo({CommandLoadHistory}); }
-    QString copied() { return answerTo({CommandCopyHistory}).first().arguments.first().toString(); }
+    QString copied()
+    {
+        return answerTo({CommandCopyHistory}).constFirst().arguments.first().toString();
+    }
 };
 
 void TestHistoryLoad::historyWithoutLinesOnlyBegins_data()

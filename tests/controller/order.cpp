@@ -68,7 +68,7 @@ void TestOrder::progressFollowsAChangeUnderWay()
     QFETCH(int, code);
     QFETCH(SignalRecords, expected);
     addRows(2);
-    const QString last = paths().last();
+    const QString last = paths().constLast();
     answerToClick(1);
     if (code == CommandToggleRow)
         walle->postCellToggle(CellToggle{1, true, last});
@@ -99,9 +99,9 @@ void TestOrder::slotThatTheControllerWaitsForMayReportProgress()
 void TestOrder::verdictFollowsTheStartUnderWay()
 {
     addRows(1);
-    becomeFifo(paths().first());
+    becomeFifo(paths().constFirst());
     postUntil("setCrushStarted", CommandStartCrush);
-    walle->failedOneWalle(paths().first());
+    walle->failedOneWalle(paths().constFirst());
     QCOMPARE(log({"setCrushStarted", "setTableRowHeight"}),
              (SignalRecords{running(), progress(0, 0), idle()}));
     answerTo({CommandCheckAll}); // the row is drawn ticked still
@@ -123,7 +123,7 @@ void TestOrder::resultFollowsTheInsertionUnderWay()
     answerTo({CommandStopCrush});
     const QString file = make("file");
     addUntilEmitted(file);
-    walle->finishOneWalle(paths().first());
+    walle->finishOneWalle(paths().constFirst());
     QCOMPARE(log({"addRowToMainTable", "removeRowFromMainTable", "showResultDialog"}),
              (SignalRecords{added(file), removed(0), result(1, 0)}));
     QCOMPARE(checkedPaths(), QStringList{file});
@@ -134,7 +134,7 @@ void TestOrder::resultFollowsTheInsertionUnderWay()
 void TestOrder::rowAddedWhileAFailureEndsTheRunKeepsItsTick()
 {
     startRunThatStandsStill(1);
-    const QStringList rows{paths().first(), make("file")};
+    const QStringList rows{paths().constFirst(), make("file")};
     onNext("finishAll", [&] { addUntilEmitted(rows.last()); });
     walle->failedOneWalle(rows.first());
     QVERIFY(performed());

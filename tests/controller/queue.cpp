@@ -79,7 +79,7 @@ void TestQueue::unknownCodeIsTakenAndIgnored()
     constexpr int smallest = std::numeric_limits<int>::min();
     constexpr int largest = std::numeric_limits<int>::max();
     QCOMPARE(answerTo({-1, 11, smallest, largest}), SignalRecords());
-    QCOMPARE(answerTo({largest, CommandUncheckAll}).first(), selectAllTicked(false));
+    QCOMPARE(answerTo({largest, CommandUncheckAll}).constFirst(), selectAllTicked(false));
 }
 
 /// Rows are there, so that a refresh of the controls would show.
@@ -119,7 +119,7 @@ void TestQueue::openRefusalReportHoldsUpFurtherCommands()
     bool heldUp = false;
     onNext("alertDialog", [&] {
         post(CommandUncheckAll);
-        const auto answered = [this] { return log().last().name != "alertDialog"; };
+        const auto answered = [this] { return log().constLast().name != "alertDialog"; };
         heldUp = !eventually(answered, fewMilliseconds);
     });
     choose({QStringLiteral("/nonexistent/path")});

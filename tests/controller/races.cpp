@@ -139,7 +139,7 @@ void TestRaces::everyStopOfARunOfFilesEndsInOneReport()
             QCoreApplication::processEvents();
         post(CommandStopCrush);
         QVERIFY(performed());
-        PROMPTLY_VERIFY(log({"setCrushStarted"}).last() == idle());
+        PROMPTLY_VERIFY(log({"setCrushStarted"}).constLast() == idle());
         QVERIFY(performed());
 
         const int left = paths().size();

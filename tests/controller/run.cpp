@@ -44,18 +44,18 @@ void TestRun::runWithNothingCheckedEndsAtOnce()
     QCOMPARE(answerTo({CommandStartCrush}),
              (SignalRecords{running(), idle(), all(0), crushEnabled(false), removeEnabled(false),
                             result(0, 0)}));
-    QVERIFY(entryExists(paths().first()));
+    QVERIFY(entryExists(paths().constFirst()));
 }
 
 void TestRun::verdictWithNothingCheckedChangesNothing()
 {
     addRows(1);
     answerToClick(0);
-    walle->finishOneWalle(paths().first());
-    walle->failedOneWalle(paths().first());
+    walle->finishOneWalle(paths().constFirst());
+    walle->failedOneWalle(paths().constFirst());
     QVERIFY(performed());
     QCOMPARE(log(), SignalRecords());
-    QVERIFY(entryExists(paths().first()));
+    QVERIFY(entryExists(paths().constFirst()));
 }
 
 void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
@@ -67,7 +67,7 @@ void TestRun::failureOfTheSecondOfThreeLeavesItsRowUnchecked()
                             removed(1), idle(), all(2), crushEnabled(false), removeEnabled(false),
                             result(2, 1)}));
     QCOMPARE(paths(), QStringList{stubborn});
-    QCOMPARE(answerTo({CommandCheckAll}).first(), ticked(0, true));
+    QCOMPARE(answerTo({CommandCheckAll}).constFirst(), ticked(0, true));
     compareTableWithJobList();
 }
 
@@ -75,7 +75,7 @@ void TestRun::linkToAFifoGoesAsAnyLink()
 {
     const QString fifo = tree->makeFifo("fifo");
     QVERIFY(admitted({tree->makeLink("link", fifo)}));
-    QCOMPARE(answerToRun().last(), result(1, 0));
+    QCOMPARE(answerToRun().constLast(), result(1, 0));
     QVERIFY(entryExists(fifo));
 }
 
@@ -171,7 +171,7 @@ void TestRun::verdictBetweenStopAndAnswerEndsTheRunOnce()
     addRows(2);
     QVERIFY(holdWorkerAfter(CommandStartCrush));
     answerTo({CommandStopCrush});
-    walle->failedOneWalle(paths().last());
+    walle->failedOneWalle(paths().constLast());
     takeLog();
     releaseWorker();
     PROMPTLY_VERIFY(!log().isEmpty());
@@ -191,7 +191,7 @@ void TestRun::verdictAfterAnAnsweredStopEndsTheRunWithItsResult()
     QFETCH(bool, isSuccess);
     startRunThatStandsStill(2);
     answerToStop();
-    const QString first = paths().first();
+    const QString first = paths().constFirst();
     if (isSuccess)
         walle->finishOneWalle(first);
     else
@@ -199,7 +199,7 @@ void TestRun::verdictAfterAnAnsweredStopEndsTheRunWithItsResult()
     QCOMPARE(takeLog(), isSuccess ? (SignalRecords{removed(0), idle(), all(1), result(1, 0)})
                                   : (SignalRecords{progress(0, 0), idle(), all(0), result(0, 1)}));
     // The other row is still ticked, in the list as well.
-    QCOMPARE(answerToRun().last(), result(1, 0));
+    QCOMPARE(answerToRun().constLast(), result(1, 0));
     QCOMPARE(paths(), isSuccess ? QStringList() : QStringList{first});
 }
 
@@ -215,9 +215,9 @@ void TestRun::verdictAfterTheShutDownHandsNothingOver()
 {
     startRunThatStandsStill(2);
     walle->shutDown();
-    walle->finishOneWalle(paths().first());
+    walle->finishOneWalle(paths().constFirst());
     QVERIFY(!worker->takeBackPaths());
-    QVERIFY(entryExists(paths().last()));
+    QVERIFY(entryExists(paths().constLast()));
 }
 
 TEST_SUITE(run, TestRun)

@@ -72,7 +72,7 @@ void TestSelection::clickFollowsItsEntryToAnotherRowOrIsDropped()
 void TestSelection::clickWithoutAPathMeansTheRowAtThatTime()
 {
     addRows(3, {1, 2});
-    const QString last = paths().last();
+    const QString last = paths().constLast();
     post(CommandRemoveChecked);
     toggle(1);
     QVERIFY(performed());
@@ -135,9 +135,9 @@ void TestSelection::progressFrom0To100ReachesItsRow()
 void TestSelection::progressOfAnUnknownPathIsDropped()
 {
     addRows(2, {1});
-    const QString gone = paths().first();
+    const QString gone = paths().constFirst();
     answerTo({CommandRemoveChecked});
-    for (const QString &path : {QString(), paths().first() + QLatin1Char('x'), gone})
+    for (const QString &path : {QString(), paths().constFirst() + QLatin1Char('x'), gone})
         walle->finishPercentWalle(path, 50);
     QCOMPARE(log(), SignalRecords());
 }

@@ -37,17 +37,17 @@ void TestStart::startWhileStoppingIsDropped()
     QVERIFY(finished());
     QVERIFY(performed());
     QCOMPARE(runLog(), (SignalRecords{idle(), idle(), all(0), result(0, 0)}));
-    QVERIFY(entryExists(paths().first()));
+    QVERIFY(entryExists(paths().constFirst()));
 }
 
 void TestStart::runLeftOpenByAFifoTakesNoStart()
 {
     startRunThatStandsStill(1);
-    const QString path = paths().first();
+    const QString path = paths().constFirst();
     becomeFile(path);
     QCOMPARE(answerTo({CommandStartCrush}), SignalRecords());
     answerToStop();
-    QCOMPARE(answerToRun().last(), result(1, 0));
+    QCOMPARE(answerToRun().constLast(), result(1, 0));
     QVERIFY(!entryExists(path));
 }
 

@@ -191,7 +191,7 @@ void TestFaults::whatIsInThePlaceAtTheLastMomentIsLeftAlone()
     const CallHook hook([&](const SystemCall &made) {
         const bool isOfFolder = made.kind == CallKind::Open && (made.flags & O_ACCMODE) != O_RDWR;
         if (made.is(qPrintable(call)) && !isOfFolder)
-            std::rename(qPrintable(tree->path(decoy)), qPrintable(path));
+            static_cast<void>(std::rename(qPrintable(tree->path(decoy)), qPrintable(path)));
         return CallFate();
     });
     QTEST(victim.startsWith(QLatin1String("top")) ? shredFolder(top()) : shredFile(path), "result");

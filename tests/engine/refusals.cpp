@@ -139,7 +139,7 @@ void TestRefusals::fileUnderALeaseIsWaitedFor()
         const QString file = tree->makeFile("top/file", 5000);
         QFile leased(file);
         QVERIFY(leased.open(QIODevice::ReadOnly));
-        std::signal(SIGIO, SIG_IGN); // the way in which a lease is asked back
+        static_cast<void>(std::signal(SIGIO, SIG_IGN)); // the way in which a lease is asked back
         if (::fcntl(leased.handle(), F_SETLEASE, F_RDLCK) != 0)
             QSKIP("no leases on this file system");
         std::thread holder([&leased] {

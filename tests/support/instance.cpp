@@ -23,9 +23,9 @@ namespace
 {
     const int before = openDescriptors();
     const int lockResult = instancelock::acquireInstanceLock(lockPath);
-    char bytes[2] = {static_cast<char>(lockResult), openDescriptors() != before};
-    if (::write(parent, bytes, sizeof bytes) == sizeof bytes)
-        static_cast<void>(::read(parent, bytes, 1) == 0);
+    int answers[2] = {lockResult, openDescriptors() != before};
+    if (::write(parent, answers, sizeof answers) == sizeof answers)
+        static_cast<void>(::read(parent, answers, 1) == 0);
     ::_exit(0);
 }
 
@@ -36,7 +36,8 @@ Instance::Instance(const QString &lockPath)
     int sockets[2] = {};
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0)
         qFatal("no sockets");
-    std::fflush(nullptr); // or an exiting child would print again what waits here
+    static_cast<void>(
+        std::fflush(nullptr)); // or an exiting child would print again what waits here
     process = ::fork();
     if (process == -1)
         qFatal("no child process");
@@ -46,10 +47,10 @@ Instance::Instance(const QString &lockPath)
     }
     ::close(sockets[1]);
     lifeline = sockets[0];
-    char bytes[2] = {};
-    if (::read(lifeline, bytes, sizeof bytes) == sizeof bytes) {
-        result = bytes[0];
-        openFile = bytes[1] != 0;
+    int answers[2] = {};
+    if (::read(lifeline, answers, sizeof answers) == sizeof answers) {
+        result = answers[0];
+        openFile = answers[1] != 0;
     }
 }
 

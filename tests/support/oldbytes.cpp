@@ -42,8 +42,8 @@ QByteArray OldBytes::take(int size)
     lastTaken = PieceRange{taken, size / pieceSize};
     QByteArray bytes(size, 'x');
     for (int start = 0; start + pieceSize <= size; start += pieceSize)
-        std::snprintf(bytes.data() + start, pieceSize, "%s%0*d", prefix.constData(), digits,
-                      taken++);
+        static_cast<void>(std::snprintf(bytes.data() + start, pieceSize, "%s%0*d",
+                                        prefix.constData(), digits, taken++));
     bytes.replace('\0', '\n');
     return bytes;
 }

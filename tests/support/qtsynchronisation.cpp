@@ -99,7 +99,7 @@ bool handled(QObject *object, QEvent *event, bool (*handle)(QObject *, QEvent *)
 } // namespace
 
 // Qt's events are made with this. What Qt does with memory is not looked at.
-void *operator new(std::size_t size)
+void *operator new(std::size_t size) // NOLINT(cert-dcl54-cpp): free() gives it back
 {
     AnnotateIgnoreWritesBegin(__FILE__, __LINE__);
     void *const block = std::malloc(size);

@@ -32,6 +32,14 @@ inline std::vector<Suite> &suites()
     return ofThisProgram;
 }
 
+template <typename TestClass>
+bool addSuite(const char *name, void (*prepare)(int argc, char **argv))
+{
+    const auto make = []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); };
+    suites().push_back({name, make, prepare});
+    return true;
+}
+
 /// The whole of main().
 template <typename Application>
 int runSuite(int argc, char **argv)
@@ -59,9 +67,4 @@ int runSuite(int argc, char **argv)
 #define TEST_SUITE(suite, TestClass) TEST_SUITE_PREPARED_BY(suite, TestClass, nullptr)
 
 #define TEST_SUITE_PREPARED_BY(suite, TestClass, prepare)                                          \
-    static const bool is##TestClass##Added = [] {                                                  \
-        testsupport::suites().push_back(                                                           \
-            {#suite, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },   \
-             prepare});                                                                            \
-        return true;                                                                               \
-    }();
+    static const bool is##TestClass##Added = testsupport::addSuite<TestClass>(#suite, prepare);

@@ -290,7 +290,7 @@ void WalleTest::addRows(int count)
 void WalleTest::startRunThatStandsStill(int rows)
 {
     addRows(rows);
-    becomeFifo(paths().first());
+    becomeFifo(paths().constFirst());
     QCOMPARE(answerTo({CommandStartCrush}), SignalRecords{running()});
 }
 

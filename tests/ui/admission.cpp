@@ -139,8 +139,8 @@ void TestAdmission::allRowsAreThereBeforeTheRefusalReport()
     PROMPTLY_VERIFY(dialogs->isDone());
     QCOMPARE(rowsDuringReport, files);
     QVERIFY(crushEnabledDuringReport);
-    QVERIFY(
-        reports().first().endsWith(QStringLiteral("\n1.文件或目录不存在\n2.重复添加文件或目录")));
+    QVERIFY(reports().constFirst().endsWith(
+        QStringLiteral("\n1.文件或目录不存在\n2.重复添加文件或目录")));
 }
 
 void TestAdmission::controllerWaitsUntilEachRowIsThere()

@@ -77,7 +77,7 @@ void TestRun::failureIsReportedBesidesSuccess()
 {
     const QString failing = tree->makeFolder("failing");
     tree->makeFifo("failing/fifo");
-    const QString file = makeFiles(1).first();
+    const QString file = makeFiles(1).constFirst();
     drop({failing, file});
     crush();
     QCOMPARE(reports(), QStringList(QStringLiteral("本次文件粉碎任务已经结束\n"
@@ -97,7 +97,7 @@ void TestRun::rowsCanBeAddedDuringARun()
     const QString folder = tree->path("folder");
     for (int file = 0; file < 500; ++file)
         tree->makeFile(QStringLiteral("folder/%1").arg(file), 100);
-    const QString added = makeFiles(1).first();
+    const QString added = makeFiles(1).constFirst();
     drop({folder});
     beginCrush();
     PROMPTLY_COMPARE(textOf("crushButton"), runningText());
@@ -124,7 +124,8 @@ void TestRun::stopBetweenFilesTellsTheUserWhatIsGone()
     QCOMPARE(textOf("crushButton"), idleText());
     const int gone = manyFiles - rows().size();
     QVERIFY(gone > 0 && gone < manyFiles);
-    QVERIFY(reports().last().endsWith(QStringLiteral("\n%1 个文件(文件夹)已被成功粉碎").arg(gone)));
+    QVERIFY(reports().constLast().endsWith(
+        QStringLiteral("\n%1 个文件(文件夹)已被成功粉碎").arg(gone)));
     QCOMPARE(textOf("subtitleLabel"), headerText(gone));
     QCOMPARE(int(std::count_if(files.cbegin(), files.cend(), entryExists)), rows().size());
     QCOMPARE(tickedRows(), QStringList());

@@ -295,7 +295,8 @@ void TestDragging::containersAreNamedChildrenWithoutStyling()
     const ZZScrollArea area(window.get());
     QCOMPARE(widget.metaObject()->className(), "ZZWidget");
     QCOMPARE(area.metaObject()->className(), "ZZScrollArea");
-    for (const QWidget *container : QList<const QWidget *>{&widget, &area}) {
+    const QList<const QWidget *> containers{&widget, &area};
+    for (const QWidget *container : containers) {
         QCOMPARE(container->parentWidget(), window.get());
         QVERIFY(container->styleSheet().isEmpty());
     }
