@@ -59,7 +59,7 @@ private slots:
 
 private:
     void makeTree();
-    /// Both do a session among @p fateOf and check what comes of it; they return its calls.
+    /// Both do a session whose calls fare as @p fateOf says, check it and count its calls.
     int run(const FateOf &fateOf);
     int loadAndClear(const FateOf &fateOf);
     static int callsOf(const FateOf &fateOf, const std::function<bool()> &session);

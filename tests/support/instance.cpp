@@ -36,8 +36,8 @@ Instance::Instance(const QString &lockPath)
     int sockets[2] = {};
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0)
         qFatal("no sockets");
-    static_cast<void>(
-        std::fflush(nullptr)); // or an exiting child would print again what waits here
+    // Or an exiting child would print again what waits here.
+    static_cast<void>(std::fflush(nullptr));
     process = ::fork();
     if (process == -1)
         qFatal("no child process");

@@ -32,6 +32,7 @@ inline std::vector<Suite> &suites()
     return ofThisProgram;
 }
 
+/// Adds a suite to this program; a constant is initialised with the result, before main().
 template <typename TestClass>
 bool addSuite(const char *name, void (*prepare)(int argc, char **argv))
 {
